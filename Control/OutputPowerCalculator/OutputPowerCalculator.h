@@ -1,0 +1,163 @@
+#pragma once
+
+#include "EChannelSpacingType.h"
+#include "EDpdVersion.h"
+#include "EFrameFormatMarket.h"
+#include "Export.h"
+#include "IOutputPowerCalculator.h"
+#include "TxRfMaxPowerCapability.h"
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+class Calculator;
+class IAcmHandler;
+class ICapabilityHandler;
+class IFrameFormat;
+class IHardwareConfigurationHandler;
+class ISystemPowerController;
+
+/// The output power calculator of one radio channel: the service behind IOutputPowerCalculator.
+///
+/// The hosting control software creates one object for each radio channel and calls initialize(),
+/// which connects it to its neighbours and publishes it in the interface broker as
+/// "IOutputPowerCalculator_<channel>". The queries use the neighbours without asking whether they
+/// are there, so they need a successful initialize(); the setters may be called at any time. The
+/// destructor withdraws the service.
+///
+/// The service starts no thread and takes no lock. It borrows its neighbours and their tables.
+class QOR_EXPORT OutputPowerCalculator : public IOutputPowerCalculator {
+public:
+    /// Where a query takes the data of a frame format from.
+    enum class UseConfiguredFF : std::int32_t {
+        Configured = 0, ///< IFrameFormat
+        ById = 1        ///< IHardwareConfigurationHandler
+    };
+
+    /// @param radioChannel the channel to serve, 1 or 2; any other number serves channel 1. The
+    /// four
+    ///        Pmax tables look their capability handler up under the number as it was given, 0
+    ///        being the handler without a channel: that is meant.
+    explicit OutputPowerCalculator(unsigned long radioChannel);
+
+    /// Withdraws the service from the broker, whether or not it was ever published.
+    ~OutputPowerCalculator() override;
+
+    /// Fetches the Pmax tables, looks the neighbours up and publishes the service. May be repeated.
+    ///
+    /// A Pmax table that cannot be fetched stops nothing: its queries fail later.
+    /// @return 0; 32768 if a neighbour is missing or the capability handler refuses its minimum
+    ///         power. The neighbours found before stay connected; the service is not published.
+    unsigned initialize();
+
+    unsigned getMinMaxOutputPowerVsModulationArray(
+        long frameFormatId, ModulationAndCoding minModulationAndCodeIn,
+        ModulationAndCoding maxModulationAndCodeIn, EReferenceSEC referenceSec,
+        long& minOutputPower, std::map<ModulationAndCoding, long>& powerMap) const override;
+    unsigned setTemporaryPowerCutback(bool use, unsigned long cutback) override;
+    unsigned setPowerCutback(unsigned long cutback) override;
+    int calculatePowerCapabilities(Modulation modulation, long& minPower,
+                                   long& maxPower) const override;
+    int calculateAdmodPowerCapabilities(Modulation actualModulation, EReferenceSEC rsec,
+                                        long& minPower, long& maxPower) override;
+    int findPminPmax(long& pmin, long& pmax) const override;
+    int getUnrestrictedPmax(long& pmax) const override;
+    unsigned setTemperature(long temperature) override;
+    unsigned setBoosterPresence(int presence, int gain, int maxInputPower,
+                                Modulation maxModulation) override;
+
+    /// Lowers a maximum power by the cutback in force: the temporary one while it is in force, else
+    /// the permanent one. There is no lower bound.
+    void applyCutbackToMaxPower(long& power) const;
+
+private:
+    /// Opens the private steps to the tests.
+    friend class OutputPowerCalculatorInside;
+
+    /// The calculator of the radio's hardware family, chosen afresh by the product number.
+    Calculator* getCalculator() const;
+
+    /// The ETSI and the ANSI Pmax table of a DPD version.
+    /// @return false for an unknown DPD version.
+    bool findTables(EDpdVersion dpdVersion, const TxRfMaxPowerCapability*& etsi,
+                    const TxRfMaxPowerCapability*& ansi) const;
+
+    /// Pmax table for a DPD version and market; every market but Ansi reads the ETSI table.
+    int getMaxPowerArray(EDpdVersion dpdVersion, EFrameFormatMarket market,
+                         TxRfMaxPowerCapability& out) const;
+
+    /// Pmax of one modulation.
+    int getMaxPower(EDpdVersion dpdVersion, EFrameFormatMarket market, Modulation modulation,
+                    long& maxPower) const;
+
+    /// Channel-spacing compensation of the radio's family on the served channel.
+    int getCsPowerCompensation(EChannelSpacingType channelSpacing, long& compensation) const;
+
+    /// Maximum power under adaptive modulation, by the radio's family. Nothing clamps the result.
+    int getAdModMaxPower(EDpdVersion dpdVersion, EFrameFormatMarket market, EReferenceSEC rsec,
+                         Modulation selectedMinMod, Modulation selectedMaxMod,
+                         Modulation availableMaxMod, Modulation actualMod, long csPowerCompensation,
+                         long& maxPower, bool useCutback) const;
+
+    /// Maximum power for a fixed modulation.
+    int getFixModMaxPower(EDpdVersion dpdVersion, EFrameFormatMarket market, Modulation selectedMod,
+                          Modulation modulation, long csPowerCompensation, long& maxPower,
+                          bool useCutback) const;
+
+    /// The operator's selection; both ends are undefined when there is none. Always 0.
+    int getSelectedMinMaxAcm(ModulationAndCoding& min, ModulationAndCoding& max) const;
+
+    /// Whether adaptive modulation is in use: the ends of the range in effect differ. An undefined
+    /// end stands for the operator's selection.
+    bool getAdmodEnable(ModulationAndCoding min, ModulationAndCoding max) const;
+
+    /// The modulation to count from when adaptive modulation asks for the selected minimum: that of
+    /// the selected code, else the frame format's. Undefined if there is none.
+    Modulation getSelectedMinModulation(const ModulationAndCoding& selectedMin) const;
+
+    /// Highest modulation that both the modem and the radio hardware allow.
+    Modulation limitMaxModDueToRadioCapability(UseConfiguredFF useConfiguredFF, long rfid,
+                                               const Modulation& modemMaxAvailableModulation) const;
+
+    unsigned
+    getMaxOutputPowerArrayUsingConfigured(EReferenceSEC rsec, bool adModEnable,
+                                          Modulation selectedMinMod, Modulation selectedMaxMod,
+                                          std::map<ModulationAndCoding, long>& powerMap) const;
+    unsigned getMaxOutputPowerArrayUsingRfid(long rfid, EReferenceSEC rsec, bool adModEnable,
+                                             Modulation selectedMinMod, Modulation selectedMaxMod,
+                                             std::map<ModulationAndCoding, long>& powerMap) const;
+    unsigned populateModulationPowerMap(
+        const std::vector<ModulationAndCoding>& modulationAndCodeArray, long rfid,
+        EReferenceSEC rsec, bool adModEnable, Modulation selectedMinMod, Modulation selectedMaxMod,
+        UseConfiguredFF useConfiguredFF, EDpdVersion dpdVersion, EFrameFormatMarket market,
+        EChannelSpacingType channelSpacing, std::map<ModulationAndCoding, long>& powerMap) const;
+
+    /// Minimum output power at a channel spacing. Never fails: without an offset for the spacing it
+    /// is the radio's own minimum.
+    long getMinOutputPower(unsigned int channelSpacing) const;
+
+    /// Minimum output power of the frame format with an id; that of channel spacing 0 for an
+    /// unknown id.
+    long getMinOutputPowerUsingRfid(unsigned int rfid) const;
+
+    RadioChannel m_radioChannel;
+    const int* m_minOutputPower;
+    long m_temperature;
+    bool m_useTemporaryPowerCutback;
+    unsigned long m_temporaryPowerCutback;
+    unsigned long m_powerCutback;
+    TxRfMaxPowerCapability m_txRfMaxPowerCapabilityDpd1Etsi;
+    TxRfMaxPowerCapability m_txRfMaxPowerCapabilityDpd2Etsi;
+    TxRfMaxPowerCapability m_txRfMaxPowerCapabilityDpd1Ansi;
+    TxRfMaxPowerCapability m_txRfMaxPowerCapabilityDpd2Ansi;
+    IHardwareConfigurationHandler* m_hardwareConfigurationHandler;
+    IAcmHandler* m_acmHandler;
+    ISystemPowerController* m_systemPowerController;
+    ICapabilityHandler* m_capabilityHandler;
+    IFrameFormat* m_frameFormat;
+    int m_boosterPresence;
+    int m_boosterGain;
+    int m_boosterMaxInputPower;
+    Modulation m_boosterMaxModulation;
+};

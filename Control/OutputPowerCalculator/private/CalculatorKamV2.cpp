@@ -1,0 +1,64 @@
+#include "CalculatorKamV2.h"
+
+#include "ChannelSpacingCompensation.h"
+#include "OffsetMaxPower.h"
+#include "Trace.h"
+
+#include <array>
+
+namespace {
+
+TraceSource s_trace("Control/OutputPowerCalculator/private/CalculatorKamV2");
+
+// Power offsets relative to 256QAM in dB. For example: at RSEC 2
+// 16QAM may have 4 dB more than 256QAM, and 16384QAM 1 dB less.
+// The rows stand in the order of a printed sheet, 5HB before 5LB and 6B.
+// clang-format off
+constexpr std::array offsets = {
+    //                             BPSK  4  16  32  64  128  256  512  1024  2048  4096  8192  16384
+    dbRow(EReferenceSEC::Class2,      6, 6,  4,  2,  1,   1,   0,   0,   -1,   -1,   -1,   -1,    -1),
+    dbRow(EReferenceSEC::Class4L,     4, 4,  4,  2,  1,   1,   0,   0,   -1,   -1,   -1,   -1,    -1),
+    dbRow(EReferenceSEC::Class4H,     2, 2,  2,  2,  1,   1,   0,   0,   -1,   -1,   -1,   -1,    -1),
+    dbRow(EReferenceSEC::Class5B,     1, 1,  1,  1,  1,   1,   0,   0,   -1,   -1,   -1,   -1,    -1),
+    dbRow(EReferenceSEC::Class5HB,    1, 1,  1,  1,  1,   1,   0,   0,   -1,   -1,   -1,   -1,    -1),
+    dbRow(EReferenceSEC::Class5LB,    1, 1,  1,  1,  1,   1,   0,   0,   -1,   -1,   -1,   -1,    -1),
+    dbRow(EReferenceSEC::Class6B,     1, 1,  1,  1,  1,   1,   0,   0,   -1,   -1,   -1,   -1,    -1),
+    dbRow(EReferenceSEC::Class6LB,    1, 1,  1,  1,  1,   1,   0,   0,   -1,   -1,   -1,   -1,    -1),
+    dbRow(EReferenceSEC::Class6HB,    1, 1,  1,  1,  1,   1,   0,   0,   -1,   -1,   -1,   -1,    -1),
+    dbRow(EReferenceSEC::Class7B,     1, 1,  1,  1,  1,   1,   0,   0,   -1,   -1,   -1,   -1,    -1)};
+// clang-format on
+static_assert(offsets.size() == 10, "one row for each RSEC class");
+static_assert(offsets[0].dB.size() == outdoorModulations.size(), "one column for each modulation");
+
+} // namespace
+
+CalculatorKamV2* CalculatorKamV2::s_instance = nullptr;
+
+CalculatorKamV2* CalculatorKamV2::getInstance() {
+    if (s_instance == nullptr) {
+        s_instance = new CalculatorKamV2;
+    }
+    return s_instance;
+}
+
+Modulation CalculatorKamV2::getMaxRefModulation(Modulation availableMaxModulation, Modulation) {
+    return availableMaxModulation;
+}
+
+int CalculatorKamV2::getMaxPower(CalculationData data, long& maxPower, int, int, int, Modulation) {
+    static const PowerOffsets powerOffsets = initialize();
+    return offsetMaxPower(s_trace, powerOffsets, data, maxPower);
+}
+
+int CalculatorKamV2::getCompensationForChannelSpacing(RadioChannel channel,
+                                                      EChannelSpacingType channelSpacing,
+                                                      long& compensation) const {
+    TRACE_ENTER(numberOf(channelSpacing));
+    return channelSpacingCompensation(s_trace, channel, channelSpacing, compensation);
+}
+
+PowerOffsets CalculatorKamV2::initialize() {
+    PowerOffsets powerOffsets;
+    enterOffsets(powerOffsets, Modulation::QAM256, offsets, outdoorModulations);
+    return powerOffsets;
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "EReferenceSEC.h"
+#include "Modulation.h"
+#include "Power.h"
+
+#include <array>
+#include <cstddef>
+#include <map>
+#include <tuple>
+
+// How the families write their tables down and turn them into look-ups: rows of whole decibels, one
+// column for each modulation, in the order of a printed sheet.
+
+/// Offset of a modulation relative to a reference modulation, in hundredths of a dB, by reference
+/// modulation, RSEC and modulation.
+using PowerOffsets = std::map<std::tuple<Modulation, EReferenceSEC, Modulation>, int>;
+
+/// A labelled row of whole decibels.
+template <class Label, std::size_t columnCount>
+struct DbRow {
+    Label label;
+    std::array<int, columnCount> dB;
+};
+
+/// A row with as many columns as it has values, so that a table whose rows differ in length does
+/// not compile.
+template <class Label, class... Db>
+constexpr DbRow<Label, sizeof...(Db)> dbRow(Label label, Db... dB) {
+    return {label, {dB...}};
+}
+
+template <class Label, std::size_t columnCount, std::size_t rowCount>
+using DbTable = std::array<DbRow<Label, columnCount>, rowCount>;
+
+/// Enters a table into a map. `keyOf` makes the key of a cell from the row's label and the column's
+/// modulation. A table may have fewer columns than there are modulations, never more.
+template <class Map, class Label, std::size_t columnCount, std::size_t rowCount,
+          std::size_t modulationCount, class KeyOf>
+void enterTable(Map& map, const DbTable<Label, columnCount, rowCount>& table,
+                const std::array<Modulation, modulationCount>& columns, const KeyOf& keyOf) {
+    static_assert(columnCount <= modulationCount, "a column without a modulation");
+    for (const auto& row : table) {
+        for (std::size_t column = 0; column < columnCount; ++column) {
+            map[keyOf(row.label, columns[column])] = Power::fromDb(row.dB[column]);
+        }
+    }
+}
+
+/// Enters the block of one reference modulation into a map of power offsets.
+template <std::size_t columnCount, std::size_t rowCount, std::size_t modulationCount>
+void enterOffsets(PowerOffsets& offsets, Modulation reference,
+                  const DbTable<EReferenceSEC, columnCount, rowCount>& table,
+                  const std::array<Modulation, modulationCount>& columns) {
+    enterTable(offsets, table, columns, [reference](EReferenceSEC rsec, Modulation modulation) {
+        return std::make_tuple(reference, rsec, modulation);
+    });
+}

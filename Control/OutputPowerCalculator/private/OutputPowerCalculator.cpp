@@ -1,0 +1,765 @@
+#include "OutputPowerCalculator.h"
+
+#include "BoardSupport.h"
+#include "CalculationData.h"
+#include "CalculatorKam.h"
+#include "CalculatorKamV3.h"
+#include "CalculatorVo4.h"
+#include "CalculatorVo5.h"
+#include "IAcmHandler.h"
+#include "ICapabilityHandler.h"
+#include "IFrameFormat.h"
+#include "IHardwareConfigurationHandler.h"
+#include "ISystemPowerController.h"
+#include "InterfaceBroker.h"
+#include "Power.h"
+#include "ResultCode.h"
+#include "Trace.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+namespace {
+
+TraceSource s_trace("Control/OutputPowerCalculator/private/OutputPowerCalculator");
+
+/// The frame-format id that goes with the configured frame format.
+constexpr long configuredFrameFormat = 0;
+
+/// A channel spacing by which a frame-format record says that it has none.
+constexpr EChannelSpacingType noChannelSpacing{3000};
+
+/// Products of the older radio-unit family.
+constexpr std::string_view legacyProducts[] = {
+    "QZT35201/1", "QZT35201/11", "QZT35201/12",  "QZT35202/1",  "QZT35203/1",
+    "QZT35204/1", "QZT35205/1",  "QZT35205/1HP", "QZT35206/1",  "QZT35207/1",
+    "QZT35208/1", "QZT35221/1",  "QZT35221/11",  "QZT35221/12", "QZT35222/1",
+    "QZT35223/1", "QZT35224/1",  "QZT35225/1",   "QZT35226/1",  "QZT35227/1"};
+
+bool isLegacyProduct(std::string_view productNumber) {
+    return std::find(std::begin(legacyProducts), std::end(legacyProducts), productNumber) !=
+           std::end(legacyProducts);
+}
+
+bool isUndefined(const ModulationAndCoding& modulationAndCoding) {
+    return modulationAndCoding.code == ModulationAndCoding::UNDEFINED;
+}
+
+/// Traces that a calculator does not apply to a modulation.
+void traceIgnored(const char* function, Modulation modulation) {
+    TRACE_MSG_OF(s_trace, function, TraceLevel::Result,
+                 "ignoring QAM" << modulation
+                                << " as it's not supported by combined HW capability");
+}
+
+/// Fetches a neighbour of initialize() from the broker.
+/// @param[out] neighbour null if there is none of that name and type.
+/// @param complaint what the trace says before the name if there is none.
+template <class Interface>
+bool connect(Interface*& neighbour, const std::string& name, const char* complaint) {
+    neighbour = InterfaceBroker::getInstance().getInterface<Interface>(name);
+    if (neighbour == nullptr) {
+        TRACE_MSG_OF(s_trace, "initialize", TraceLevel::Error, complaint << name);
+    }
+    return neighbour != nullptr;
+}
+
+} // namespace
+
+OutputPowerCalculator::OutputPowerCalculator(unsigned long radioChannel)
+    : m_radioChannel(radioChannel == 2 ? 2 : 1)
+    , m_minOutputPower(nullptr)
+    , m_temperature(0)
+    , m_useTemporaryPowerCutback(false)
+    , m_temporaryPowerCutback(0)
+    , m_powerCutback(0)
+    // The tables take the number as it was given, not the channel that is served: that is meant.
+    , m_txRfMaxPowerCapabilityDpd1Etsi(radioChannel, EDpdVersion::Dpd1, EFrameFormatMarket::Etsi)
+    , m_txRfMaxPowerCapabilityDpd2Etsi(radioChannel, EDpdVersion::Dpd2, EFrameFormatMarket::Etsi)
+    , m_txRfMaxPowerCapabilityDpd1Ansi(radioChannel, EDpdVersion::Dpd1, EFrameFormatMarket::Ansi)
+    , m_txRfMaxPowerCapabilityDpd2Ansi(radioChannel, EDpdVersion::Dpd2, EFrameFormatMarket::Ansi)
+    , m_hardwareConfigurationHandler(nullptr)
+    , m_acmHandler(nullptr)
+    , m_systemPowerController(nullptr)
+    , m_capabilityHandler(nullptr)
+    , m_frameFormat(nullptr)
+    , m_boosterPresence(0)
+    , m_boosterGain(0)
+    , m_boosterMaxInputPower(0)
+    , m_boosterMaxModulation(Modulation::CW) {}
+
+OutputPowerCalculator::~OutputPowerCalculator() {
+    InterfaceBroker::getInstance().unregisterInterface(
+        IOutputPowerCalculator::interfaceName(m_radioChannel), nullptr);
+}
+
+unsigned OutputPowerCalculator::initialize() {
+    TRACE_ENTER("");
+
+    // A table that cannot be fetched does not stop the service.
+    m_txRfMaxPowerCapabilityDpd1Etsi.initialize();
+    m_txRfMaxPowerCapabilityDpd2Etsi.initialize();
+    m_txRfMaxPowerCapabilityDpd1Ansi.initialize();
+    m_txRfMaxPowerCapabilityDpd2Ansi.initialize();
+
+    if (!connect(m_capabilityHandler, ICapabilityHandler::interfaceName(m_radioChannel),
+                 "Error getting interface to ")) {
+        return ResultCode::Failure;
+    }
+    if (ResultCode::isFailure(m_capabilityHandler->getMinOutputPower(&m_minOutputPower))) {
+        TRACE_MSG(TraceLevel::Error, "Failed to get Pmin from capability handler");
+        return ResultCode::Failure;
+    }
+    // Without a blank before the name, unlike the other complaints.
+    if (!connect(m_frameFormat, IFrameFormat::interfaceName(m_radioChannel),
+                 "Failed to get interface")) {
+        return ResultCode::Failure;
+    }
+    if (!connect(m_hardwareConfigurationHandler, IHardwareConfigurationHandler::interfaceName(),
+                 "Could not get interface ")) {
+        return ResultCode::Failure;
+    }
+    if (!connect(m_acmHandler, IAcmHandler::interfaceName(m_radioChannel),
+                 "Could not get interface ")) {
+        return ResultCode::Failure;
+    }
+    if (!connect(m_systemPowerController, ISystemPowerController::interfaceName(m_radioChannel),
+                 "Could not get interface ")) {
+        return ResultCode::Failure;
+    }
+
+    InterfaceBroker::getInstance().registerInterface(
+        IOutputPowerCalculator::interfaceName(m_radioChannel), this);
+    return ResultCode::Success;
+}
+
+// Operating inputs
+
+unsigned OutputPowerCalculator::setTemporaryPowerCutback(bool use, unsigned long cutback) {
+    TRACE_ENTER("useTemporaryPowerCutback=" << use << ", temporaryPowerCutback=" << cutback);
+    m_useTemporaryPowerCutback = use;
+    m_temporaryPowerCutback = cutback;
+    return ResultCode::Success;
+}
+
+unsigned OutputPowerCalculator::setPowerCutback(unsigned long cutback) {
+    TRACE_ENTER(cutback);
+    m_powerCutback = cutback;
+    return ResultCode::Success;
+}
+
+unsigned OutputPowerCalculator::setTemperature(long temperature) {
+    TRACE_ENTER(temperature);
+    m_temperature = temperature;
+    TRACE_MSG(TraceLevel::Result, "New temperature = " << m_temperature);
+    return ResultCode::Success;
+}
+
+unsigned OutputPowerCalculator::setBoosterPresence(int presence, int gain, int maxInputPower,
+                                                   Modulation maxModulation) {
+    m_boosterPresence = presence;
+    m_boosterGain = gain;
+    m_boosterMaxInputPower = maxInputPower;
+    m_boosterMaxModulation = maxModulation;
+    TRACE_MSG(TraceLevel::Result, "New boosterPresence = " << m_boosterPresence);
+    // Only this line asks for 1 or more; everywhere else any presence but 0 is a booster.
+    if (m_boosterPresence >= 1) {
+        TRACE_MSG(TraceLevel::Result,
+                  "New boosterGain = "
+                      << m_boosterGain << ", new boosterMaxInputPower = " << m_boosterMaxInputPower
+                      << ", new boosterMaxModulation = " << m_boosterMaxModulation);
+    }
+    return ResultCode::Success;
+}
+
+void OutputPowerCalculator::applyCutbackToMaxPower(long& power) const {
+    TRACE_ENTER("");
+    power = Power::cutBack(power,
+                           m_useTemporaryPowerCutback ? m_temporaryPowerCutback : m_powerCutback);
+}
+
+// Selection of the hardware family
+
+Calculator* OutputPowerCalculator::getCalculator() const {
+    const std::string productNumber = m_capabilityHandler->getTmuHwProductNumber();
+    // No product number means the first outdoor family, an unknown one the newest radio-unit
+    // family: the difference is meant.
+    if (productNumber.empty()) {
+        TRACE_MSG(TraceLevel::Detail, "Empty productNumber, using KaM max power algorithm");
+        return CalculatorKam::getInstance();
+    }
+    if (productNumber == "QZT 846 57" || productNumber == "QZT 846 001") {
+        TRACE_MSG(TraceLevel::Detail, "Using KaM max power algorithm");
+        return CalculatorKam::getInstance();
+    }
+    if (productNumber == "QZT 846 003") {
+        TRACE_MSG(TraceLevel::Detail, "Using KaMV3 max power algorithm");
+        return CalculatorKamV3::getInstance();
+    }
+    if (isLegacyProduct(productNumber)) {
+        TRACE_MSG(TraceLevel::Detail, "Using legacy TMU max power algorithm");
+        return CalculatorVo4::getInstance();
+    }
+    TRACE_MSG(TraceLevel::Detail, "Using TMU max power algorithm");
+    return CalculatorVo5::getInstance();
+}
+
+// Max power
+
+bool OutputPowerCalculator::findTables(EDpdVersion dpdVersion, const TxRfMaxPowerCapability*& etsi,
+                                       const TxRfMaxPowerCapability*& ansi) const {
+    switch (dpdVersion) {
+    case EDpdVersion::Dpd1:
+        etsi = &m_txRfMaxPowerCapabilityDpd1Etsi;
+        ansi = &m_txRfMaxPowerCapabilityDpd1Ansi;
+        return true;
+    case EDpdVersion::Dpd2:
+    case EDpdVersion::Dpd3: // has no tables of its own
+        etsi = &m_txRfMaxPowerCapabilityDpd2Etsi;
+        ansi = &m_txRfMaxPowerCapabilityDpd2Ansi;
+        return true;
+    }
+    return false;
+}
+
+int OutputPowerCalculator::getMaxPowerArray(EDpdVersion dpdVersion, EFrameFormatMarket market,
+                                            TxRfMaxPowerCapability& out) const {
+    TRACE_ENTER("dpdVersion=" << numberOf(dpdVersion) << ", market=" << market);
+    const TxRfMaxPowerCapability* etsi = nullptr;
+    const TxRfMaxPowerCapability* ansi = nullptr;
+    if (!findTables(dpdVersion, etsi, ansi)) {
+        TRACE_MSG(TraceLevel::Error, "Unknown DPD version " << numberOf(dpdVersion));
+        return ResultCode::Failure;
+    }
+    // Global reads the ETSI table here and the ANSI table in findPminPmax(): that is meant.
+    out = market == EFrameFormatMarket::Ansi ? *ansi : *etsi;
+    return ResultCode::Success;
+}
+
+int OutputPowerCalculator::getMaxPower(EDpdVersion dpdVersion, EFrameFormatMarket market,
+                                       Modulation modulation, long& maxPower) const {
+    TRACE_ENTER("dpdVersion=" << numberOf(dpdVersion) << ", market=" << market
+                              << ", modulationType=" << modulation);
+    TxRfMaxPowerCapability table;
+    const int result = getMaxPowerArray(dpdVersion, market, table);
+    if (ResultCode::isFailure(result)) {
+        TRACE_MSG(TraceLevel::Warning,
+                  "Unable to get power for modulation " << convertAcmEnumToString(modulation));
+        return result;
+    }
+    return table.getPower(modulation, &maxPower);
+}
+
+int OutputPowerCalculator::getCsPowerCompensation(EChannelSpacingType channelSpacing,
+                                                  long& compensation) const {
+    const Calculator* const calculator = getCalculator();
+    if (calculator == nullptr) {
+        TRACE_MSG(TraceLevel::Warning, "Could not get calculator");
+        return ResultCode::NoCalculator;
+    }
+    compensation = 0;
+    if (ResultCode::isFailure(calculator->getCompensationForChannelSpacing(
+            m_radioChannel, channelSpacing, compensation))) {
+        TRACE_MSG(TraceLevel::Error, "Could not get power compensation for channel spacing "
+                                         << numberOf(channelSpacing) << "MHz");
+        return ResultCode::Failure;
+    }
+    return ResultCode::Success;
+}
+
+int OutputPowerCalculator::getAdModMaxPower(EDpdVersion dpdVersion, EFrameFormatMarket market,
+                                            EReferenceSEC rsec, Modulation selectedMinMod,
+                                            Modulation selectedMaxMod, Modulation availableMaxMod,
+                                            Modulation actualMod, long csPowerCompensation,
+                                            long& maxPower, bool useCutback) const {
+    TRACE_ENTER("dpdVersion=" << numberOf(dpdVersion) << ", market=" << market
+                              << ", convertRsecEnumToString(rsec)=" << convertRsecEnumToString(rsec)
+                              << ", selectedMinMod=" << selectedMinMod << ", selectedMaxMod="
+                              << selectedMaxMod << ", availableMaxMod=" << availableMaxMod
+                              << ", actualMod=" << actualMod
+                              << ", csPowerCompensation=" << csPowerCompensation);
+
+    CalculationData data{};
+    // The ANSI market knows one class only.
+    data.rsec = market == EFrameFormatMarket::Ansi ? EReferenceSEC::Class2 : rsec;
+    data.selectedMinModulation = selectedMinMod;
+    data.selectedMaxModulation = selectedMaxMod;
+    data.actualModulation = actualMod;
+    data.refMaxModulation = Modulation::UNDEFINED;
+    data.csPowerCompensation = csPowerCompensation;
+    if (useCutback) {
+        applyCutbackToMaxPower(data.csPowerCompensation);
+    }
+
+    // A Pmax is cut back even if its look-up failed, so that the trace of that comes first.
+    const auto lookUpPmax = [&](Modulation modulation, long& pmax) {
+        const int result = getMaxPower(dpdVersion, market, modulation, pmax);
+        if (useCutback) {
+            applyCutbackToMaxPower(pmax);
+        }
+        return result;
+    };
+    if (ResultCode::isFailure(lookUpPmax(selectedMinMod, data.pmaxSelectedMinModulation))) {
+        TRACE_MSG(TraceLevel::Error, "Could not get max ref output power for selected min "
+                                         << selectedMinMod << "QAM");
+        return ResultCode::NoEntry;
+    }
+    if (ResultCode::isFailure(lookUpPmax(actualMod, data.pmaxActualModulation))) {
+        TRACE_MSG(TraceLevel::Error,
+                  "Could not get max ref output power for actual " << actualMod << "QAM");
+        return ResultCode::NoEntry;
+    }
+
+    Calculator* const calculator = getCalculator();
+    if (calculator == nullptr) {
+        TRACE_MSG(TraceLevel::Warning, "Could not get calculator");
+        return ResultCode::NoCalculator;
+    }
+    data.refMaxModulation = calculator->getMaxRefModulation(availableMaxMod, selectedMaxMod);
+    // Never cut back: the reference offset is a difference of table values.
+    if (ResultCode::isFailure(
+            getMaxPower(dpdVersion, market, data.refMaxModulation, data.pmaxRefMaxModulation))) {
+        // The power stands where a modulation is expected: log readers know the line as it is.
+        TRACE_MSG(TraceLevel::Error, "Could not get max output power for reference offset "
+                                         << data.pmaxRefMaxModulation << "QAM");
+        return ResultCode::NoEntry;
+    }
+    getMaxPowerArray(dpdVersion, market, data.maxPowerCapability);
+
+    const int result = calculator->getMaxPower(data, maxPower, m_boosterPresence, m_boosterGain,
+                                               m_boosterMaxInputPower, m_boosterMaxModulation);
+    if (ResultCode::isFailure(result)) {
+        TRACE_MSG(TraceLevel::Error, "Modulation not supported " << actualMod << "QAM");
+        return ResultCode::NoEntry;
+    }
+    if (result == ResultCode::NotApplicable) {
+        return result;
+    }
+    return ResultCode::Success;
+}
+
+int OutputPowerCalculator::getFixModMaxPower(EDpdVersion dpdVersion, EFrameFormatMarket market,
+                                             Modulation selectedMod, Modulation modulation,
+                                             long csPowerCompensation, long& maxPower,
+                                             bool useCutback) const {
+    TRACE_ENTER("dpdVersion=" << numberOf(dpdVersion) << ", market=" << market
+                              << ", selectedMod=" << selectedMod << ", modulation=" << modulation
+                              << ", csPowerCompensation=" << csPowerCompensation
+                              << ", useCutback=" << useCutback);
+
+    if (m_boosterPresence != 0) {
+        const EReferenceSEC rsec = m_systemPowerController->getReferenceSec();
+        const Modulation availableMaxMod =
+            limitMaxModDueToRadioCapability(UseConfiguredFF::Configured, configuredFrameFormat,
+                                            m_frameFormat->getMaxAvailableModulation());
+        // A calculator that does not apply to a modulation (2) leaves its power at 0, which counts.
+        long selectedPower = 0;
+        long power = 0;
+        const int selectedResult =
+            getAdModMaxPower(dpdVersion, market, rsec, selectedMod, selectedMod, availableMaxMod,
+                             selectedMod, csPowerCompensation, selectedPower, useCutback);
+        const int result =
+            getAdModMaxPower(dpdVersion, market, rsec, selectedMod, selectedMod, availableMaxMod,
+                             modulation, csPowerCompensation, power, useCutback);
+        if (ResultCode::isFailure(selectedResult) || ResultCode::isFailure(result)) {
+            TRACE_MSG(TraceLevel::Warning, "Failed to get AdMod capabilities, error: "
+                                               << selectedResult << ", " << result);
+            return ResultCode::Failure;
+        }
+        // The compensation is in already: the calculator has counted it.
+        maxPower = std::min(selectedPower, power);
+        return ResultCode::Success;
+    }
+
+    // A look-up that failed counts as a Pmax of 0, and the operation succeeds all the same: callers
+    // read the trace. That is meant.
+    long selectedPmax = 0;
+    const int selectedResult = getMaxPower(dpdVersion, market, selectedMod, selectedPmax);
+    if (useCutback) {
+        applyCutbackToMaxPower(selectedPmax);
+    }
+    if (ResultCode::isFailure(selectedResult)) {
+        TRACE_MSG(TraceLevel::Warning,
+                  "Failed to calculate power capabilities for modulation " << selectedMod << "QAM");
+    }
+    long pmax = 0;
+    const int result = getMaxPower(dpdVersion, market, modulation, pmax);
+    if (useCutback) {
+        applyCutbackToMaxPower(pmax);
+    }
+    if (ResultCode::isFailure(result)) {
+        TRACE_MSG(TraceLevel::Warning, "Failed to calculate power capabilities for modulation "
+                                           << convertAcmEnumToString(modulation));
+    }
+    maxPower = Power::add(std::min(selectedPmax, pmax), csPowerCompensation);
+    return ResultCode::Success;
+}
+
+int OutputPowerCalculator::getUnrestrictedPmax(long& pmax) const {
+    TRACE_ENTER("");
+    const Modulation modulation = m_frameFormat->getModulation();
+    long compensation = 0;
+    if (ResultCode::isFailure(
+            getCsPowerCompensation(m_frameFormat->getChannelSpacing(), compensation))) {
+        return ResultCode::Failure;
+    }
+    const EDpdVersion dpdVersion = m_frameFormat->getDpdVersion();
+    const EFrameFormatMarket market = m_frameFormat->getTelecomMarket();
+    if (ResultCode::isFailure(getFixModMaxPower(dpdVersion, market, modulation, modulation,
+                                                compensation, pmax, false))) {
+        // Only traced; the answer is a success all the same. That is meant.
+        TRACE_MSG(TraceLevel::Warning,
+                  "Failed to calculate power capabilities for modulation " << modulation);
+    }
+    return ResultCode::Success;
+}
+
+// Power capabilities per modulation
+
+int OutputPowerCalculator::getSelectedMinMaxAcm(ModulationAndCoding& min,
+                                                ModulationAndCoding& max) const {
+    min = max = {ModulationAndCoding::UNDEFINED};
+    if (ResultCode::isFailure(m_acmHandler->getMinMaxModulationAndCode(min, max))) {
+        TRACE_MSG(TraceLevel::Warning, "failed to get min and max modulation from ACM handler");
+        min = max = {ModulationAndCoding::UNDEFINED};
+    }
+    return ResultCode::Success;
+}
+
+bool OutputPowerCalculator::getAdmodEnable(ModulationAndCoding min, ModulationAndCoding max) const {
+    ModulationAndCoding selectedMin{};
+    ModulationAndCoding selectedMax{};
+    getSelectedMinMaxAcm(selectedMin, selectedMax);
+    TRACE_ENTER("minModulationAndCode=" << convertCodeAndModulationEnumToString(selectedMin)
+                                        << ", maxModulationAndCode="
+                                        << convertCodeAndModulationEnumToString(selectedMax));
+    return (isUndefined(min) ? selectedMin : min) != (isUndefined(max) ? selectedMax : max);
+}
+
+Modulation
+OutputPowerCalculator::getSelectedMinModulation(const ModulationAndCoding& selectedMin) const {
+    const Modulation modulation = convertCodeToModulation(selectedMin);
+    return modulation == Modulation::UNDEFINED ? m_frameFormat->getModulation() : modulation;
+}
+
+int OutputPowerCalculator::calculatePowerCapabilities(Modulation modulation, long& minPower,
+                                                      long& maxPower) const {
+    TRACE_ENTER(modulation);
+    // Written before anything can fail.
+    minPower =
+        getMinOutputPower(static_cast<unsigned int>(numberOf(m_frameFormat->getChannelSpacing())));
+
+    ModulationAndCoding selectedMin{};
+    ModulationAndCoding selectedMax{};
+    getSelectedMinMaxAcm(selectedMin, selectedMax);
+    const Modulation selectedMod = getSelectedMinModulation(selectedMin);
+    if (selectedMod == Modulation::UNDEFINED) {
+        TRACE_MSG(TraceLevel::Error, "Failed to get AdMod capabilities");
+        return ResultCode::Failure;
+    }
+    long compensation = 0;
+    if (ResultCode::isFailure(
+            getCsPowerCompensation(m_frameFormat->getChannelSpacing(), compensation))) {
+        return ResultCode::Failure;
+    }
+    const EDpdVersion dpdVersion = m_frameFormat->getDpdVersion();
+    const EFrameFormatMarket market = m_frameFormat->getTelecomMarket();
+    return getFixModMaxPower(dpdVersion, market, selectedMod, modulation, compensation, maxPower,
+                             true);
+}
+
+int OutputPowerCalculator::calculateAdmodPowerCapabilities(Modulation actualModulation,
+                                                           EReferenceSEC rsec, long& minPower,
+                                                           long& maxPower) {
+    TRACE_ENTER("actualModulation=" << actualModulation << ", convertRsecEnumToString(rsec)="
+                                    << convertRsecEnumToString(rsec));
+    ModulationAndCoding selectedMin{};
+    ModulationAndCoding selectedMax{};
+    getSelectedMinMaxAcm(selectedMin, selectedMax);
+    const Modulation selectedMinMod = getSelectedMinModulation(selectedMin);
+    if (selectedMinMod == Modulation::UNDEFINED) {
+        TRACE_MSG(TraceLevel::Error, "Failed to get AdMod capabilities");
+        return ResultCode::Failure;
+    }
+    const Modulation limitedMaxMod =
+        limitMaxModDueToRadioCapability(UseConfiguredFF::Configured, configuredFrameFormat,
+                                        m_frameFormat->getMaxAvailableModulation());
+    // Without a selection the limited maximum counts as selected; the array query takes the
+    // unlimited one there. Both are meant.
+    Modulation selectedMaxMod = convertCodeToModulation(selectedMax);
+    if (selectedMaxMod == Modulation::UNDEFINED) {
+        selectedMaxMod = limitedMaxMod;
+    }
+    long compensation = 0;
+    if (ResultCode::isFailure(
+            getCsPowerCompensation(m_frameFormat->getChannelSpacing(), compensation))) {
+        return ResultCode::Failure;
+    }
+    const EDpdVersion dpdVersion = m_frameFormat->getDpdVersion();
+    const EFrameFormatMarket market = m_frameFormat->getTelecomMarket();
+    const int result =
+        getAdModMaxPower(dpdVersion, market, rsec, selectedMinMod, selectedMaxMod, limitedMaxMod,
+                         actualModulation, compensation, maxPower, true);
+    if (ResultCode::isFailure(result)) {
+        TRACE_MSG(TraceLevel::Error, "Failed to get AdMod capabilities");
+        return result;
+    }
+    if (result == ResultCode::NotApplicable) {
+        traceIgnored(__func__, actualModulation);
+        return result;
+    }
+    minPower =
+        getMinOutputPower(static_cast<unsigned int>(numberOf(m_frameFormat->getChannelSpacing())));
+    return ResultCode::Success;
+}
+
+Modulation OutputPowerCalculator::limitMaxModDueToRadioCapability(
+    UseConfiguredFF useConfiguredFF, long rfid,
+    const Modulation& modemMaxAvailableModulation) const {
+    TRACE_ENTER(rfid);
+    EFrameFormatMarket market = EFrameFormatMarket::Etsi;
+    if (useConfiguredFF == UseConfiguredFF::Configured) {
+        market = m_frameFormat->getTelecomMarket();
+    } else if (useConfiguredFF == UseConfiguredFF::ById) {
+        m_hardwareConfigurationHandler->getTelecomMarket(m_radioChannel, rfid, market);
+    }
+
+    const bool isLimited = m_capabilityHandler->isMaxAcmLimitedByHw();
+    TRACE_MSG(TraceLevel::Detail, " usePerformaceProfiles: " << (isLimited ? "Yes" : "No"));
+    Modulation radioMaxAvailableModulation;
+    if (isLimited) {
+        const bool isConfigured = useConfiguredFF == UseConfiguredFF::Configured;
+        std::vector<short> profiles;
+        if (os::bsp::rl::isFftypeCarrierAggregation()) {
+            if (isConfigured) {
+                m_frameFormat->getCarrierAggregationPerformanceProfiles(profiles);
+            } else {
+                m_hardwareConfigurationHandler->getCarrierAggregationPerformanceProfiles(
+                    m_radioChannel, rfid, profiles);
+            }
+        } else if (isConfigured) {
+            m_frameFormat->getPerformanceProfiles(profiles);
+        } else {
+            m_hardwareConfigurationHandler->getPerformanceProfiles(m_radioChannel, rfid, profiles);
+        }
+        const short profileIndex = m_capabilityHandler->getPerformanceProfileIndex();
+        radioMaxAvailableModulation =
+            m_capabilityHandler->getMaxModulationLimitedByHw(profiles, profileIndex);
+    } else {
+        radioMaxAvailableModulation =
+            m_capabilityHandler->getMaxModulationWithoutLimitation(market);
+    }
+    if (radioMaxAvailableModulation == Modulation::UNDEFINED) {
+        radioMaxAvailableModulation = modemMaxAvailableModulation;
+    }
+    TRACE_MSG(TraceLevel::Detail,
+              " modemMaxAvailableModulation: " << modemMaxAvailableModulation
+                                               << " radioMaxAvailableModulation: "
+                                               << radioMaxAvailableModulation);
+    return std::min(radioMaxAvailableModulation, modemMaxAvailableModulation);
+}
+
+// Output power versus modulation
+
+unsigned OutputPowerCalculator::getMinMaxOutputPowerVsModulationArray(
+    long frameFormatId, ModulationAndCoding minModulationAndCodeIn,
+    ModulationAndCoding maxModulationAndCodeIn, EReferenceSEC referenceSec, long& minOutputPower,
+    std::map<ModulationAndCoding, long>& powerMap) const {
+    TRACE_ENTER("frameformat_id=" << frameFormatId << ", minModulationAndCodeIn="
+                                  << convertCodeAndModulationEnumToString(minModulationAndCodeIn)
+                                  << ", maxModulationAndCodeIn="
+                                  << convertCodeAndModulationEnumToString(maxModulationAndCodeIn)
+                                  << ", referenceSec=" << numberOf(referenceSec));
+    if (referenceSec == EReferenceSEC::UNDEFINED) {
+        referenceSec = m_systemPowerController->getReferenceSec();
+    }
+    ModulationAndCoding selectedMin{};
+    ModulationAndCoding selectedMax{};
+    getSelectedMinMaxAcm(selectedMin, selectedMax);
+    const Modulation minModulation = convertCodeToModulation(
+        isUndefined(minModulationAndCodeIn) ? selectedMin : minModulationAndCodeIn);
+    const Modulation maxModulation = convertCodeToModulation(
+        isUndefined(maxModulationAndCodeIn) ? selectedMax : maxModulationAndCodeIn);
+    const bool adModEnable = getAdmodEnable(minModulationAndCodeIn, maxModulationAndCodeIn);
+
+    const bool isConfigured = frameFormatId < 1;
+    const unsigned result =
+        isConfigured ? getMaxOutputPowerArrayUsingConfigured(referenceSec, adModEnable,
+                                                             minModulation, maxModulation, powerMap)
+                     : getMaxOutputPowerArrayUsingRfid(frameFormatId, referenceSec, adModEnable,
+                                                       minModulation, maxModulation, powerMap);
+    if (ResultCode::isFailure(result)) {
+        return result;
+    }
+    minOutputPower =
+        isConfigured ? getMinOutputPower(
+                           static_cast<unsigned int>(numberOf(m_frameFormat->getChannelSpacing())))
+                     : getMinOutputPowerUsingRfid(static_cast<unsigned int>(frameFormatId));
+    TRACE_MSG(TraceLevel::Result, "minOutputPower = " << minOutputPower);
+    return result;
+}
+
+unsigned OutputPowerCalculator::getMaxOutputPowerArrayUsingConfigured(
+    EReferenceSEC rsec, bool adModEnable, Modulation selectedMinMod, Modulation selectedMaxMod,
+    std::map<ModulationAndCoding, long>& powerMap) const {
+    TRACE_ENTER("rsec=" << numberOf(rsec) << ", adModEnable=" << adModEnable << ", selectedMinMod="
+                        << selectedMinMod << ", selectedMaxMod=" << selectedMaxMod);
+    std::vector<ModulationAndCoding> modulationAndCodeArray;
+    m_frameFormat->getModulationAndCodeArray(modulationAndCodeArray);
+    const EDpdVersion dpdVersion = m_frameFormat->getDpdVersion();
+    const EFrameFormatMarket market = m_frameFormat->getTelecomMarket();
+    const EChannelSpacingType channelSpacing = m_frameFormat->getChannelSpacing();
+    return populateModulationPowerMap(
+        modulationAndCodeArray, configuredFrameFormat, rsec, adModEnable, selectedMinMod,
+        selectedMaxMod, UseConfiguredFF::Configured, dpdVersion, market, channelSpacing, powerMap);
+}
+
+unsigned OutputPowerCalculator::getMaxOutputPowerArrayUsingRfid(
+    long rfid, EReferenceSEC rsec, bool adModEnable, Modulation selectedMinMod,
+    Modulation selectedMaxMod, std::map<ModulationAndCoding, long>& powerMap) const {
+    TRACE_ENTER("rfid=" << rfid << ", rsec=" << numberOf(rsec) << ", adModEnable=" << adModEnable
+                        << ", selectedMinMod=" << selectedMinMod
+                        << ", selectedMaxMod=" << selectedMaxMod);
+    const IHardwareConfigurationHandler& handler = *m_hardwareConfigurationHandler;
+    const EDpdVersion dpdVersion = handler.getDpdVersion(m_radioChannel, rfid);
+
+    // None of these failures stops the query: it goes on with what it has.
+    EFrameFormatMarket market = EFrameFormatMarket::Etsi;
+    if (ResultCode::isFailure(handler.getTelecomMarket(m_radioChannel, rfid, market))) {
+        TRACE_MSG(TraceLevel::Error, "Failed to get telecom market, wrong channel or FFID?");
+    }
+    std::vector<ModulationAndCoding> modulationAndCodeArray;
+    if (ResultCode::isFailure(
+            handler.getModulationAndCodeArray(m_radioChannel, rfid, modulationAndCodeArray))) {
+        TRACE_MSG(TraceLevel::Error,
+                  "Failed to get modulation and code array, wrong channel or FFID?");
+    }
+    EChannelSpacingType channelSpacing{};
+    if (ResultCode::isFailure(handler.getChannelSpacing(m_radioChannel, rfid, channelSpacing))) {
+        TRACE_MSG(TraceLevel::Error, "Failed to get channel spacing, wrong channel or FFID?");
+    }
+    return populateModulationPowerMap(modulationAndCodeArray, rfid, rsec, adModEnable,
+                                      selectedMinMod, selectedMaxMod, UseConfiguredFF::ById,
+                                      dpdVersion, market, channelSpacing, powerMap);
+}
+
+unsigned OutputPowerCalculator::populateModulationPowerMap(
+    const std::vector<ModulationAndCoding>& modulationAndCodeArray, long rfid, EReferenceSEC rsec,
+    bool adModEnable, Modulation selectedMinMod, Modulation selectedMaxMod,
+    UseConfiguredFF useConfiguredFF, EDpdVersion dpdVersion, EFrameFormatMarket market,
+    EChannelSpacingType channelSpacing, std::map<ModulationAndCoding, long>& powerMap) const {
+    TRACE_ENTER("rsec=" << numberOf(rsec) << ", adModEnable=" << adModEnable << ", selectedMinMod="
+                        << selectedMinMod << ", selectedMaxMod=" << selectedMaxMod);
+    TRACE_MSG(TraceLevel::Detail, "modulationAndCodeArraySize = " << modulationAndCodeArray.size());
+    if (modulationAndCodeArray.empty()) {
+        TRACE_MSG(TraceLevel::Error,
+                  "Failed to calculate power capabilities, modulationAndCodeArray is empty");
+        return ResultCode::MapFailure;
+    }
+
+    const auto [lowestCode, highestCode] =
+        std::minmax_element(modulationAndCodeArray.begin(), modulationAndCodeArray.end());
+    const Modulation availableMaxMod = convertCodeToModulation(*highestCode);
+    // The undefined code is the highest of all: an array that holds it anywhere fails here,
+    // although the walk below would skip it. That is meant.
+    if (availableMaxMod == Modulation::UNDEFINED) {
+        TRACE_MSG(TraceLevel::Error,
+                  "Failed to calculate power capabilities for undefined max modulation");
+        return ResultCode::MapFailure;
+    }
+    if (selectedMinMod == Modulation::UNDEFINED) {
+        selectedMinMod = convertCodeToModulation(*lowestCode);
+    }
+    const Modulation limitedMaxMod =
+        limitMaxModDueToRadioCapability(useConfiguredFF, rfid, availableMaxMod);
+    // The available maximum, not the limited one: that is meant.
+    if (selectedMaxMod == Modulation::UNDEFINED) {
+        selectedMaxMod = availableMaxMod;
+    }
+    long compensation = 0;
+    if (ResultCode::isFailure(getCsPowerCompensation(channelSpacing, compensation))) {
+        return ResultCode::Failure;
+    }
+
+    // Consecutive codes of one modulation share one computation, and one power goes through the
+    // whole walk: a calculator that adds to what it finds adds to the code before.
+    Modulation lastStored = Modulation::UNDEFINED;
+    long power = 0;
+    for (const ModulationAndCoding& code : modulationAndCodeArray) {
+        const Modulation modulation = convertCodeToModulation(code);
+        if (isUndefined(code) || limitedMaxMod < modulation) {
+            continue;
+        }
+        if (modulation != lastStored) {
+            const int result =
+                adModEnable
+                    ? getAdModMaxPower(dpdVersion, market, rsec, selectedMinMod, selectedMaxMod,
+                                       limitedMaxMod, modulation, compensation, power, true)
+                    : getFixModMaxPower(dpdVersion, market, selectedMinMod, modulation,
+                                        compensation, power, true);
+            if (ResultCode::isFailure(result)) {
+                TRACE_MSG(TraceLevel::Warning,
+                          "Failed to calculate power capabilities for modType " << modulation);
+                continue;
+            }
+            if (result == ResultCode::NotApplicable) {
+                traceIgnored(__func__, modulation);
+                continue;
+            }
+            lastStored = modulation;
+        }
+        powerMap.insert_or_assign(code, power);
+    }
+    return ResultCode::Success;
+}
+
+// Minimum output power
+
+long OutputPowerCalculator::getMinOutputPower(unsigned int channelSpacing) const {
+    TRACE_ENTER(channelSpacing);
+    // A capability handler that keeps the default hands out no table.
+    const long minOutputPower = m_minOutputPower == nullptr ? 0 : *m_minOutputPower;
+    long offset = 0;
+    if (m_systemPowerController->getMinOutputPowerOffset(
+            static_cast<EChannelSpacingType>(channelSpacing), offset)) {
+        return Power::add(minOutputPower, offset);
+    }
+    TRACE_MSG(TraceLevel::Warning, " no match for channel spacing : " << channelSpacing);
+    return minOutputPower;
+}
+
+long OutputPowerCalculator::getMinOutputPowerUsingRfid(unsigned int rfid) const {
+    TRACE_ENTER("rfid=" << rfid);
+    std::vector<FrameFormatRecord> records;
+    m_hardwareConfigurationHandler->getFrameFormatRecords(false, records);
+    const auto record =
+        std::find_if(records.begin(), records.end(), [rfid](const FrameFormatRecord& candidate) {
+            return static_cast<unsigned int>(candidate.id) == rfid;
+        });
+    const bool hasSpacing = record != records.end() && record->channelSpacing != noChannelSpacing;
+    return getMinOutputPower(
+        hasSpacing ? static_cast<unsigned int>(numberOf(record->channelSpacing)) : 0);
+}
+
+int OutputPowerCalculator::findPminPmax(long& pmin, long& pmax) const {
+    TRACE_ENTER("");
+    const TxRfMaxPowerCapability* etsi = nullptr;
+    const TxRfMaxPowerCapability* ansi = nullptr;
+    if (!findTables(m_frameFormat->getDpdVersion(), etsi, ansi)) {
+        TRACE_MSG(TraceLevel::Error,
+                  "Unknown DPD version " << numberOf(m_frameFormat->getDpdVersion()));
+        return ResultCode::Failure;
+    }
+    // Global reads the ANSI table here and the ETSI table in getMaxPowerArray(): that is meant.
+    const TxRfMaxPowerCapability& table =
+        m_frameFormat->getTelecomMarket() == EFrameFormatMarket::Etsi ? *etsi : *ansi;
+    if (ResultCode::isFailure(table.getMaxPower(&pmax))) {
+        TRACE_MSG(TraceLevel::Error, "Failed to getMaxPower");
+        return ResultCode::Failure;
+    }
+    pmin =
+        getMinOutputPower(static_cast<unsigned int>(numberOf(m_frameFormat->getChannelSpacing())));
+    return ResultCode::Success;
+}

@@ -1,0 +1,11 @@
+# One list of warnings for everything that is built here, as errors.
+add_library(qor_warnings INTERFACE)
+target_compile_options(qor_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Werror
+    -Wconversion -Wsign-conversion -Wdouble-promotion -Wfloat-conversion
+    -Wshadow -Wold-style-cast -Wcast-align -Wcast-qual
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference
+    -Wformat=2 -Wundef -Wmissing-declarations -Wswitch-enum
+    $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wduplicated-branches -Wlogical-op>
+    # Only tells that an old compiler passed some records otherwise.
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-psabi>)

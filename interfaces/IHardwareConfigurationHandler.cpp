@@ -1,0 +1,7 @@
+#include "IHardwareConfigurationHandler.h"
+
+IHardwareConfigurationHandler::~IHardwareConfigurationHandler() = default;
+
+std::string IHardwareConfigurationHandler::interfaceName() {
+    return "IHardwareConfigurationHandler";
+}

@@ -1,0 +1,9 @@
+#pragma once
+
+/// Where a trace record comes from. The texts are string literals: a record may be read long after
+/// the call that wrote it.
+struct TraceHeader {
+    const char* file; ///< source path without its ending
+    int line;
+    const char* function;
+};

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "Export.h"
+#include "TraceHeader.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <mutex>
+#include <set>
+#include <string>
+#include <vector>
+
+class VelTrace;
+
+/// One trace record as the desk keeps it.
+struct TraceRecord {
+    enum class Kind {
+        Enter,   ///< function entry
+        Message, ///< message
+        Raw      ///< raw trace, keyed by a code
+    };
+
+    Kind kind;
+    int level;
+    std::uint32_t code; ///< of a raw trace; 0 for the other kinds
+    std::string file;
+    std::string function;
+    int line;
+    std::string text;
+};
+
+/// Writes a record as one line of a log: level, kind, "file:line function: text". A raw trace's own
+/// line ends are kept, except the last.
+QOR_EXPORT std::ostream& operator<<(std::ostream& stream, const TraceRecord& record);
+
+/// The desk's trace facility: every VelTrace object of the process and the raw trace lead here.
+///
+/// Records are kept in the order written until they are taken or cleared, and printed to a stream
+/// if one is set. Everything may be called from any thread, but for setLevel(), which also sets the
+/// raw trace's threshold: call it while nothing traces.
+class QOR_EXPORT DeskTrace {
+public:
+    static DeskTrace& getInstance();
+
+    DeskTrace(const DeskTrace&) = delete;
+    DeskTrace& operator=(const DeskTrace&) = delete;
+
+    /// Sets the threshold of every trace object, present and future, and of the raw trace. 0 is
+    /// off. Until it is called every object keeps the threshold it was built with.
+    void setLevel(int level);
+
+    /// A copy of the records at or below a level, all of them by default.
+    std::vector<TraceRecord> records(int maxLevel = 6) const;
+
+    /// Hands out the records and forgets them.
+    std::vector<TraceRecord> take();
+
+    /// Forgets the records.
+    void clear();
+
+    /// Prints every further record to a stream as it is written; null stops that. The stream must
+    /// outlive the tracing.
+    void printTo(std::ostream* stream);
+
+    // For the trace objects of the platform.
+    void add(VelTrace& trace);
+    void remove(VelTrace& trace);
+    void write(TraceRecord record);
+
+private:
+    DeskTrace() = default;
+    ~DeskTrace() = default;
+
+    mutable std::mutex m_mutex;
+    std::set<VelTrace*> m_traces;
+    bool m_levelIsSet = false;
+    int m_level = 0;
+    std::vector<TraceRecord> m_records;
+    std::ostream* m_stream = nullptr;
+};
