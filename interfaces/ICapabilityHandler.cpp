@@ -5,7 +5,7 @@
 ICapabilityHandler::~ICapabilityHandler() = default;
 
 std::string ICapabilityHandler::getTmuHwProductNumber() const {
-    return std::string();
+    return {};
 }
 
 unsigned ICapabilityHandler::getMinOutputPower(const int**) const {

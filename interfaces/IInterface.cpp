@@ -1,7 +1,9 @@
 #include "IInterface.h"
 
-IInterface::IInterface(const std::string& name)
-    : m_name(name) {}
+#include <utility>
+
+IInterface::IInterface(std::string name)
+    : m_name(std::move(name)) {}
 
 IInterface::~IInterface() = default;
 

@@ -12,7 +12,7 @@
 class QOR_EXPORT IInterface {
 public:
     IInterface() = default;
-    explicit IInterface(const std::string& name);
+    explicit IInterface(std::string name);
     IInterface(const IInterface&) = delete;
     IInterface& operator=(const IInterface&) = delete;
     virtual ~IInterface();

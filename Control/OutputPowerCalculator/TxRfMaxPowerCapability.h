@@ -58,10 +58,10 @@ private:
     /// Number of integers that may be read, 0 without a table.
     int size() const;
 
-    const int* m_pmaxTable;
-    const int* m_pmaxTableSize;
+    const int* m_pmaxTable = nullptr;
+    const int* m_pmaxTableSize = nullptr;
     unsigned long m_channel;
     EDpdVersion m_dpdVersion;
     EFrameFormatMarket m_market;
-    ICapabilityHandler* m_capabilityHandler;
+    ICapabilityHandler* m_capabilityHandler = nullptr;
 };

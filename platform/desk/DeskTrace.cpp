@@ -33,7 +33,7 @@ std::ostream& operator<<(std::ostream& stream, const TraceRecord& record) {
 
 DeskTrace& DeskTrace::getInstance() {
     // Never destroyed: trace objects with static lifetime report their end to it.
-    static DeskTrace* const instance = new DeskTrace;
+    static auto* const instance = new DeskTrace;
     return *instance;
 }
 

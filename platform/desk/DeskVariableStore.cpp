@@ -6,7 +6,7 @@
 #include <utility>
 
 DeskVariableStore& DeskVariableStore::getInstance() {
-    static DeskVariableStore* const instance = new DeskVariableStore;
+    static auto* const instance = new DeskVariableStore;
     return *instance;
 }
 

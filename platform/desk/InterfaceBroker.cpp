@@ -4,7 +4,7 @@
 
 InterfaceBroker& InterfaceBroker::getInstance() {
     // Never destroyed: services with static lifetime withdraw themselves at the very end.
-    static InterfaceBroker* const broker = new InterfaceBroker;
+    static auto* const broker = new InterfaceBroker;
     return *broker;
 }
 

@@ -22,6 +22,7 @@ VelTrace::~VelTrace() {
     DeskTrace::getInstance().remove(*this);
 }
 
+// NOLINTBEGIN(readability-convert-member-functions-to-static): the platform's contract has them so.
 void VelTrace::logMsg(int level, const TraceHeader& header, const std::string& text) {
     write(TraceRecord::Kind::Message, level, header, text);
 }
@@ -29,3 +30,4 @@ void VelTrace::logMsg(int level, const TraceHeader& header, const std::string& t
 void VelTrace::logEnterMsg(int level, const TraceHeader& header, const std::string& text) {
     write(TraceRecord::Kind::Enter, level, header, text);
 }
+// NOLINTEND(readability-convert-member-functions-to-static)

@@ -68,27 +68,13 @@ bool connect(Interface*& neighbour, const std::string& name, const char* complai
 
 } // namespace
 
+// The tables take the number as it was given, not the channel that is served: that is meant.
 OutputPowerCalculator::OutputPowerCalculator(unsigned long radioChannel)
     : m_radioChannel(radioChannel == 2 ? 2 : 1)
-    , m_minOutputPower(nullptr)
-    , m_temperature(0)
-    , m_useTemporaryPowerCutback(false)
-    , m_temporaryPowerCutback(0)
-    , m_powerCutback(0)
-    // The tables take the number as it was given, not the channel that is served: that is meant.
     , m_txRfMaxPowerCapabilityDpd1Etsi(radioChannel, EDpdVersion::Dpd1, EFrameFormatMarket::Etsi)
     , m_txRfMaxPowerCapabilityDpd2Etsi(radioChannel, EDpdVersion::Dpd2, EFrameFormatMarket::Etsi)
     , m_txRfMaxPowerCapabilityDpd1Ansi(radioChannel, EDpdVersion::Dpd1, EFrameFormatMarket::Ansi)
-    , m_txRfMaxPowerCapabilityDpd2Ansi(radioChannel, EDpdVersion::Dpd2, EFrameFormatMarket::Ansi)
-    , m_hardwareConfigurationHandler(nullptr)
-    , m_acmHandler(nullptr)
-    , m_systemPowerController(nullptr)
-    , m_capabilityHandler(nullptr)
-    , m_frameFormat(nullptr)
-    , m_boosterPresence(0)
-    , m_boosterGain(0)
-    , m_boosterMaxInputPower(0)
-    , m_boosterMaxModulation(Modulation::CW) {}
+    , m_txRfMaxPowerCapabilityDpd2Ansi(radioChannel, EDpdVersion::Dpd2, EFrameFormatMarket::Ansi) {}
 
 OutputPowerCalculator::~OutputPowerCalculator() {
     InterfaceBroker::getInstance().unregisterInterface(

@@ -74,12 +74,9 @@ TxRfMaxPowerCapability::TxRfMaxPowerCapability()
 
 TxRfMaxPowerCapability::TxRfMaxPowerCapability(unsigned long channel, EDpdVersion dpdVersion,
                                                EFrameFormatMarket market)
-    : m_pmaxTable(nullptr)
-    , m_pmaxTableSize(nullptr)
-    , m_channel(channel)
+    : m_channel(channel)
     , m_dpdVersion(dpdVersion)
-    , m_market(market)
-    , m_capabilityHandler(nullptr) {}
+    , m_market(market) {}
 
 TxRfMaxPowerCapability::~TxRfMaxPowerCapability() = default;
 
