@@ -6,29 +6,27 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <cinttypes>
 #include <cstdint>
-#include <string_view>
+#include <cstdio>
 
 namespace {
 
 constexpr const char* functionName = "getCompensationForChannelSpacing";
 
-/// Name of a channel's stored variable, zero-terminated. It is built in place, because a query
-/// takes nothing from the heap.
+/// Name of a channel's stored variable. It is built in place, because a query takes nothing from
+/// the heap.
 class VariableName {
 public:
-    VariableName(RadioChannel channel, std::string_view suffix) {
-        constexpr std::string_view prefix = "channel.";
-        char* end = std::copy(prefix.begin(), prefix.end(), m_text.begin());
-        end = std::to_chars(end, m_text.end(), channel).ptr;
-        *std::copy(suffix.begin(), suffix.end(), end) = '\0';
+    /// @param suffix what follows the channel.
+    VariableName(RadioChannel channel, const char* suffix) {
+        std::snprintf(m_text.data(), m_text.size(), "channel.%" PRIu32 "%s", channel, suffix);
     }
 
     const char* text() const { return m_text.data(); }
 
 private:
-    std::array<char, 64> m_text; // "channel.", up to ten digits, a suffix and the end: 51 at most
+    std::array<char, 64> m_text; // 51 at most: "channel.", ten digits, a suffix and the end
 };
 
 /// Address of a stored variable's content.

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <sstream>
-#include <string>
 
 /// Levels of trace records.
 namespace TraceLevel {
@@ -21,23 +20,28 @@ constexpr int Detail = 6; ///< function entries, inputs and intermediate values
 /// that several families share traces through the family's.
 class TraceSource {
 public:
-    explicit TraceSource(const char* path)
-        : m_trace("QOR.SPC.Calculator", 3, 256)
-        , m_path(path) {}
+    explicit TraceSource(const char* path);
 
     bool isEnabled(int level) const { return m_trace.isEnabled(level); }
 
-    void message(int level, const char* function, int line, const std::string& text) {
-        m_trace.logMsg(level, {m_path, line, function}, text);
-    }
-
-    void enter(const char* function, int line, const std::string& text) {
-        m_trace.logEnterMsg(TraceLevel::Detail, {m_path, line, function}, text);
-    }
+    void message(int level, const char* function, int line, const std::ostringstream& text);
+    void enter(const char* function, int line, const std::ostringstream& text);
 
 private:
     VelTrace m_trace;
     const char* m_path;
+};
+
+/// The stream in which a trace builds its text. Its construction stays out of the callers: there
+/// are many, and each would hold a copy of code that hardly ever runs.
+class TraceText {
+public:
+    TraceText();
+    ~TraceText();
+    TraceText(const TraceText&) = delete;
+    TraceText& operator=(const TraceText&) = delete;
+
+    std::ostringstream stream;
 };
 
 // Macros, because the text of a trace that is off must not be built: `text` is what follows a
@@ -47,9 +51,9 @@ private:
 #define TRACE_MSG_OF(source, function, level, text)                                                \
     do {                                                                                           \
         if ((source).isEnabled(level)) {                                                           \
-            std::ostringstream stream;                                                             \
-            stream << text;                                                                        \
-            (source).message(level, function, __LINE__, stream.str());                             \
+            TraceText built;                                                                       \
+            built.stream << text;                                                                  \
+            (source).message(level, function, __LINE__, built.stream);                             \
         }                                                                                          \
     } while (false)
 
@@ -57,9 +61,9 @@ private:
 #define TRACE_ENTER_OF(source, function, text)                                                     \
     do {                                                                                           \
         if ((source).isEnabled(TraceLevel::Detail)) {                                              \
-            std::ostringstream stream;                                                             \
-            stream << text;                                                                        \
-            (source).enter(function, __LINE__, stream.str());                                      \
+            TraceText built;                                                                       \
+            built.stream << text;                                                                  \
+            (source).enter(function, __LINE__, built.stream);                                      \
         }                                                                                          \
     } while (false)
 
