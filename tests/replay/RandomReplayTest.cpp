@@ -1,0 +1,53 @@
+#include "CompareReplays.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr std::uint64_t fileCount = 1500;
+
+/// One comparison for the whole process, as the library's one-time traces are the process's.
+CompareReplays& comparison() {
+    static CompareReplays instance;
+    return instance;
+}
+
+} // namespace
+
+TEST(RandomReplay, equalsTheRestatementLineForLineWithEveryTrace) {
+    for (std::uint64_t seed = 0; seed < fileCount; ++seed) {
+        const CompareReplays::Lines lines = comparison().playRandom(seed, 6);
+
+        ASSERT_EQ(lines.library, lines.reference) << "random radio file " << seed;
+    }
+}
+
+TEST(RandomReplay, equalsTheRestatementAtEveryTraceLevel) {
+    for (int traceLevel = 0; traceLevel <= 6; ++traceLevel) {
+        for (std::uint64_t seed = 0; seed < fileCount / 10; ++seed) {
+            const CompareReplays::Lines lines = comparison().playRandom(seed + 1000000, traceLevel);
+
+            ASSERT_EQ(lines.library, lines.reference)
+                << "random radio file " << seed + 1000000 << " at level " << traceLevel;
+        }
+    }
+}
+
+TEST(RandomReplay, theRandomFilesReachEveryFamilyAndEveryCall) {
+    std::string everything;
+    for (std::uint64_t seed = 0; seed < 300; ++seed) {
+        for (const std::string& line : comparison().playRandom(seed, 6).reference) {
+            everything += line;
+        }
+    }
+
+    for (const char* text :
+         {"CalculatorKam\"", "CalculatorKamV3\"", "CalculatorVo4\"", "CalculatorVo5\"", "boosted.4",
+          "std::min parameters", "tmuMaxPowerFor64Qam", "ignoring QAM", "Modulation not supported",
+          "Failed to get AdMod capabilities", "wrong channel or FFID", "Failed to get variable",
+          "no match for channel spacing", "\"call\":\"patch\"", "\"call\":\"findPminPmax\"",
+          "\"call\":\"getUnrestrictedPmax\"", "\"call\":\"setTemperature\"",
+          "\"call\":\"calculateAdmodPowerCapabilities\""}) {
+        EXPECT_NE(everything.find(text), std::string::npos) << text;
+    }
+}
