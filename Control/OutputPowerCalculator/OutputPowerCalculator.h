@@ -78,12 +78,11 @@ private:
     /// The calculator of the radio's hardware family, chosen afresh by the product number.
     Calculator* getCalculator() const;
 
-    /// The ETSI and the ANSI Pmax table of a DPD version.
-    /// @return false for an unknown DPD version.
-    bool findTables(EDpdVersion dpdVersion, const TxRfMaxPowerCapability*& etsi,
-                    const TxRfMaxPowerCapability*& ansi) const;
+    /// The Pmax table of a known DPD version.
+    const TxRfMaxPowerCapability& tableOf(EDpdVersion dpdVersion, bool isAnsi) const;
 
-    /// Pmax table for a DPD version and market; every market but Ansi reads the ETSI table.
+    /// Copies the Pmax table for a DPD version and market; `out` is untouched on failure. Every
+    /// market but Ansi reads the ETSI table.
     int getMaxPowerArray(EDpdVersion dpdVersion, EFrameFormatMarket market,
                          TxRfMaxPowerCapability& out) const;
 

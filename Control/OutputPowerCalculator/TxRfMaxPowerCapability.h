@@ -3,6 +3,7 @@
 #include "EDpdVersion.h"
 #include "EFrameFormatMarket.h"
 #include "Modulation.h"
+#include "ResultCode.h"
 
 class ICapabilityHandler;
 
@@ -22,7 +23,7 @@ enum PmaxTable : unsigned long {
 class TxRfMaxPowerCapability {
 public:
     /// A view of nothing, to be assigned to.
-    TxRfMaxPowerCapability();
+    TxRfMaxPowerCapability() = default;
 
     /// Remembers what to look for. The table is fetched by initialize(); until then the view is
     /// empty.
@@ -31,7 +32,7 @@ public:
 
     TxRfMaxPowerCapability(const TxRfMaxPowerCapability&) = default;
     TxRfMaxPowerCapability& operator=(const TxRfMaxPowerCapability&) = default;
-    virtual ~TxRfMaxPowerCapability();
+    virtual ~TxRfMaxPowerCapability() = default;
 
     /// Finds the channel's capability handler and fetches the table.
     ///
@@ -45,7 +46,18 @@ public:
     /// Pmax at a modulation.
     /// @param[out] power untouched on failure.
     /// @return 0; 32776 if the table has no row for the modulation.
-    int getPower(Modulation modulation, long* power) const;
+    int getPower(Modulation modulation, long* power) const {
+        const int* row = m_pmaxTable;
+        // The last row is compared even if the count leaves its power out: handlers store whole
+        // rows.
+        for (int left = size(); left > 0; left -= 2, row += 2) {
+            if (row[0] == static_cast<int>(modulation)) {
+                *power = row[1];
+                return ResultCode::Success;
+            }
+        }
+        return traceUnknown(modulation);
+    }
 
     /// Highest Pmax of the table; -2147483648 for a table without a whole row.
     /// @return always 0.
@@ -55,13 +67,19 @@ private:
     /// Asks the handler for one of its tables.
     unsigned fetch(PmaxTable table);
 
-    /// Number of integers that may be read, 0 without a table.
-    int size() const;
+    /// Number of integers that may be read. A handler that keeps the default getters hands out
+    /// neither table nor count.
+    int size() const {
+        return m_pmaxTable == nullptr || m_pmaxTableSize == nullptr ? 0 : *m_pmaxTableSize;
+    }
+
+    /// Traces for getPower() that there is no row for a modulation; 32776.
+    static int traceUnknown(Modulation modulation);
 
     const int* m_pmaxTable = nullptr;
     const int* m_pmaxTableSize = nullptr;
-    unsigned long m_channel;
-    EDpdVersion m_dpdVersion;
-    EFrameFormatMarket m_market;
+    unsigned long m_channel = 0;
+    EDpdVersion m_dpdVersion{};
+    EFrameFormatMarket m_market = EFrameFormatMarket::Etsi;
     ICapabilityHandler* m_capabilityHandler = nullptr;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CalculationData.h"
+#include "DenseTable.h"
 
 #include <map>
 #include <tuple>
@@ -12,6 +13,12 @@ using BoosterAdjustments = std::map<std::tuple<EReferenceSEC, Modulation>, int>;
 
 /// What a booster's band adds, in hundredths of a dB, by band (0 or 1) and modulation.
 using BoosterBandAdjustments = std::map<std::tuple<int, Modulation>, int>;
+
+/// The same as getMaxPower() keeps them.
+struct BoosterTables {
+    DenseAdjustments<rsecCount> adjustments;
+    DenseAdjustments<bandCount> bandAdjustments;
+};
 
 /// An external booster, as the service passes it on.
 struct Booster {
@@ -30,6 +37,5 @@ struct Booster {
 /// into the radio's own output power at the booster's input.
 /// @param[in,out] maxPower the power without a booster; stays that if a table has no entry.
 /// @return 0, also without a booster; 32770 if a table has no entry.
-int applyBooster(TraceSource& trace, const BoosterAdjustments& adjustments,
-                 const BoosterBandAdjustments& bandAdjustments, const CalculationData& data,
+int applyBooster(TraceSource& trace, const BoosterTables& tables, const CalculationData& data,
                  const Booster& booster, long& maxPower);

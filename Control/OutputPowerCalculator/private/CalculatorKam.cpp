@@ -46,7 +46,7 @@ Modulation CalculatorKam::getMaxRefModulation(Modulation availableMaxModulation,
 }
 
 int CalculatorKam::getMaxPower(CalculationData data, long& maxPower, int, int, int, Modulation) {
-    static const PowerOffsets powerOffsets = initialize();
+    static const OutdoorOffsets powerOffsets(initialize());
     return offsetMaxPower(s_trace, powerOffsets, data, maxPower);
 }
 

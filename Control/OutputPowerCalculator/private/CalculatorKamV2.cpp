@@ -46,7 +46,7 @@ Modulation CalculatorKamV2::getMaxRefModulation(Modulation availableMaxModulatio
 }
 
 int CalculatorKamV2::getMaxPower(CalculationData data, long& maxPower, int, int, int, Modulation) {
-    static const PowerOffsets powerOffsets = initialize();
+    static const OutdoorOffsets powerOffsets(initialize());
     return offsetMaxPower(s_trace, powerOffsets, data, maxPower);
 }
 

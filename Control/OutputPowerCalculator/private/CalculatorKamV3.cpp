@@ -22,13 +22,12 @@ constexpr Cap capAt32Qam = {Modulation::QAM32, "tmuMaxPowerFor32Qam"};
 constexpr Cap capAt64Qam = {Modulation::QAM64, "tmuMaxPowerFor64Qam"};
 
 /// The lesser of a power and a cap's Pmax. A cap without a row in the radio's table counts as 0.
-long capped(const CalculationData& data, long uncompensated, const Cap& cap, const char* function) {
+long capped(const CalculationData& data, long uncompensated, const Cap& cap) {
     long capPower = 0;
     data.maxPowerCapability.getPower(cap.modulation, &capPower);
     const long power = std::min(capPower, uncompensated);
-    TRACE_MSG_OF(s_trace, function, TraceLevel::Detail,
-                 "min() of uncompensated Pmax and " << cap.text << " = " << power
-                                                    << " will be used");
+    TRACE_MSG_OF(s_trace, "getMaxPower", TraceLevel::Detail, "min() of uncompensated Pmax and ",
+                 cap.text, " = ", power, " will be used");
     return power;
 }
 
@@ -53,19 +52,18 @@ int CalculatorKamV3::getMaxPower(CalculationData data, long& maxPower, int, int,
     // The Pmax of this family's radios contains the compensation: it is taken out for the cap and
     // put back afterwards. The other outdoor families add theirs instead; the sign is meant.
     const long uncompensated = Power::subtract(data.pmaxActualModulation, data.csPowerCompensation);
-    TRACE_MSG(TraceLevel::Detail,
-              "uncompensated Pmax for modulation: " << convertAcmEnumToString(data.actualModulation)
-                                                    << " = " << uncompensated);
+    TRACE_MSG(TraceLevel::Detail, "uncompensated Pmax for modulation: ", data.actualModulation,
+              " = ", uncompensated);
 
     switch (data.rsec) {
     case EReferenceSEC::Class2:
         maxPower = uncompensated;
         break;
     case EReferenceSEC::Class4L:
-        maxPower = capped(data, uncompensated, capAt16Qam, __func__);
+        maxPower = capped(data, uncompensated, capAt16Qam);
         break;
     case EReferenceSEC::Class4H:
-        maxPower = capped(data, uncompensated, capAt32Qam, __func__);
+        maxPower = capped(data, uncompensated, capAt32Qam);
         break;
     case EReferenceSEC::Class5B:
     case EReferenceSEC::Class6B:
@@ -74,29 +72,28 @@ int CalculatorKamV3::getMaxPower(CalculationData data, long& maxPower, int, int,
     case EReferenceSEC::Class6LB:
     case EReferenceSEC::Class6HB:
     case EReferenceSEC::Class7B:
-        maxPower = capped(data, uncompensated, capAt64Qam, __func__);
+        maxPower = capped(data, uncompensated, capAt64Qam);
         break;
     case EReferenceSEC::UNDEFINED:
     default:
         // Meant: the power that came in stays, the compensation is added to it, and the result is a
         // success. There is no blank between the two words either.
-        TRACE_MSG(TraceLevel::Error, __func__ << "No matching RSEC");
+        TRACE_MSG(TraceLevel::Error, "getMaxPowerNo matching RSEC");
         break;
     }
 
     maxPower = Power::add(maxPower, data.csPowerCompensation);
     // Called power cutback in this line, although it is the compensation: log readers know it as it
     // is.
-    TRACE_MSG(TraceLevel::Result, __func__ << " Calculated max power = " << maxPower << " for "
-                                           << convertAcmEnumToString(data.actualModulation)
-                                           << " with rsec " << convertRsecEnumToString(data.rsec)
-                                           << " and power cutback: " << data.csPowerCompensation);
+    TRACE_MSG(TraceLevel::Result, "getMaxPower Calculated max power = ", maxPower, " for ",
+              data.actualModulation, " with rsec ", textOf(data.rsec),
+              " and power cutback: ", data.csPowerCompensation);
     return ResultCode::Success;
 }
 
 int CalculatorKamV3::getCompensationForChannelSpacing(RadioChannel channel,
                                                       EChannelSpacingType channelSpacing,
                                                       long& compensation) const {
-    TRACE_ENTER("channel=" << channel << ", channelSpacing=" << numberOf(channelSpacing));
+    TRACE_ENTER("channel=", channel, ", channelSpacing=", numberOf(channelSpacing));
     return channelSpacingCompensation(s_trace, channel, channelSpacing, compensation);
 }

@@ -78,46 +78,41 @@ Modulation CalculatorVo4::getMaxRefModulation(Modulation, Modulation) {
 int CalculatorVo4::getMaxPower(CalculationData data, long& maxPower, int boosterPresence,
                                int boosterGain, int boosterMaxInputPower,
                                Modulation boosterMaxModulation) {
-    static const PowerOffsets powerOffsets = initialize();
-    static const BoosterAdjustments adjustments = initializeBoosterAdjs();
-    static const BoosterBandAdjustments bandAdjustments = initializeBoosterBandAdjs();
+    static const DenseOffsets<Modulation::QAM256, Modulation::QAM256> powerOffsets(initialize());
+    static const BoosterTables boosterTables = {
+        DenseAdjustments<rsecCount>(initializeBoosterAdjs()),
+        DenseAdjustments<bandCount>(initializeBoosterBandAdjs())};
     const Booster booster = {boosterPresence, boosterGain, boosterMaxInputPower,
                              boosterMaxModulation};
 
-    TRACE_MSG(TraceLevel::Detail, "data.refMaxModulation="
-                                      << data.refMaxModulation
-                                      << ", data.actualModulation=" << data.actualModulation
-                                      << ", data.rsec=" << numberOf(data.rsec)
-                                      << ", data.pmaxActualModulation=" << data.pmaxActualModulation
-                                      << ", data.pmaxRefMaxModulation=" << data.pmaxRefMaxModulation
-                                      << ", boosterBand=" << boosterPresence);
+    TRACE_MSG(TraceLevel::Detail, "data.refMaxModulation=", data.refMaxModulation,
+              ", data.actualModulation=", data.actualModulation,
+              ", data.rsec=", numberOf(data.rsec),
+              ", data.pmaxActualModulation=", data.pmaxActualModulation,
+              ", data.pmaxRefMaxModulation=", data.pmaxRefMaxModulation,
+              ", boosterBand=", boosterPresence);
 
-    const auto offset =
-        powerOffsets.find({data.refMaxModulation, data.rsec, data.actualModulation});
-    if (offset == powerOffsets.end()) {
-        TRACE_MSG(TraceLevel::Error, "No power offset found for ref acm="
-                                         << data.refMaxModulation
-                                         << ", rsec=" << convertRsecEnumToString(data.rsec)
-                                         << ", acm=" << data.actualModulation);
+    int offset = 0;
+    if (!powerOffsets.find(data.refMaxModulation, data.rsec, data.actualModulation, offset)) {
+        TRACE_MSG(TraceLevel::Error, "No power offset found for ref acm=", data.refMaxModulation,
+                  ", rsec=", textOf(data.rsec), ", acm=", data.actualModulation);
         return ResultCode::NoRadioUnitEntry;
     }
     if (booster.isTooHigh(data.actualModulation)) {
-        TRACE_MSG(TraceLevel::Result, data.actualModulation << " is higher than booster max ACM ("
-                                                            << boosterMaxModulation << ")");
+        TRACE_MSG(TraceLevel::Result, data.actualModulation, " is higher than booster max ACM (",
+                  boosterMaxModulation, ")");
         return ResultCode::NotApplicable;
     }
 
-    const long adjusted = Power::add(data.pmaxRefMaxModulation, offset->second);
+    const long adjusted = Power::add(data.pmaxRefMaxModulation, offset);
     maxPower = std::min(adjusted, data.pmaxActualModulation);
-    TRACE_MSG(TraceLevel::Detail,
-              "Static power for " << data.actualModulation << " = " << adjusted);
-    TRACE_MSG(TraceLevel::Detail, "ACM adjusted power = (" << data.pmaxRefMaxModulation << " + "
-                                                           << offset->second << ") = " << adjusted);
-    TRACE_MSG(TraceLevel::Result, "Max power = " << maxPower << " for " << data.actualModulation
-                                                 << ", RSEC-" << convertRsecEnumToString(data.rsec)
-                                                 << ", using ref acm " << data.refMaxModulation);
+    TRACE_MSG(TraceLevel::Detail, "Static power for ", data.actualModulation, " = ", adjusted);
+    TRACE_MSG(TraceLevel::Detail, "ACM adjusted power = (", data.pmaxRefMaxModulation, " + ",
+              offset, ") = ", adjusted);
+    TRACE_MSG(TraceLevel::Result, "Max power = ", maxPower, " for ", data.actualModulation,
+              ", RSEC-", textOf(data.rsec), ", using ref acm ", data.refMaxModulation);
 
-    return applyBooster(s_trace, adjustments, bandAdjustments, data, booster, maxPower);
+    return applyBooster(s_trace, boosterTables, data, booster, maxPower);
 }
 
 PowerOffsets CalculatorVo4::initialize() {

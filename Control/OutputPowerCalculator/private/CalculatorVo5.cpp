@@ -175,78 +175,69 @@ CalculatorVo5* CalculatorVo5::getInstance() {
 
 Modulation CalculatorVo5::getMaxRefModulation(Modulation availableMaxModulation,
                                               Modulation selectedMaxModulation) {
-    TRACE_ENTER("availableMaxAcm=" << availableMaxModulation
-                                   << ", selectedMaxAcm=" << selectedMaxModulation);
+    TRACE_ENTER("availableMaxAcm=", availableMaxModulation,
+                ", selectedMaxAcm=", selectedMaxModulation);
     const Modulation reference = std::min(selectedMaxModulation, Modulation::QAM4096);
     // Without a blank between the two, as log readers know it.
-    TRACE_MSG(TraceLevel::Result, __func__ << "max power = " << reference);
+    TRACE_MSG(TraceLevel::Result, "getMaxRefModulationmax power = ", reference);
     return reference;
 }
 
 int CalculatorVo5::getMaxPower(CalculationData data, long& maxPower, int boosterPresence,
                                int boosterGain, int boosterMaxInputPower,
                                Modulation boosterMaxModulation) {
-    static const PowerOffsets powerOffsets = initialize();
-    static const BoosterAdjustments adjustments = initializeBoosterAdjs();
-    static const BoosterBandAdjustments bandAdjustments = initializeBoosterBandAdjs();
+    static const DenseOffsets<Modulation::QAM128, Modulation::QAM16384> powerOffsets(initialize());
+    static const BoosterTables boosterTables = {
+        DenseAdjustments<rsecCount>(initializeBoosterAdjs()),
+        DenseAdjustments<bandCount>(initializeBoosterBandAdjs())};
     const Booster booster = {boosterPresence, boosterGain, boosterMaxInputPower,
                              boosterMaxModulation};
 
-    TRACE_MSG(TraceLevel::Detail, "data.selectedMaxModulation="
-                                      << data.selectedMaxModulation
-                                      << ", data.actualModulation=" << data.actualModulation
-                                      << ", data.rsec=" << numberOf(data.rsec)
-                                      << ", data.pmaxActualModulation=" << data.pmaxActualModulation
-                                      << ", data.pmaxRefMaxModulation=" << data.pmaxRefMaxModulation
-                                      << ", boosterBand=" << boosterPresence);
+    TRACE_MSG(TraceLevel::Detail, "data.selectedMaxModulation=", data.selectedMaxModulation,
+              ", data.actualModulation=", data.actualModulation,
+              ", data.rsec=", numberOf(data.rsec),
+              ", data.pmaxActualModulation=", data.pmaxActualModulation,
+              ", data.pmaxRefMaxModulation=", data.pmaxRefMaxModulation,
+              ", boosterBand=", boosterPresence);
 
     // The function's name runs into the modulation in the next three messages: log readers know
     // them so.
     if (data.selectedMaxModulation == Modulation::UNDEFINED ||
         data.actualModulation == Modulation::UNDEFINED) {
-        TRACE_MSG(TraceLevel::InvalidInput, __func__ << data.actualModulation
-                                                     << " type invalid, selected max "
-                                                     << data.selectedMaxModulation);
+        TRACE_MSG(TraceLevel::InvalidInput, "getMaxPower", data.actualModulation,
+                  " type invalid, selected max ", data.selectedMaxModulation);
         return ResultCode::NotApplicable;
     }
     if (data.selectedMaxModulation < data.actualModulation) {
-        TRACE_MSG(TraceLevel::Result, __func__ << data.actualModulation
-                                               << " is higher than selected max ACM ("
-                                               << data.selectedMaxModulation << ")");
+        TRACE_MSG(TraceLevel::Result, "getMaxPower", data.actualModulation,
+                  " is higher than selected max ACM (", data.selectedMaxModulation, ")");
         return ResultCode::NotApplicable;
     }
     if (booster.isTooHigh(data.actualModulation)) {
-        TRACE_MSG(TraceLevel::Result, __func__ << data.actualModulation
-                                               << " is higher than booster max ACM ("
-                                               << boosterMaxModulation << ")");
+        TRACE_MSG(TraceLevel::Result, "getMaxPower", data.actualModulation,
+                  " is higher than booster max ACM (", boosterMaxModulation, ")");
         return ResultCode::NotApplicable;
     }
 
     // No block is lower than 128QAM's.
     const Modulation reference = std::max(data.selectedMaxModulation, Modulation::QAM128);
-    const auto offset = powerOffsets.find({reference, data.rsec, data.actualModulation});
-    if (offset == powerOffsets.end()) {
-        TRACE_MSG(TraceLevel::Error, "No power offset found for selected max acm="
-                                         << reference
-                                         << ", rsec=" << convertRsecEnumToString(data.rsec)
-                                         << ", acm=" << data.actualModulation);
+    int offset = 0;
+    if (!powerOffsets.find(reference, data.rsec, data.actualModulation, offset)) {
+        TRACE_MSG(TraceLevel::Error, "No power offset found for selected max acm=", reference,
+                  ", rsec=", textOf(data.rsec), ", acm=", data.actualModulation);
         return ResultCode::NoRadioUnitEntry;
     }
 
-    const long adjusted = Power::add(data.pmaxRefMaxModulation, offset->second);
+    const long adjusted = Power::add(data.pmaxRefMaxModulation, offset);
     maxPower = std::min(adjusted, data.pmaxActualModulation);
-    TRACE_MSG(TraceLevel::Detail,
-              "Static power for " << data.actualModulation << " = " << adjusted);
-    TRACE_MSG(TraceLevel::Detail, "ACM adjusted power for selected max "
-                                      << data.selectedMaxModulation << "("
-                                      << data.pmaxRefMaxModulation << " + " << offset->second
-                                      << ") = " << adjusted);
-    TRACE_MSG(TraceLevel::Result, "Max power = " << maxPower << " for " << data.actualModulation
-                                                 << ", RSEC-" << convertRsecEnumToString(data.rsec)
-                                                 << ", using selected max "
-                                                 << data.selectedMaxModulation);
+    TRACE_MSG(TraceLevel::Detail, "Static power for ", data.actualModulation, " = ", adjusted);
+    TRACE_MSG(TraceLevel::Detail, "ACM adjusted power for selected max ",
+              data.selectedMaxModulation, "(", data.pmaxRefMaxModulation, " + ", offset,
+              ") = ", adjusted);
+    TRACE_MSG(TraceLevel::Result, "Max power = ", maxPower, " for ", data.actualModulation,
+              ", RSEC-", textOf(data.rsec), ", using selected max ", data.selectedMaxModulation);
 
-    return applyBooster(s_trace, adjustments, bandAdjustments, data, booster, maxPower);
+    return applyBooster(s_trace, boosterTables, data, booster, maxPower);
 }
 
 PowerOffsets CalculatorVo5::initialize() {

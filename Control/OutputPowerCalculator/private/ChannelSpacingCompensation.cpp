@@ -6,39 +6,63 @@
 
 #include <algorithm>
 #include <array>
-#include <cinttypes>
+#include <cstddef>
 #include <cstdint>
-#include <cstdio>
+#include <cstring>
 
 namespace {
 
 constexpr const char* functionName = "getCompensationForChannelSpacing";
 
-/// Name of a channel's stored variable. It is built in place, because a query takes nothing from
-/// the heap.
-class VariableName {
+/// Names of a channel's two stored variables, which begin alike. They are built in place, because a
+/// query takes nothing from the heap.
+class VariableNames {
 public:
-    /// @param suffix what follows the channel.
-    VariableName(RadioChannel channel, const char* suffix) {
-        std::snprintf(m_text.data(), m_text.size(), "channel.%" PRIu32 "%s", channel, suffix);
+    explicit VariableNames(RadioChannel channel) {
+        append("channel.");
+        appendNumber(channel);
+        append(".tx.rf.pmax.cs.comp.v2.array");
     }
 
-    const char* text() const { return m_text.data(); }
+    const char* array() { return m_text.data(); }
+
+    /// Ends what array() answered.
+    const char* arraySize() {
+        append("size");
+        return m_text.data();
+    }
 
 private:
-    std::array<char, 64> m_text; // 51 at most: "channel.", ten digits, a suffix and the end
+    /// Appends a literal and its final zero, which the next piece overwrites.
+    template <std::size_t size>
+    void append(const char (&literal)[size]) {
+        std::memcpy(m_text.data() + m_length, literal, size);
+        m_length += size - 1;
+    }
+
+    void appendNumber(std::uint32_t number) {
+        std::size_t digits = 1;
+        for (std::uint32_t rest = number; rest >= 10; rest /= 10) {
+            ++digits;
+        }
+        m_length += digits;
+        for (std::size_t place = m_length; digits > 0; --digits, number /= 10) {
+            m_text[--place] = static_cast<char>('0' + number % 10);
+        }
+    }
+
+    std::array<char, 64> m_text; // 51 at most: ten digits, 40 characters and the final zero
+    std::size_t m_length = 0;
 };
 
 /// Address of a stored variable's content.
 /// @param[out] size if not null, the size that the store reports.
 /// @return false after a trace if the variable cannot be read.
-bool readVariable(TraceSource& trace, const VariableName& name, const void*& content,
-                  std::uint32_t* size) {
-    const unsigned status =
-        CStorageManager_GetVariableContentAddressByName(name.text(), &content, size);
+bool readVariable(TraceSource& trace, const char* name, const void*& content, std::uint32_t* size) {
+    const unsigned status = CStorageManager_GetVariableContentAddressByName(name, &content, size);
     if (ResultCode::isFailure(status)) {
-        TRACE_MSG_OF(trace, functionName, TraceLevel::Error,
-                     functionName << " Failed to get variable " << name.text());
+        TRACE_MSG_OF(trace, functionName, TraceLevel::Error, functionName,
+                     " Failed to get variable ", name);
         return false;
     }
     return true;
@@ -67,13 +91,14 @@ long findCompensation(const std::int32_t* elements, std::uint32_t size, std::uin
 
 int channelSpacingCompensation(TraceSource& trace, RadioChannel channel,
                                EChannelSpacingType channelSpacing, long& compensation) {
+    VariableNames names(channel);
     const void* array = nullptr;
     std::uint32_t size = 0;
-    if (!readVariable(trace, {channel, ".tx.rf.pmax.cs.comp.v2.array"}, array, &size)) {
+    if (!readVariable(trace, names.array(), array, &size)) {
         return ResultCode::Failure;
     }
     const void* arraySize = nullptr;
-    if (!readVariable(trace, {channel, ".tx.rf.pmax.cs.comp.v2.arraysize"}, arraySize, nullptr)) {
+    if (!readVariable(trace, names.arraySize(), arraySize, nullptr)) {
         return ResultCode::Failure;
     }
 

@@ -10,57 +10,49 @@ namespace {
 
 constexpr const char* functionName = "getMaxPower";
 
-/// The offset of a modulation relative to 256QAM, or null.
-const int* findOffset(const PowerOffsets& offsets, EReferenceSEC rsec, Modulation modulation) {
-    const auto found = offsets.find({Modulation::QAM256, rsec, modulation});
-    return found == offsets.end() ? nullptr : &found->second;
-}
-
 } // namespace
 
-int offsetMaxPower(TraceSource& trace, const PowerOffsets& offsets, const CalculationData& data,
+int offsetMaxPower(TraceSource& trace, const OutdoorOffsets& offsets, const CalculationData& data,
                    long& maxPower) {
     // A reference modulation without an offset is no failure: the power then counts from 0.
-    const int* const refOffset = findOffset(offsets, data.rsec, data.refMaxModulation);
+    int refOffset = 0;
     const long refPower =
-        refOffset == nullptr ? 0 : Power::subtract(data.pmaxRefMaxModulation, *refOffset);
+        offsets.find(Modulation::QAM256, data.rsec, data.refMaxModulation, refOffset)
+            ? Power::subtract(data.pmaxRefMaxModulation, refOffset)
+            : 0;
     const long base = Power::add(data.csPowerCompensation, refPower);
 
-    const int* const actualOffset = findOffset(offsets, data.rsec, data.actualModulation);
-    if (actualOffset == nullptr) {
+    int actualOffset = 0;
+    if (!offsets.find(Modulation::QAM256, data.rsec, data.actualModulation, actualOffset)) {
         TRACE_MSG_OF(trace, functionName, TraceLevel::Error,
-                     "No power offset found for rsec="
-                         << convertRsecEnumToString(data.rsec)
-                         << ", acm=" << convertAcmEnumToString(data.actualModulation));
+                     "No power offset found for rsec=", textOf(data.rsec),
+                     ", acm=", data.actualModulation);
         return ResultCode::NoEntry;
     }
-    const long actualPower = Power::add(base, *actualOffset);
+    const long actualPower = Power::add(base, actualOffset);
 
-    // A selected minimum modulation without an offset (one that no table column has) bounds
-    // nothing.
-    const int* const minOffset = findOffset(offsets, data.rsec, data.selectedMinModulation);
     long lowest =
         std::min({data.pmaxActualModulation, actualPower, data.pmaxSelectedMinModulation});
-    if (minOffset == nullptr) {
-        TRACE_MSG_OF(trace, functionName, TraceLevel::Result,
-                     functionName << " std::min parameters: " << data.pmaxActualModulation << ","
-                                  << actualPower << "," << data.pmaxSelectedMinModulation);
-    } else {
-        const long minModPower = Power::add(base, *minOffset);
+    int minOffset = 0;
+    if (offsets.find(Modulation::QAM256, data.rsec, data.selectedMinModulation, minOffset)) {
+        const long minModPower = Power::add(base, minOffset);
         lowest = std::min(lowest, minModPower);
-        TRACE_MSG_OF(trace, functionName, TraceLevel::Result,
-                     functionName << " std::min parameters: " << data.pmaxActualModulation << ","
-                                  << minModPower << "," << actualPower << ","
-                                  << data.pmaxSelectedMinModulation);
+        TRACE_MSG_OF(trace, functionName, TraceLevel::Result, functionName,
+                     " std::min parameters: ", data.pmaxActualModulation, ",", minModPower, ",",
+                     actualPower, ",", data.pmaxSelectedMinModulation);
+    } else {
+        // A selected minimum modulation without an offset bounds nothing.
+        TRACE_MSG_OF(trace, functionName, TraceLevel::Result, functionName,
+                     " std::min parameters: ", data.pmaxActualModulation, ",", actualPower, ",",
+                     data.pmaxSelectedMinModulation);
     }
     maxPower = lowest;
 
     // The label says modulation, the value is the Pmax at the reference modulation: log readers
     // know the line as it is.
-    TRACE_MSG_OF(trace, functionName, TraceLevel::Result,
-                 functionName << " Max power for modulation "
-                              << convertAcmEnumToString(data.actualModulation) << ", rsec "
-                              << numberOf(data.rsec) << " and max modulation "
-                              << data.pmaxRefMaxModulation << " = " << maxPower);
+    TRACE_MSG_OF(trace, functionName, TraceLevel::Result, functionName,
+                 " Max power for modulation ", data.actualModulation, ", rsec ",
+                 numberOf(data.rsec), " and max modulation ", data.pmaxRefMaxModulation, " = ",
+                 maxPower);
     return ResultCode::Success;
 }

@@ -6,6 +6,7 @@
 #include "CalculatorKamV3.h"
 #include "CalculatorVo4.h"
 #include "CalculatorVo5.h"
+#include "HardwareFamily.h"
 #include "IAcmHandler.h"
 #include "ICapabilityHandler.h"
 #include "IFrameFormat.h"
@@ -19,7 +20,10 @@
 #include <algorithm>
 #include <iterator>
 #include <string>
-#include <string_view>
+
+// A query goes through many small steps, and calling them one by one costs about a quarter of it.
+// The functions marked so take their steps in and stay whole themselves.
+#define QOR_WHOLE_STEP __attribute__((flatten, noinline))
 
 namespace {
 
@@ -31,27 +35,36 @@ constexpr long configuredFrameFormat = 0;
 /// A channel spacing by which a frame-format record says that it has none.
 constexpr EChannelSpacingType noChannelSpacing{3000};
 
-/// Products of the older radio-unit family.
-constexpr std::string_view legacyProducts[] = {
-    "QZT35201/1", "QZT35201/11", "QZT35201/12",  "QZT35202/1",  "QZT35203/1",
-    "QZT35204/1", "QZT35205/1",  "QZT35205/1HP", "QZT35206/1",  "QZT35207/1",
-    "QZT35208/1", "QZT35221/1",  "QZT35221/11",  "QZT35221/12", "QZT35222/1",
-    "QZT35223/1", "QZT35224/1",  "QZT35225/1",   "QZT35226/1",  "QZT35227/1"};
-
-bool isLegacyProduct(std::string_view productNumber) {
-    return std::find(std::begin(legacyProducts), std::end(legacyProducts), productNumber) !=
-           std::end(legacyProducts);
-}
-
 bool isUndefined(const ModulationAndCoding& modulationAndCoding) {
     return modulationAndCoding.code == ModulationAndCoding::UNDEFINED;
 }
 
+bool isKnown(EDpdVersion dpdVersion) {
+    return dpdVersion >= EDpdVersion::Dpd1 && dpdVersion <= EDpdVersion::Dpd3;
+}
+
+/// Global reads the ETSI table, unlike in findPminPmax(): that is meant.
+bool readsAnsiTable(EFrameFormatMarket market) {
+    return market == EFrameFormatMarket::Ansi;
+}
+
+/// The traces of getMaxPowerArray().
+/// @return whether there is a table for the DPD version.
+bool checkMaxPowerArray(EDpdVersion dpdVersion, EFrameFormatMarket market) {
+    constexpr const char* functionName = "getMaxPowerArray";
+    TRACE_ENTER_OF(s_trace, functionName, "dpdVersion=", numberOf(dpdVersion), ", market=", market);
+    if (!isKnown(dpdVersion)) {
+        TRACE_MSG_OF(s_trace, functionName, TraceLevel::Error, "Unknown DPD version ",
+                     numberOf(dpdVersion));
+        return false;
+    }
+    return true;
+}
+
 /// Traces that a calculator does not apply to a modulation.
 void traceIgnored(const char* function, Modulation modulation) {
-    TRACE_MSG_OF(s_trace, function, TraceLevel::Result,
-                 "ignoring QAM" << modulation
-                                << " as it's not supported by combined HW capability");
+    TRACE_MSG_OF(s_trace, function, TraceLevel::Result, "ignoring QAM", modulation,
+                 " as it's not supported by combined HW capability");
 }
 
 /// Fetches a neighbour of initialize() from the broker.
@@ -61,7 +74,7 @@ template <class Interface>
 bool connect(Interface*& neighbour, const std::string& name, const char* complaint) {
     neighbour = InterfaceBroker::getInstance().getInterface<Interface>(name);
     if (neighbour == nullptr) {
-        TRACE_MSG_OF(s_trace, "initialize", TraceLevel::Error, complaint << name);
+        TRACE_MSG_OF(s_trace, "initialize", TraceLevel::Error, complaint, name);
     }
     return neighbour != nullptr;
 }
@@ -124,7 +137,7 @@ unsigned OutputPowerCalculator::initialize() {
 // Operating inputs
 
 unsigned OutputPowerCalculator::setTemporaryPowerCutback(bool use, unsigned long cutback) {
-    TRACE_ENTER("useTemporaryPowerCutback=" << use << ", temporaryPowerCutback=" << cutback);
+    TRACE_ENTER("useTemporaryPowerCutback=", use, ", temporaryPowerCutback=", cutback);
     m_useTemporaryPowerCutback = use;
     m_temporaryPowerCutback = cutback;
     return ResultCode::Success;
@@ -139,7 +152,7 @@ unsigned OutputPowerCalculator::setPowerCutback(unsigned long cutback) {
 unsigned OutputPowerCalculator::setTemperature(long temperature) {
     TRACE_ENTER(temperature);
     m_temperature = temperature;
-    TRACE_MSG(TraceLevel::Result, "New temperature = " << m_temperature);
+    TRACE_MSG(TraceLevel::Result, "New temperature = ", m_temperature);
     return ResultCode::Success;
 }
 
@@ -149,13 +162,12 @@ unsigned OutputPowerCalculator::setBoosterPresence(int presence, int gain, int m
     m_boosterGain = gain;
     m_boosterMaxInputPower = maxInputPower;
     m_boosterMaxModulation = maxModulation;
-    TRACE_MSG(TraceLevel::Result, "New boosterPresence = " << m_boosterPresence);
+    TRACE_MSG(TraceLevel::Result, "New boosterPresence = ", m_boosterPresence);
     // Only this line asks for 1 or more; everywhere else any presence but 0 is a booster.
     if (m_boosterPresence >= 1) {
-        TRACE_MSG(TraceLevel::Result,
-                  "New boosterGain = "
-                      << m_boosterGain << ", new boosterMaxInputPower = " << m_boosterMaxInputPower
-                      << ", new boosterMaxModulation = " << m_boosterMaxModulation);
+        TRACE_MSG(TraceLevel::Result, "New boosterGain = ", m_boosterGain,
+                  ", new boosterMaxInputPower = ", m_boosterMaxInputPower,
+                  ", new boosterMaxModulation = ", m_boosterMaxModulation);
     }
     return ResultCode::Success;
 }
@@ -170,23 +182,20 @@ void OutputPowerCalculator::applyCutbackToMaxPower(long& power) const {
 
 Calculator* OutputPowerCalculator::getCalculator() const {
     const std::string productNumber = m_capabilityHandler->getTmuHwProductNumber();
-    // No product number means the first outdoor family, an unknown one the newest radio-unit
-    // family: the difference is meant.
-    if (productNumber.empty()) {
-        TRACE_MSG(TraceLevel::Detail, "Empty productNumber, using KaM max power algorithm");
+    switch (hardwareFamilyOf(productNumber)) {
+    case HardwareFamily::Outdoor1:
+        TRACE_MSG(TraceLevel::Detail,
+                  (productNumber.empty() ? "Empty productNumber, using" : "Using"),
+                  " KaM max power algorithm");
         return CalculatorKam::getInstance();
-    }
-    if (productNumber == "QZT 846 57" || productNumber == "QZT 846 001") {
-        TRACE_MSG(TraceLevel::Detail, "Using KaM max power algorithm");
-        return CalculatorKam::getInstance();
-    }
-    if (productNumber == "QZT 846 003") {
+    case HardwareFamily::Outdoor3:
         TRACE_MSG(TraceLevel::Detail, "Using KaMV3 max power algorithm");
         return CalculatorKamV3::getInstance();
-    }
-    if (isLegacyProduct(productNumber)) {
+    case HardwareFamily::OlderRadioUnit:
         TRACE_MSG(TraceLevel::Detail, "Using legacy TMU max power algorithm");
         return CalculatorVo4::getInstance();
+    case HardwareFamily::NewerRadioUnit:
+        break;
     }
     TRACE_MSG(TraceLevel::Detail, "Using TMU max power algorithm");
     return CalculatorVo5::getInstance();
@@ -194,48 +203,33 @@ Calculator* OutputPowerCalculator::getCalculator() const {
 
 // Max power
 
-bool OutputPowerCalculator::findTables(EDpdVersion dpdVersion, const TxRfMaxPowerCapability*& etsi,
-                                       const TxRfMaxPowerCapability*& ansi) const {
-    switch (dpdVersion) {
-    case EDpdVersion::Dpd1:
-        etsi = &m_txRfMaxPowerCapabilityDpd1Etsi;
-        ansi = &m_txRfMaxPowerCapabilityDpd1Ansi;
-        return true;
-    case EDpdVersion::Dpd2:
-    case EDpdVersion::Dpd3: // has no tables of its own
-        etsi = &m_txRfMaxPowerCapabilityDpd2Etsi;
-        ansi = &m_txRfMaxPowerCapabilityDpd2Ansi;
-        return true;
+const TxRfMaxPowerCapability& OutputPowerCalculator::tableOf(EDpdVersion dpdVersion,
+                                                             bool isAnsi) const {
+    if (dpdVersion == EDpdVersion::Dpd1) {
+        return isAnsi ? m_txRfMaxPowerCapabilityDpd1Ansi : m_txRfMaxPowerCapabilityDpd1Etsi;
     }
-    return false;
+    // DPD 3 has no tables of its own.
+    return isAnsi ? m_txRfMaxPowerCapabilityDpd2Ansi : m_txRfMaxPowerCapabilityDpd2Etsi;
 }
 
 int OutputPowerCalculator::getMaxPowerArray(EDpdVersion dpdVersion, EFrameFormatMarket market,
                                             TxRfMaxPowerCapability& out) const {
-    TRACE_ENTER("dpdVersion=" << numberOf(dpdVersion) << ", market=" << market);
-    const TxRfMaxPowerCapability* etsi = nullptr;
-    const TxRfMaxPowerCapability* ansi = nullptr;
-    if (!findTables(dpdVersion, etsi, ansi)) {
-        TRACE_MSG(TraceLevel::Error, "Unknown DPD version " << numberOf(dpdVersion));
+    if (!checkMaxPowerArray(dpdVersion, market)) {
         return ResultCode::Failure;
     }
-    // Global reads the ETSI table here and the ANSI table in findPminPmax(): that is meant.
-    out = market == EFrameFormatMarket::Ansi ? *ansi : *etsi;
+    out = tableOf(dpdVersion, readsAnsiTable(market));
     return ResultCode::Success;
 }
 
 int OutputPowerCalculator::getMaxPower(EDpdVersion dpdVersion, EFrameFormatMarket market,
                                        Modulation modulation, long& maxPower) const {
-    TRACE_ENTER("dpdVersion=" << numberOf(dpdVersion) << ", market=" << market
-                              << ", modulationType=" << modulation);
-    TxRfMaxPowerCapability table;
-    const int result = getMaxPowerArray(dpdVersion, market, table);
-    if (ResultCode::isFailure(result)) {
-        TRACE_MSG(TraceLevel::Warning,
-                  "Unable to get power for modulation " << convertAcmEnumToString(modulation));
-        return result;
+    TRACE_ENTER("dpdVersion=", numberOf(dpdVersion), ", market=", market,
+                ", modulationType=", modulation);
+    if (!checkMaxPowerArray(dpdVersion, market)) {
+        TRACE_MSG(TraceLevel::Warning, "Unable to get power for modulation ", modulation);
+        return ResultCode::Failure;
     }
-    return table.getPower(modulation, &maxPower);
+    return tableOf(dpdVersion, readsAnsiTable(market)).getPower(modulation, &maxPower);
 }
 
 int OutputPowerCalculator::getCsPowerCompensation(EChannelSpacingType channelSpacing,
@@ -248,53 +242,45 @@ int OutputPowerCalculator::getCsPowerCompensation(EChannelSpacingType channelSpa
     compensation = 0;
     if (ResultCode::isFailure(calculator->getCompensationForChannelSpacing(
             m_radioChannel, channelSpacing, compensation))) {
-        TRACE_MSG(TraceLevel::Error, "Could not get power compensation for channel spacing "
-                                         << numberOf(channelSpacing) << "MHz");
+        TRACE_MSG(TraceLevel::Error, "Could not get power compensation for channel spacing ",
+                  numberOf(channelSpacing), "MHz");
         return ResultCode::Failure;
     }
     return ResultCode::Success;
 }
 
-int OutputPowerCalculator::getAdModMaxPower(EDpdVersion dpdVersion, EFrameFormatMarket market,
-                                            EReferenceSEC rsec, Modulation selectedMinMod,
-                                            Modulation selectedMaxMod, Modulation availableMaxMod,
-                                            Modulation actualMod, long csPowerCompensation,
-                                            long& maxPower, bool useCutback) const {
-    TRACE_ENTER("dpdVersion=" << numberOf(dpdVersion) << ", market=" << market
-                              << ", convertRsecEnumToString(rsec)=" << convertRsecEnumToString(rsec)
-                              << ", selectedMinMod=" << selectedMinMod << ", selectedMaxMod="
-                              << selectedMaxMod << ", availableMaxMod=" << availableMaxMod
-                              << ", actualMod=" << actualMod
-                              << ", csPowerCompensation=" << csPowerCompensation);
+QOR_WHOLE_STEP int OutputPowerCalculator::getAdModMaxPower(
+    EDpdVersion dpdVersion, EFrameFormatMarket market, EReferenceSEC rsec,
+    Modulation selectedMinMod, Modulation selectedMaxMod, Modulation availableMaxMod,
+    Modulation actualMod, long csPowerCompensation, long& maxPower, bool useCutback) const {
+    TRACE_ENTER("dpdVersion=", numberOf(dpdVersion), ", market=", market,
+                ", convertRsecEnumToString(rsec)=", textOf(rsec),
+                ", selectedMinMod=", selectedMinMod, ", selectedMaxMod=", selectedMaxMod,
+                ", availableMaxMod=", availableMaxMod, ", actualMod=", actualMod,
+                ", csPowerCompensation=", csPowerCompensation);
 
-    CalculationData data{};
-    // The ANSI market knows one class only.
-    data.rsec = market == EFrameFormatMarket::Ansi ? EReferenceSEC::Class2 : rsec;
-    data.selectedMinModulation = selectedMinMod;
-    data.selectedMaxModulation = selectedMaxMod;
-    data.actualModulation = actualMod;
-    data.refMaxModulation = Modulation::UNDEFINED;
-    data.csPowerCompensation = csPowerCompensation;
     if (useCutback) {
-        applyCutbackToMaxPower(data.csPowerCompensation);
+        applyCutbackToMaxPower(csPowerCompensation);
     }
-
     // A Pmax is cut back even if its look-up failed, so that the trace of that comes first.
-    const auto lookUpPmax = [&](Modulation modulation, long& pmax) {
-        const int result = getMaxPower(dpdVersion, market, modulation, pmax);
-        if (useCutback) {
-            applyCutbackToMaxPower(pmax);
-        }
-        return result;
-    };
-    if (ResultCode::isFailure(lookUpPmax(selectedMinMod, data.pmaxSelectedMinModulation))) {
-        TRACE_MSG(TraceLevel::Error, "Could not get max ref output power for selected min "
-                                         << selectedMinMod << "QAM");
+    long pmaxSelectedMin = 0;
+    const int minResult = getMaxPower(dpdVersion, market, selectedMinMod, pmaxSelectedMin);
+    if (useCutback) {
+        applyCutbackToMaxPower(pmaxSelectedMin);
+    }
+    if (ResultCode::isFailure(minResult)) {
+        TRACE_MSG(TraceLevel::Error, "Could not get max ref output power for selected min ",
+                  selectedMinMod, "QAM");
         return ResultCode::NoEntry;
     }
-    if (ResultCode::isFailure(lookUpPmax(actualMod, data.pmaxActualModulation))) {
-        TRACE_MSG(TraceLevel::Error,
-                  "Could not get max ref output power for actual " << actualMod << "QAM");
+    long pmaxActual = 0;
+    const int actualResult = getMaxPower(dpdVersion, market, actualMod, pmaxActual);
+    if (useCutback) {
+        applyCutbackToMaxPower(pmaxActual);
+    }
+    if (ResultCode::isFailure(actualResult)) {
+        TRACE_MSG(TraceLevel::Error, "Could not get max ref output power for actual ", actualMod,
+                  "QAM");
         return ResultCode::NoEntry;
     }
 
@@ -303,21 +289,26 @@ int OutputPowerCalculator::getAdModMaxPower(EDpdVersion dpdVersion, EFrameFormat
         TRACE_MSG(TraceLevel::Warning, "Could not get calculator");
         return ResultCode::NoCalculator;
     }
-    data.refMaxModulation = calculator->getMaxRefModulation(availableMaxMod, selectedMaxMod);
+    const Modulation refMaxMod = calculator->getMaxRefModulation(availableMaxMod, selectedMaxMod);
     // Never cut back: the reference offset is a difference of table values.
-    if (ResultCode::isFailure(
-            getMaxPower(dpdVersion, market, data.refMaxModulation, data.pmaxRefMaxModulation))) {
+    long pmaxRefMax = 0;
+    if (ResultCode::isFailure(getMaxPower(dpdVersion, market, refMaxMod, pmaxRefMax))) {
         // The power stands where a modulation is expected: log readers know the line as it is.
-        TRACE_MSG(TraceLevel::Error, "Could not get max output power for reference offset "
-                                         << data.pmaxRefMaxModulation << "QAM");
+        TRACE_MSG(TraceLevel::Error, "Could not get max output power for reference offset ",
+                  pmaxRefMax, "QAM");
         return ResultCode::NoEntry;
     }
-    getMaxPowerArray(dpdVersion, market, data.maxPowerCapability);
 
-    const int result = calculator->getMaxPower(data, maxPower, m_boosterPresence, m_boosterGain,
-                                               m_boosterMaxInputPower, m_boosterMaxModulation);
+    // The DPD version is known by now, or the first look-up would have failed.
+    checkMaxPowerArray(dpdVersion, market);
+    const int result = calculator->getMaxPower(
+        {// The ANSI market knows one class only.
+         market == EFrameFormatMarket::Ansi ? EReferenceSEC::Class2 : rsec, selectedMinMod,
+         selectedMaxMod, actualMod, refMaxMod, pmaxSelectedMin, 0, pmaxActual, pmaxRefMax,
+         csPowerCompensation, tableOf(dpdVersion, readsAnsiTable(market))},
+        maxPower, m_boosterPresence, m_boosterGain, m_boosterMaxInputPower, m_boosterMaxModulation);
     if (ResultCode::isFailure(result)) {
-        TRACE_MSG(TraceLevel::Error, "Modulation not supported " << actualMod << "QAM");
+        TRACE_MSG(TraceLevel::Error, "Modulation not supported ", actualMod, "QAM");
         return ResultCode::NoEntry;
     }
     if (result == ResultCode::NotApplicable) {
@@ -326,14 +317,12 @@ int OutputPowerCalculator::getAdModMaxPower(EDpdVersion dpdVersion, EFrameFormat
     return ResultCode::Success;
 }
 
-int OutputPowerCalculator::getFixModMaxPower(EDpdVersion dpdVersion, EFrameFormatMarket market,
-                                             Modulation selectedMod, Modulation modulation,
-                                             long csPowerCompensation, long& maxPower,
-                                             bool useCutback) const {
-    TRACE_ENTER("dpdVersion=" << numberOf(dpdVersion) << ", market=" << market
-                              << ", selectedMod=" << selectedMod << ", modulation=" << modulation
-                              << ", csPowerCompensation=" << csPowerCompensation
-                              << ", useCutback=" << useCutback);
+QOR_WHOLE_STEP int OutputPowerCalculator::getFixModMaxPower(
+    EDpdVersion dpdVersion, EFrameFormatMarket market, Modulation selectedMod,
+    Modulation modulation, long csPowerCompensation, long& maxPower, bool useCutback) const {
+    TRACE_ENTER("dpdVersion=", numberOf(dpdVersion), ", market=", market,
+                ", selectedMod=", selectedMod, ", modulation=", modulation,
+                ", csPowerCompensation=", csPowerCompensation, ", useCutback=", useCutback);
 
     if (m_boosterPresence != 0) {
         const EReferenceSEC rsec = m_systemPowerController->getReferenceSec();
@@ -350,8 +339,8 @@ int OutputPowerCalculator::getFixModMaxPower(EDpdVersion dpdVersion, EFrameForma
             getAdModMaxPower(dpdVersion, market, rsec, selectedMod, selectedMod, availableMaxMod,
                              modulation, csPowerCompensation, power, useCutback);
         if (ResultCode::isFailure(selectedResult) || ResultCode::isFailure(result)) {
-            TRACE_MSG(TraceLevel::Warning, "Failed to get AdMod capabilities, error: "
-                                               << selectedResult << ", " << result);
+            TRACE_MSG(TraceLevel::Warning,
+                      "Failed to get AdMod capabilities, error: ", selectedResult, ", ", result);
             return ResultCode::Failure;
         }
         // The compensation is in already: the calculator has counted it.
@@ -367,8 +356,8 @@ int OutputPowerCalculator::getFixModMaxPower(EDpdVersion dpdVersion, EFrameForma
         applyCutbackToMaxPower(selectedPmax);
     }
     if (ResultCode::isFailure(selectedResult)) {
-        TRACE_MSG(TraceLevel::Warning,
-                  "Failed to calculate power capabilities for modulation " << selectedMod << "QAM");
+        TRACE_MSG(TraceLevel::Warning, "Failed to calculate power capabilities for modulation ",
+                  selectedMod, "QAM");
     }
     long pmax = 0;
     const int result = getMaxPower(dpdVersion, market, modulation, pmax);
@@ -376,14 +365,14 @@ int OutputPowerCalculator::getFixModMaxPower(EDpdVersion dpdVersion, EFrameForma
         applyCutbackToMaxPower(pmax);
     }
     if (ResultCode::isFailure(result)) {
-        TRACE_MSG(TraceLevel::Warning, "Failed to calculate power capabilities for modulation "
-                                           << convertAcmEnumToString(modulation));
+        TRACE_MSG(TraceLevel::Warning, "Failed to calculate power capabilities for modulation ",
+                  modulation);
     }
     maxPower = Power::add(std::min(selectedPmax, pmax), csPowerCompensation);
     return ResultCode::Success;
 }
 
-int OutputPowerCalculator::getUnrestrictedPmax(long& pmax) const {
+QOR_WHOLE_STEP int OutputPowerCalculator::getUnrestrictedPmax(long& pmax) const {
     TRACE_ENTER("");
     const Modulation modulation = m_frameFormat->getModulation();
     long compensation = 0;
@@ -396,8 +385,8 @@ int OutputPowerCalculator::getUnrestrictedPmax(long& pmax) const {
     if (ResultCode::isFailure(getFixModMaxPower(dpdVersion, market, modulation, modulation,
                                                 compensation, pmax, false))) {
         // Only traced; the answer is a success all the same. That is meant.
-        TRACE_MSG(TraceLevel::Warning,
-                  "Failed to calculate power capabilities for modulation " << modulation);
+        TRACE_MSG(TraceLevel::Warning, "Failed to calculate power capabilities for modulation ",
+                  modulation);
     }
     return ResultCode::Success;
 }
@@ -418,9 +407,8 @@ bool OutputPowerCalculator::getAdmodEnable(ModulationAndCoding min, ModulationAn
     ModulationAndCoding selectedMin{};
     ModulationAndCoding selectedMax{};
     getSelectedMinMaxAcm(selectedMin, selectedMax);
-    TRACE_ENTER("minModulationAndCode=" << convertCodeAndModulationEnumToString(selectedMin)
-                                        << ", maxModulationAndCode="
-                                        << convertCodeAndModulationEnumToString(selectedMax));
+    TRACE_ENTER("minModulationAndCode=", textOf(selectedMin),
+                ", maxModulationAndCode=", textOf(selectedMax));
     return (isUndefined(min) ? selectedMin : min) != (isUndefined(max) ? selectedMax : max);
 }
 
@@ -430,8 +418,9 @@ OutputPowerCalculator::getSelectedMinModulation(const ModulationAndCoding& selec
     return modulation == Modulation::UNDEFINED ? m_frameFormat->getModulation() : modulation;
 }
 
-int OutputPowerCalculator::calculatePowerCapabilities(Modulation modulation, long& minPower,
-                                                      long& maxPower) const {
+QOR_WHOLE_STEP int OutputPowerCalculator::calculatePowerCapabilities(Modulation modulation,
+                                                                     long& minPower,
+                                                                     long& maxPower) const {
     TRACE_ENTER(modulation);
     // Written before anything can fail.
     minPower =
@@ -456,11 +445,10 @@ int OutputPowerCalculator::calculatePowerCapabilities(Modulation modulation, lon
                              true);
 }
 
-int OutputPowerCalculator::calculateAdmodPowerCapabilities(Modulation actualModulation,
-                                                           EReferenceSEC rsec, long& minPower,
-                                                           long& maxPower) {
-    TRACE_ENTER("actualModulation=" << actualModulation << ", convertRsecEnumToString(rsec)="
-                                    << convertRsecEnumToString(rsec));
+QOR_WHOLE_STEP int OutputPowerCalculator::calculateAdmodPowerCapabilities(
+    Modulation actualModulation, EReferenceSEC rsec, long& minPower, long& maxPower) {
+    TRACE_ENTER("actualModulation=", actualModulation,
+                ", convertRsecEnumToString(rsec)=", textOf(rsec));
     ModulationAndCoding selectedMin{};
     ModulationAndCoding selectedMax{};
     getSelectedMinMaxAcm(selectedMin, selectedMax);
@@ -513,7 +501,7 @@ Modulation OutputPowerCalculator::limitMaxModDueToRadioCapability(
     }
 
     const bool isLimited = m_capabilityHandler->isMaxAcmLimitedByHw();
-    TRACE_MSG(TraceLevel::Detail, " usePerformaceProfiles: " << (isLimited ? "Yes" : "No"));
+    TRACE_MSG(TraceLevel::Detail, " usePerformaceProfiles: ", (isLimited ? "Yes" : "No"));
     Modulation radioMaxAvailableModulation;
     if (isLimited) {
         const bool isConfigured = useConfiguredFF == UseConfiguredFF::Configured;
@@ -540,24 +528,21 @@ Modulation OutputPowerCalculator::limitMaxModDueToRadioCapability(
     if (radioMaxAvailableModulation == Modulation::UNDEFINED) {
         radioMaxAvailableModulation = modemMaxAvailableModulation;
     }
-    TRACE_MSG(TraceLevel::Detail,
-              " modemMaxAvailableModulation: " << modemMaxAvailableModulation
-                                               << " radioMaxAvailableModulation: "
-                                               << radioMaxAvailableModulation);
+    TRACE_MSG(TraceLevel::Detail, " modemMaxAvailableModulation: ", modemMaxAvailableModulation,
+              " radioMaxAvailableModulation: ", radioMaxAvailableModulation);
     return std::min(radioMaxAvailableModulation, modemMaxAvailableModulation);
 }
 
 // Output power versus modulation
 
-unsigned OutputPowerCalculator::getMinMaxOutputPowerVsModulationArray(
+QOR_WHOLE_STEP unsigned OutputPowerCalculator::getMinMaxOutputPowerVsModulationArray(
     long frameFormatId, ModulationAndCoding minModulationAndCodeIn,
     ModulationAndCoding maxModulationAndCodeIn, EReferenceSEC referenceSec, long& minOutputPower,
     std::map<ModulationAndCoding, long>& powerMap) const {
-    TRACE_ENTER("frameformat_id=" << frameFormatId << ", minModulationAndCodeIn="
-                                  << convertCodeAndModulationEnumToString(minModulationAndCodeIn)
-                                  << ", maxModulationAndCodeIn="
-                                  << convertCodeAndModulationEnumToString(maxModulationAndCodeIn)
-                                  << ", referenceSec=" << numberOf(referenceSec));
+    TRACE_ENTER("frameformat_id=", frameFormatId,
+                ", minModulationAndCodeIn=", textOf(minModulationAndCodeIn),
+                ", maxModulationAndCodeIn=", textOf(maxModulationAndCodeIn),
+                ", referenceSec=", numberOf(referenceSec));
     if (referenceSec == EReferenceSEC::UNDEFINED) {
         referenceSec = m_systemPowerController->getReferenceSec();
     }
@@ -583,15 +568,15 @@ unsigned OutputPowerCalculator::getMinMaxOutputPowerVsModulationArray(
         isConfigured ? getMinOutputPower(
                            static_cast<unsigned int>(numberOf(m_frameFormat->getChannelSpacing())))
                      : getMinOutputPowerUsingRfid(static_cast<unsigned int>(frameFormatId));
-    TRACE_MSG(TraceLevel::Result, "minOutputPower = " << minOutputPower);
+    TRACE_MSG(TraceLevel::Result, "minOutputPower = ", minOutputPower);
     return result;
 }
 
 unsigned OutputPowerCalculator::getMaxOutputPowerArrayUsingConfigured(
     EReferenceSEC rsec, bool adModEnable, Modulation selectedMinMod, Modulation selectedMaxMod,
     std::map<ModulationAndCoding, long>& powerMap) const {
-    TRACE_ENTER("rsec=" << numberOf(rsec) << ", adModEnable=" << adModEnable << ", selectedMinMod="
-                        << selectedMinMod << ", selectedMaxMod=" << selectedMaxMod);
+    TRACE_ENTER("rsec=", numberOf(rsec), ", adModEnable=", adModEnable,
+                ", selectedMinMod=", selectedMinMod, ", selectedMaxMod=", selectedMaxMod);
     std::vector<ModulationAndCoding> modulationAndCodeArray;
     m_frameFormat->getModulationAndCodeArray(modulationAndCodeArray);
     const EDpdVersion dpdVersion = m_frameFormat->getDpdVersion();
@@ -605,9 +590,8 @@ unsigned OutputPowerCalculator::getMaxOutputPowerArrayUsingConfigured(
 unsigned OutputPowerCalculator::getMaxOutputPowerArrayUsingRfid(
     long rfid, EReferenceSEC rsec, bool adModEnable, Modulation selectedMinMod,
     Modulation selectedMaxMod, std::map<ModulationAndCoding, long>& powerMap) const {
-    TRACE_ENTER("rfid=" << rfid << ", rsec=" << numberOf(rsec) << ", adModEnable=" << adModEnable
-                        << ", selectedMinMod=" << selectedMinMod
-                        << ", selectedMaxMod=" << selectedMaxMod);
+    TRACE_ENTER("rfid=", rfid, ", rsec=", numberOf(rsec), ", adModEnable=", adModEnable,
+                ", selectedMinMod=", selectedMinMod, ", selectedMaxMod=", selectedMaxMod);
     const IHardwareConfigurationHandler& handler = *m_hardwareConfigurationHandler;
     const EDpdVersion dpdVersion = handler.getDpdVersion(m_radioChannel, rfid);
 
@@ -631,14 +615,14 @@ unsigned OutputPowerCalculator::getMaxOutputPowerArrayUsingRfid(
                                       dpdVersion, market, channelSpacing, powerMap);
 }
 
-unsigned OutputPowerCalculator::populateModulationPowerMap(
+QOR_WHOLE_STEP unsigned OutputPowerCalculator::populateModulationPowerMap(
     const std::vector<ModulationAndCoding>& modulationAndCodeArray, long rfid, EReferenceSEC rsec,
     bool adModEnable, Modulation selectedMinMod, Modulation selectedMaxMod,
     UseConfiguredFF useConfiguredFF, EDpdVersion dpdVersion, EFrameFormatMarket market,
     EChannelSpacingType channelSpacing, std::map<ModulationAndCoding, long>& powerMap) const {
-    TRACE_ENTER("rsec=" << numberOf(rsec) << ", adModEnable=" << adModEnable << ", selectedMinMod="
-                        << selectedMinMod << ", selectedMaxMod=" << selectedMaxMod);
-    TRACE_MSG(TraceLevel::Detail, "modulationAndCodeArraySize = " << modulationAndCodeArray.size());
+    TRACE_ENTER("rsec=", numberOf(rsec), ", adModEnable=", adModEnable,
+                ", selectedMinMod=", selectedMinMod, ", selectedMaxMod=", selectedMaxMod);
+    TRACE_MSG(TraceLevel::Detail, "modulationAndCodeArraySize = ", modulationAndCodeArray.size());
     if (modulationAndCodeArray.empty()) {
         TRACE_MSG(TraceLevel::Error,
                   "Failed to calculate power capabilities, modulationAndCodeArray is empty");
@@ -673,6 +657,8 @@ unsigned OutputPowerCalculator::populateModulationPowerMap(
     // whole walk: a calculator that adds to what it finds adds to the code before.
     Modulation lastStored = Modulation::UNDEFINED;
     long power = 0;
+    // Codes usually ascend: each then stands right behind the one before.
+    auto place = powerMap.begin();
     for (const ModulationAndCoding& code : modulationAndCodeArray) {
         const Modulation modulation = convertCodeToModulation(code);
         if (isUndefined(code) || limitedMaxMod < modulation) {
@@ -687,7 +673,7 @@ unsigned OutputPowerCalculator::populateModulationPowerMap(
                                         compensation, power, true);
             if (ResultCode::isFailure(result)) {
                 TRACE_MSG(TraceLevel::Warning,
-                          "Failed to calculate power capabilities for modType " << modulation);
+                          "Failed to calculate power capabilities for modType ", modulation);
                 continue;
             }
             if (result == ResultCode::NotApplicable) {
@@ -696,7 +682,7 @@ unsigned OutputPowerCalculator::populateModulationPowerMap(
             }
             lastStored = modulation;
         }
-        powerMap.insert_or_assign(code, power);
+        place = std::next(powerMap.insert_or_assign(place, code, power));
     }
     return ResultCode::Success;
 }
@@ -712,12 +698,12 @@ long OutputPowerCalculator::getMinOutputPower(unsigned int channelSpacing) const
             static_cast<EChannelSpacingType>(channelSpacing), offset)) {
         return Power::add(minOutputPower, offset);
     }
-    TRACE_MSG(TraceLevel::Warning, " no match for channel spacing : " << channelSpacing);
+    TRACE_MSG(TraceLevel::Warning, " no match for channel spacing : ", channelSpacing);
     return minOutputPower;
 }
 
 long OutputPowerCalculator::getMinOutputPowerUsingRfid(unsigned int rfid) const {
-    TRACE_ENTER("rfid=" << rfid);
+    TRACE_ENTER("rfid=", rfid);
     std::vector<FrameFormatRecord> records;
     m_hardwareConfigurationHandler->getFrameFormatRecords(false, records);
     const auto record =
@@ -729,19 +715,17 @@ long OutputPowerCalculator::getMinOutputPowerUsingRfid(unsigned int rfid) const 
         hasSpacing ? static_cast<unsigned int>(numberOf(record->channelSpacing)) : 0);
 }
 
-int OutputPowerCalculator::findPminPmax(long& pmin, long& pmax) const {
+QOR_WHOLE_STEP int OutputPowerCalculator::findPminPmax(long& pmin, long& pmax) const {
     TRACE_ENTER("");
-    const TxRfMaxPowerCapability* etsi = nullptr;
-    const TxRfMaxPowerCapability* ansi = nullptr;
-    if (!findTables(m_frameFormat->getDpdVersion(), etsi, ansi)) {
-        TRACE_MSG(TraceLevel::Error,
-                  "Unknown DPD version " << numberOf(m_frameFormat->getDpdVersion()));
+    const EDpdVersion dpdVersion = m_frameFormat->getDpdVersion();
+    if (!isKnown(dpdVersion)) {
+        TRACE_MSG(TraceLevel::Error, "Unknown DPD version ",
+                  numberOf(m_frameFormat->getDpdVersion()));
         return ResultCode::Failure;
     }
-    // Global reads the ANSI table here and the ETSI table in getMaxPowerArray(): that is meant.
-    const TxRfMaxPowerCapability& table =
-        m_frameFormat->getTelecomMarket() == EFrameFormatMarket::Etsi ? *etsi : *ansi;
-    if (ResultCode::isFailure(table.getMaxPower(&pmax))) {
+    // Global reads the ANSI table here and the ETSI table everywhere else: that is meant.
+    const bool isAnsi = m_frameFormat->getTelecomMarket() != EFrameFormatMarket::Etsi;
+    if (ResultCode::isFailure(tableOf(dpdVersion, isAnsi).getMaxPower(&pmax))) {
         TRACE_MSG(TraceLevel::Error, "Failed to getMaxPower");
         return ResultCode::Failure;
     }

@@ -35,13 +35,14 @@ void endRawTrace(std::uint32_t code) {
 
 // A macro, because a format must be a literal and the arguments of a trace that is off must not be
 // worked out: what follows the code is what follows in a printf.
-#define RAW_TRACE(code, ...)                                                                       \
+#define RAW_TRACE_OF(function, code, ...)                                                          \
     do {                                                                                           \
-        if (beginRawTrace(code, __func__, __LINE__)) {                                             \
+        if (beginRawTrace(code, function, __LINE__)) {                                             \
             VT_rawprintf(__VA_ARGS__);                                                             \
             endRawTrace(code);                                                                     \
         }                                                                                          \
     } while (false)
+#define RAW_TRACE(code, ...) RAW_TRACE_OF(__func__, code, __VA_ARGS__)
 
 /// The tables to try for a DPD version and market, in order.
 struct Candidates {
@@ -69,16 +70,11 @@ Candidates candidatesFor(EDpdVersion dpdVersion, EFrameFormatMarket market) {
 
 } // namespace
 
-TxRfMaxPowerCapability::TxRfMaxPowerCapability()
-    : TxRfMaxPowerCapability(0, EDpdVersion{}, EFrameFormatMarket::Etsi) {}
-
 TxRfMaxPowerCapability::TxRfMaxPowerCapability(unsigned long channel, EDpdVersion dpdVersion,
                                                EFrameFormatMarket market)
     : m_channel(channel)
     , m_dpdVersion(dpdVersion)
     , m_market(market) {}
-
-TxRfMaxPowerCapability::~TxRfMaxPowerCapability() = default;
 
 int TxRfMaxPowerCapability::initialize() {
     const std::string name =
@@ -126,30 +122,19 @@ unsigned TxRfMaxPowerCapability::fetch(PmaxTable table) {
     return m_capabilityHandler->getPmaxCapabilityDpd2Etsi(&m_pmaxTable, &m_pmaxTableSize);
 }
 
-int TxRfMaxPowerCapability::size() const {
-    // A handler that keeps the default getters hands out neither table nor count.
-    return m_pmaxTable == nullptr || m_pmaxTableSize == nullptr ? 0 : *m_pmaxTableSize;
-}
-
-int TxRfMaxPowerCapability::getPower(Modulation modulation, long* power) const {
-    const int* row = m_pmaxTable;
-    // The last row is compared even if the count leaves its power out: handlers store whole rows.
-    for (int left = size(); left > 0; left -= 2, row += 2) {
-        if (row[0] == numberOf(modulation)) {
-            *power = row[1];
-            return ResultCode::Success;
-        }
-    }
-    RAW_TRACE(ResultCode::NoEntry, "%s, unknown modulation type: %s", __func__,
-              convertAcmEnumToString(modulation).c_str());
+int TxRfMaxPowerCapability::traceUnknown(Modulation modulation) {
+    RAW_TRACE_OF("getPower", ResultCode::NoEntry, "%s, unknown modulation type: %s", "getPower",
+                 convertAcmEnumToString(modulation).c_str());
     return ResultCode::NoEntry;
 }
 
 int TxRfMaxPowerCapability::getMaxPower(long* power) const {
-    long highest = std::numeric_limits<std::int32_t>::min();
+    std::int32_t highest = std::numeric_limits<std::int32_t>::min();
     const int rows = size() / 2;
+    // Unrolled: keeping count of the rows costs as much as comparing them.
+#pragma GCC unroll 4
     for (int row = 0; row < rows; ++row) {
-        highest = std::max<long>(highest, m_pmaxTable[2 * row + 1]);
+        highest = std::max(highest, m_pmaxTable[2 * row + 1]);
     }
     *power = highest;
     return ResultCode::Success;

@@ -1,0 +1,71 @@
+#include "Cases.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <new>
+#include <string>
+
+#include <valgrind/callgrind.h>
+
+// Asks every case once after it has been asked before, under callgrind, which counts the
+// instructions between start and end and writes them under the case's name. Prints the heap
+// allocations of each.
+
+namespace {
+
+long allocationCount = 0;
+
+template <class Ask>
+void count(const std::string& name, const Ask& ask) {
+    const long before = allocationCount;
+    CALLGRIND_ZERO_STATS;
+    CALLGRIND_TOGGLE_COLLECT;
+    ask();
+    CALLGRIND_TOGGLE_COLLECT;
+    const long allocations = allocationCount - before;
+    CALLGRIND_DUMP_STATS_AT(name.c_str());
+    std::printf("%s %ld\n", name.c_str(), allocations);
+}
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    ++allocationCount;
+    void* const memory = std::malloc(size == 0 ? 1 : size);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+int main() {
+    for (const Case& measured : firstUseCases()) {
+        PreparedCase prepared(measured);
+        count(measured.name + " library", [&] { prepared.askLibrary(); });
+    }
+    for (const Case& measured : allCases()) {
+        PreparedCase prepared(measured);
+        prepared.askLibrary();
+        count(measured.name + " library", [&] { prepared.askLibrary(); });
+        if (!measured.hasYardsticks()) {
+            continue;
+        }
+        prepared.askPlainWay();
+        count(measured.name + " plain", [&] { prepared.askPlainWay(); });
+        prepared.askLimit();
+        count(measured.name + " limit", [&] { prepared.askLimit(); });
+        if (!prepared.isAgreed()) {
+            std::fprintf(stderr, "%s: the three ways disagree\n", measured.name.c_str());
+            return 1;
+        }
+    }
+    return 0;
+}
