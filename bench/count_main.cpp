@@ -1,11 +1,10 @@
 #include "Cases.h"
+#include "CountedRegion.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <new>
 #include <string>
-
-#include <valgrind/callgrind.h>
 
 // Asks every case once after it has been asked before, under callgrind, which counts the
 // instructions between start and end and writes them under the case's name. Prints the heap
@@ -18,12 +17,10 @@ long allocationCount = 0;
 template <class Ask>
 void count(const std::string& name, const Ask& ask) {
     const long before = allocationCount;
-    CALLGRIND_ZERO_STATS;
-    CALLGRIND_TOGGLE_COLLECT;
+    CountedRegion::begin(name.c_str());
     ask();
-    CALLGRIND_TOGGLE_COLLECT;
+    CountedRegion::end(name.c_str());
     const long allocations = allocationCount - before;
-    CALLGRIND_DUMP_STATS_AT(name.c_str());
     std::printf("%s %ld\n", name.c_str(), allocations);
 }
 
