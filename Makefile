@@ -1,14 +1,17 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test setup asan tsan valgrind format format-check lint ci clean
+.PHONY: help demo build test setup asan tsan board packages fuzz valgrind bench bench-count bench-board format format-check lint ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
+MINUTES ?= 1
 
 help: ## list the commands
 	@sed -n 's/^\([a-z-]*\):.*## \(.*\)/make \1	\2/p' $(MAKEFILE_LIST) | expand -t 20
 
-demo: build ## set up, build, and print the power table of an example radio (RADIO=FILE for another)
+demo: setup ## set up, build the tool, and print the power table of an example radio (RADIO=FILE for another)
+	cmake --preset release
+	cmake --build --preset release --target qor-power
 	build/release/bin/qor-power table $(RADIO)
 
 build: setup ## build libraries, tool and tests into build/release
@@ -31,8 +34,26 @@ tsan: setup ## run all tests under the thread sanitizer
 	cmake --build --preset tsan
 	ctest --preset tsan
 
+board: build ## build and test everything for the board, under the emulator
+	scripts/board
+
+packages: ## build and check the Debian packages of this machine and of the board
+	scripts/packages
+
+fuzz: ## run each fuzzer for a minute on all processors (MINUTES=N for longer)
+	scripts/fuzz $(MINUTES)
+
 valgrind: build ## run the test programs under valgrind
 	scripts/valgrind build/release
+
+bench: setup ## time every query beside two yardsticks
+	scripts/bench
+
+bench-count: setup ## count the instructions of every query and check them against their budgets
+	scripts/bench --count
+
+bench-board: ## likewise on the board, under the emulator
+	scripts/bench --board
 
 format: setup ## format every source file
 	scripts/format
@@ -43,7 +64,7 @@ format-check: setup ## fail if a source file is not formatted
 lint: build ## run clang-tidy over the sources
 	scripts/lint build/release
 
-ci: format-check test asan valgrind lint ## everything that has to pass before a change lands
+ci: format-check test asan valgrind lint bench-count bench-board board fuzz ## everything that has to pass before a change lands
 
 clean: ## remove everything that was built
 	rm -rf build

@@ -1,0 +1,28 @@
+# What every object that leaves this house has to have. scripts/check-object reads the results from the
+# ELF headers and scripts/check-flags from the compiler's command lines, so a missing line here fails a
+# test.
+#
+# The shared library leaves the platform's symbols open, so undefined symbols stay allowed when it is
+# linked.
+add_compile_options(-fstack-protector-strong)
+
+# The checked variants of the C library's functions exist only with optimisation, and the sanitizers
+# check the same calls themselves, better. Undefined first: a distribution's compiler may set it too.
+if(NOT QOR_SANITIZE)
+    set(optimised "$<CONFIG:Release,RelWithDebInfo,MinSizeRel>")
+    add_compile_options("$<${optimised}:-U_FORTIFY_SOURCE>" "$<${optimised}:-D_FORTIFY_SOURCE=2>")
+endif()
+
+add_link_options(
+    LINKER:-z,relro LINKER:-z,now # everything is resolved at load and then read-only
+    LINKER:-z,noexecstack
+    LINKER:-z,text                # a relocation in the code is an error
+    LINKER:--as-needed)           # only what is used appears as needed
+
+# Programs are position independent as well.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+
+# In the build folder programs find the libraries by a path relative to themselves; without it their
+# bytes would depend on the folder's name. Installing takes the path out.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)

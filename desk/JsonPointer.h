@@ -1,0 +1,9 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// The JSON Pointer of a value as an error message shows it: "/requests/0/cutback". "~" and "/"
+/// inside a key are escaped as "~0" and "~1"; the document as a whole, which has no key, is
+/// "(document)".
+std::string pointerText(const std::vector<std::string>& path);

@@ -1,0 +1,180 @@
+#include "JsonValue.h"
+
+#include "JsonPointer.h"
+#include "JsonReader.h"
+#include "Printable.h"
+#include "Suggestion.h"
+
+#include <algorithm>
+
+namespace {
+
+using nlohmann::json;
+
+const json absent;
+
+std::string numberAsWritten(const json& number) {
+    const json::binary_t& bytes = number.get_binary();
+    return printable(std::string(bytes.begin(), bytes.end()));
+}
+
+/// A value in a few words.
+std::string described(const json& value) {
+    switch (value.type()) {
+    case json::value_t::object:
+        return "an object";
+    case json::value_t::array:
+        return "a list";
+    case json::value_t::string:
+        return "\"" + printable(value.get_ref<const std::string&>()) + "\"";
+    case json::value_t::binary:
+        return numberAsWritten(value);
+    case json::value_t::null:
+    case json::value_t::boolean:
+    case json::value_t::number_integer:
+    case json::value_t::number_unsigned:
+    case json::value_t::number_float:
+    case json::value_t::discarded:
+        break;
+    }
+    return value.dump();
+}
+
+bool isLargeInteger(const json& value) {
+    return value.is_binary() && value.get_binary().subtype() == JsonReader::LargeInteger;
+}
+
+/// Whether a document has a value at a path.
+bool holds(const json& document, const std::vector<std::string>& path) {
+    const json* value = &document;
+    for (const std::string& key : path) {
+        if (value->is_array()) {
+            // A merge replaces lists as a whole, so the element is the patch's own.
+            value = &(*value)[std::stoul(key)];
+        } else if (value->is_object() && value->contains(key)) {
+            value = &(*value)[key];
+        } else {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+JsonValue::JsonValue(const nlohmann::json& document, const PatchPlace* patch)
+    : m_value(&document)
+    , m_patch(patch) {}
+
+JsonValue::JsonValue(const nlohmann::json& value, const JsonValue& container, std::string_view key)
+    : m_value(&value)
+    , m_container(&container)
+    , m_patch(container.m_patch)
+    , m_key(key) {}
+
+void JsonValue::fail(const std::string& problem, const std::string& remedy) const {
+    const std::vector<std::string> here = path();
+    if (m_patch == nullptr) {
+        throw RadioFileError(pointerText(here), problem, remedy);
+    }
+    std::vector<std::string> place = m_patch->path;
+    if (holds(*m_patch->patch, here)) {
+        place.insert(place.end(), here.begin(), here.end());
+        throw RadioFileError(pointerText(place), problem, remedy);
+    }
+    throw RadioFileError(pointerText(place),
+                         "in the patched file, " + pointerText(here) + ": " + problem, remedy);
+}
+
+void JsonValue::failType(std::string_view expected) const {
+    fail("expected " + std::string(expected) + ", found " + described(*m_value));
+}
+
+std::vector<std::string> JsonValue::path() const {
+    std::vector<std::string> keys;
+    for (const JsonValue* value = this; value->m_container != nullptr; value = value->m_container) {
+        keys.push_back(value->m_container->isList() ? std::to_string(value->m_index)
+                                                    : std::string(value->m_key));
+    }
+    std::reverse(keys.begin(), keys.end());
+    return keys;
+}
+
+void JsonValue::expectKeys(const std::vector<std::string_view>& required,
+                           const std::vector<std::string_view>& optional) const {
+    expectObject();
+    const auto isIn = [](const std::vector<std::string_view>& keys, std::string_view key) {
+        return std::find(keys.begin(), keys.end(), key) != keys.end();
+    };
+    for (const auto& [key, value] : m_value->items()) {
+        if (!isIn(required, key) && !isIn(optional, key)) {
+            std::vector<std::string> known(required.begin(), required.end());
+            known.insert(known.end(), optional.begin(), optional.end());
+            JsonValue(value, *this, key).fail("unknown key", Suggestion::remedy(key, known));
+        }
+    }
+    for (const std::string_view key : required) {
+        if (!has(key)) {
+            JsonValue(absent, *this, key).fail("required key is missing");
+        }
+    }
+}
+
+void JsonValue::expectObject() const {
+    if (!isObject()) {
+        failType("an object");
+    }
+}
+
+void JsonValue::expectList(std::string_view what) const {
+    if (!isList()) {
+        failType(what);
+    }
+}
+
+JsonValue JsonValue::member(std::string_view key) const& {
+    return JsonValue((*m_value)[key], *this, key);
+}
+
+JsonValue JsonValue::element(std::size_t index) const& {
+    JsonValue value((*m_value)[index], *this, std::string_view());
+    value.m_index = index;
+    return value;
+}
+
+std::int64_t JsonValue::integer(std::int64_t lowest, std::int64_t highest,
+                                std::string_view what) const {
+    if (!m_value->is_number_integer() && !isLargeInteger(*m_value)) {
+        failType(what);
+    }
+    // Of the integers only an unsigned one can lie above the signed 64 bits.
+    const bool fits64Bits =
+        m_value->is_number_integer() &&
+        (!m_value->is_number_unsigned() ||
+         m_value->get<std::uint64_t>() <= std::uint64_t{std::numeric_limits<std::int64_t>::max()});
+    const std::int64_t value = fits64Bits ? m_value->get<std::int64_t>() : 0;
+    if (!fits64Bits || value < lowest || value > highest) {
+        fail(described(*m_value) + " is out of range",
+             "expected " + std::to_string(lowest) + " to " + std::to_string(highest));
+    }
+    return value;
+}
+
+bool JsonValue::flag() const {
+    if (!m_value->is_boolean()) {
+        failType("true or false");
+    }
+    return m_value->get<bool>();
+}
+
+const std::string& JsonValue::string() const {
+    if (!m_value->is_string()) {
+        failType("a string");
+    }
+    return m_value->get_ref<const std::string&>();
+}
+
+void JsonValue::failWord(const std::string& noun, std::string_view word,
+                         const std::vector<std::string>& known) const {
+    fail("unknown " + noun + " \"" + printable(word) + "\"", Suggestion::remedy(word, known));
+}

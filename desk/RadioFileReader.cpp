@@ -1,0 +1,635 @@
+#include "RadioFileReader.h"
+
+#include "JsonReader.h"
+#include "JsonValue.h"
+#include "TextForms.h"
+
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace {
+
+using nlohmann::json;
+
+/// What is expected where a result code alone can stand too.
+std::string orResult(const std::string& expected) {
+    return expected + " or {\"result\": N}";
+}
+
+// Values
+
+Modulation readModulation(const JsonValue& value) {
+    return value.enumeration(modulationTextForms());
+}
+
+ModulationAndCoding readModulationAndCode(const JsonValue& value) {
+    return value.enumeration(modulationAndCodeTextForms());
+}
+
+EReferenceSEC readReferenceSec(const JsonValue& value) {
+    return value.enumeration(referenceSecTextForms());
+}
+
+EFrameFormatMarket readMarket(const JsonValue& value) {
+    return value.enumeration(marketTextForms());
+}
+
+EChannelSpacingType readChannelSpacing(const JsonValue& value) {
+    return EChannelSpacingType{value.integer<std::int32_t>()};
+}
+
+EDpdVersion readDpdVersion(const JsonValue& value) {
+    return EDpdVersion{value.integer<std::int32_t>()};
+}
+
+/// Makes sure that a value is a list, and not too long.
+void expectList(const JsonValue& value, std::string_view what = "a list") {
+    value.expectList(what);
+    if (value.size() > RadioFileReader::maxListLength) {
+        value.fail("longer than " + std::to_string(RadioFileReader::maxListLength) + " elements");
+    }
+}
+
+template <class Read>
+auto readElements(const JsonValue& value, Read read) {
+    std::vector<decltype(read(value))> list;
+    list.reserve(value.size());
+    for (std::size_t index = 0; index < value.size(); ++index) {
+        list.push_back(read(value.element(index)));
+    }
+    return list;
+}
+
+template <class Read>
+auto readList(const JsonValue& value, Read read, std::string_view what = "a list") {
+    expectList(value, what);
+    return readElements(value, read);
+}
+
+std::vector<ModulationAndCoding> readModulationAndCodes(const JsonValue& value) {
+    return readList(value, readModulationAndCode, "a list of modulation-and-codes");
+}
+
+std::vector<short> readProfilesIfAny(const JsonValue& object, std::string_view key) {
+    if (!object.has(key)) {
+        return {};
+    }
+    return readList(object.member(key),
+                    [](const JsonValue& value) { return value.integer<std::int16_t>(); });
+}
+
+/// Reads an optional key of an object; without it the target keeps what it holds.
+template <class Target, class Read>
+void readIfAny(Target& target, const JsonValue& object, std::string_view key, Read read) {
+    if (object.has(key)) {
+        target = read(object.member(key));
+    }
+}
+
+/// A list of exactly two values.
+void expectPair(const JsonValue& value, std::string_view what) {
+    value.expectList(what);
+    if (value.size() != 2) {
+        value.fail("expected " + std::string(what) + ", found a list of " +
+                   std::to_string(value.size()));
+    }
+}
+
+ResultOnly readResult(const JsonValue& object) {
+    return {object.member("result").integer<std::uint32_t>()};
+}
+
+/// An operation's answer: {"result": N}, or what `read` makes of anything that is no object.
+template <class Read>
+auto readAnswer(const JsonValue& value, Read read) -> Answer<decltype(read(value))> {
+    if (value.isObject()) {
+        value.expectKeys({"result"});
+        return readResult(value);
+    }
+    return read(value);
+}
+
+// The capability handler
+
+std::vector<int> readPmaxRows(const JsonValue& value) {
+    expectList(value, orResult("a list of rows, {\"integers\": [..]}"));
+    std::vector<int> integers;
+    integers.reserve(2 * value.size());
+    for (std::size_t index = 0; index < value.size(); ++index) {
+        const JsonValue row = value.element(index);
+        expectPair(row, "a row [modulation, power]");
+        integers.push_back(static_cast<int>(readModulation(row.element(0))));
+        integers.push_back(row.element(1).integer<std::int32_t>());
+    }
+    return integers;
+}
+
+CapabilityHandlerAnswers::Pmax readPmax(const JsonValue& value) {
+    if (!value.isObject()) {
+        return readPmaxRows(value);
+    }
+    value.expectKeys({}, {"integers", "result"});
+    if (value.size() != 1) {
+        value.fail("expected exactly one of \"integers\" and \"result\"");
+    }
+    if (value.has("result")) {
+        return readResult(value);
+    }
+    return readList(value.member("integers"), [](const JsonValue& integer) -> int {
+        return integer.integer<std::int32_t>();
+    });
+}
+
+/// The profile value that a key stands for. A number has one spelling only, so that no two keys of
+/// an object mean the same profile.
+std::optional<short> profileOf(const std::string& key) {
+    short profile = 0;
+    const char* const end = key.data() + key.size();
+    const std::from_chars_result parsed = std::from_chars(key.data(), end, profile);
+    if (parsed.ec != std::errc() || std::to_string(profile) != key) {
+        return std::nullopt;
+    }
+    return profile;
+}
+
+CapabilityHandlerAnswers::ModulationByProfile readModulationByProfile(const JsonValue& value) {
+    if (!value.isObject()) {
+        return value.enumeration(modulationTextForms(), " or an object by profile value");
+    }
+    std::map<short, Modulation> byProfile;
+    for (const auto& [key, modulation] : value.json().items()) {
+        const JsonValue member = value.member(key);
+        const std::optional<short> profile = profileOf(key);
+        if (!profile) {
+            member.fail("key is no profile value",
+                        "expected -32768 to 32767, without plus sign or leading zeros");
+        }
+        byProfile[*profile] = readModulation(member);
+    }
+    return byProfile;
+}
+
+CapabilityHandlerAnswers::ModulationByMarket readModulationByMarket(const JsonValue& value) {
+    if (!value.isObject()) {
+        return value.enumeration(modulationTextForms(), " or an object by market");
+    }
+    std::map<EFrameFormatMarket, Modulation> byMarket;
+    for (const auto& [key, modulation] : value.json().items()) {
+        const JsonValue member = value.member(key);
+        const std::optional<EFrameFormatMarket> market = marketTextForms().find(key);
+        if (!market) {
+            member.failWord(marketTextForms().noun(), key, marketTextForms().texts());
+        }
+        byMarket[*market] = readModulation(member);
+    }
+    return byMarket;
+}
+
+CapabilityHandlerAnswers readCapabilityHandler(const JsonValue& value) {
+    value.expectKeys({}, {"productNumber", "minOutputPower", "pmaxDpd1Etsi", "pmaxDpd2Etsi",
+                          "pmaxDpd1Ansi", "pmaxDpd2Ansi", "maxAcmLimitedByHw",
+                          "performanceProfileIndex", "maxModulationLimitedByHw",
+                          "maxModulationWithoutLimitation"});
+    CapabilityHandlerAnswers answers;
+    readIfAny(answers.productNumber, value, "productNumber",
+              [](const JsonValue& member) { return member.string(); });
+    readIfAny(answers.minOutputPower, value, "minOutputPower", [](const JsonValue& member) {
+        return readAnswer(member, [](const JsonValue& power) -> int {
+            return power.integer<std::int32_t>(orResult("an integer"));
+        });
+    });
+    readIfAny(answers.pmaxDpd1Etsi, value, "pmaxDpd1Etsi", readPmax);
+    readIfAny(answers.pmaxDpd2Etsi, value, "pmaxDpd2Etsi", readPmax);
+    readIfAny(answers.pmaxDpd1Ansi, value, "pmaxDpd1Ansi", readPmax);
+    readIfAny(answers.pmaxDpd2Ansi, value, "pmaxDpd2Ansi", readPmax);
+    readIfAny(answers.maxAcmLimitedByHw, value, "maxAcmLimitedByHw",
+              [](const JsonValue& member) { return member.flag(); });
+    readIfAny(answers.performanceProfileIndex, value, "performanceProfileIndex",
+              [](const JsonValue& member) { return member.integer<std::int16_t>(); });
+    readIfAny(answers.maxModulationLimitedByHw, value, "maxModulationLimitedByHw",
+              readModulationByProfile);
+    readIfAny(answers.maxModulationWithoutLimitation, value, "maxModulationWithoutLimitation",
+              readModulationByMarket);
+    return answers;
+}
+
+// The other neighbours
+
+AcmHandlerAnswers readAcmHandler(const JsonValue& value) {
+    value.expectKeys({}, {"min", "max", "result"});
+    if (value.size() == 0) {
+        return {};
+    }
+    if (value.has("result")) {
+        if (value.size() != 1) {
+            value.fail("expected \"result\" alone, or \"min\" and \"max\"");
+        }
+        return {readResult(value)};
+    }
+    value.expectKeys({"min", "max"});
+    return {AcmHandlerAnswers::Range{readModulationAndCode(value.member("min")),
+                                     readModulationAndCode(value.member("max"))}};
+}
+
+FrameFormatAnswers readFrameFormat(const JsonValue& value) {
+    value.expectKeys({"modulation", "maxAvailableModulation", "modulationAndCodes",
+                      "channelSpacing", "dpdVersion", "market"},
+                     {"performanceProfiles", "carrierAggregationPerformanceProfiles"});
+    FrameFormatAnswers answers;
+    answers.modulation = readModulation(value.member("modulation"));
+    answers.maxAvailableModulation = readModulation(value.member("maxAvailableModulation"));
+    answers.modulationAndCodes = readModulationAndCodes(value.member("modulationAndCodes"));
+    answers.channelSpacing = readChannelSpacing(value.member("channelSpacing"));
+    answers.dpdVersion = readDpdVersion(value.member("dpdVersion"));
+    answers.market = readMarket(value.member("market"));
+    answers.performanceProfiles = readProfilesIfAny(value, "performanceProfiles");
+    answers.carrierAggregationPerformanceProfiles =
+        readProfilesIfAny(value, "carrierAggregationPerformanceProfiles");
+    return answers;
+}
+
+SystemPowerControllerAnswers readSystemPowerController(const JsonValue& value) {
+    value.expectKeys({"referenceSec", "minOutputPowerOffsets"});
+    SystemPowerControllerAnswers answers;
+    answers.referenceSec = readReferenceSec(value.member("referenceSec"));
+    answers.minOutputPowerOffsets =
+        readList(value.member("minOutputPowerOffsets"), [](const JsonValue& pair) {
+            expectPair(pair, "a pair [channel spacing, offset]");
+            return SystemPowerControllerAnswers::MinOutputPowerOffset{
+                readChannelSpacing(pair.element(0)), pair.element(1).integer<std::int32_t>()};
+        });
+    return answers;
+}
+
+HardwareConfigurationHandlerAnswers::FrameFormat readHardwareFrameFormat(const JsonValue& value) {
+    value.expectKeys({"id", "channelSpacing", "dpdVersion", "market", "modulationAndCodes"},
+                     {"performanceProfiles", "carrierAggregationPerformanceProfiles"});
+    HardwareConfigurationHandlerAnswers::FrameFormat frameFormat;
+    frameFormat.id = value.member("id").integer<std::int32_t>();
+    frameFormat.channelSpacing =
+        readAnswer(value.member("channelSpacing"), [](const JsonValue& spacing) {
+            return EChannelSpacingType{spacing.integer<std::int32_t>(orResult("an integer"))};
+        });
+    frameFormat.dpdVersion = readDpdVersion(value.member("dpdVersion"));
+    frameFormat.market = readAnswer(value.member("market"), [](const JsonValue& market) {
+        return market.enumeration(marketTextForms(), orResult(""));
+    });
+    frameFormat.modulationAndCodes =
+        readAnswer(value.member("modulationAndCodes"), [](const JsonValue& codes) {
+            return readList(codes, readModulationAndCode,
+                            orResult("a list of modulation-and-codes"));
+        });
+    frameFormat.performanceProfiles = readProfilesIfAny(value, "performanceProfiles");
+    frameFormat.carrierAggregationPerformanceProfiles =
+        readProfilesIfAny(value, "carrierAggregationPerformanceProfiles");
+    return frameFormat;
+}
+
+HardwareConfigurationHandlerAnswers readHardwareConfigurationHandler(const JsonValue& value) {
+    value.expectKeys({}, {"frameFormats"});
+    if (!value.has("frameFormats")) {
+        return {};
+    }
+    return {readList(value.member("frameFormats"), readHardwareFrameFormat)};
+}
+
+// The rest of the node
+
+NodeAnswers::Variables readVariables(const JsonValue& value) {
+    value.expectObject();
+    NodeAnswers::Variables variables;
+    for (const auto& [name, content] : value.json().items()) {
+        const JsonValue variable = value.member(name);
+        if (variable.isList()) {
+            variables[name] = readList(
+                variable, [](const JsonValue& element) { return element.integer<std::int32_t>(); });
+            continue;
+        }
+        const std::int64_t single = variable.integer(std::numeric_limits<std::int32_t>::min(),
+                                                     std::numeric_limits<std::uint32_t>::max(),
+                                                     "an integer or a list of integers");
+        // The upper half of the unsigned numbers is stored bit for bit.
+        variables[name] = {static_cast<std::int32_t>(static_cast<std::uint32_t>(single))};
+    }
+    return variables;
+}
+
+bool readBoard(const JsonValue& value) {
+    value.expectKeys({}, {"carrierAggregation"});
+    return value.has("carrierAggregation") && value.member("carrierAggregation").flag();
+}
+
+template <class Answers>
+void readInto(std::shared_ptr<const Answers>& target, const JsonValue& document,
+              std::string_view key, Answers (*read)(const JsonValue&)) {
+    target =
+        document.has(key) ? std::make_shared<const Answers>(read(document.member(key))) : nullptr;
+}
+
+/// One key of the document that describes the node.
+struct Section {
+    const char* key;
+    bool isNeighbour;
+    void (*read)(const JsonValue& document, NodeAnswers& answers);
+};
+
+constexpr std::array<Section, 7> sections{{
+    {"board", false,
+     [](const JsonValue& document, NodeAnswers& answers) {
+         answers.carrierAggregation = document.has("board") && readBoard(document.member("board"));
+     }},
+    {"capabilityHandler", true,
+     [](const JsonValue& document, NodeAnswers& answers) {
+         readInto(answers.capabilityHandler, document, "capabilityHandler", readCapabilityHandler);
+     }},
+    {"acmHandler", true,
+     [](const JsonValue& document, NodeAnswers& answers) {
+         readInto(answers.acmHandler, document, "acmHandler", readAcmHandler);
+     }},
+    {"frameFormat", true,
+     [](const JsonValue& document, NodeAnswers& answers) {
+         readInto(answers.frameFormat, document, "frameFormat", readFrameFormat);
+     }},
+    {"systemPowerController", true,
+     [](const JsonValue& document, NodeAnswers& answers) {
+         readInto(answers.systemPowerController, document, "systemPowerController",
+                  readSystemPowerController);
+     }},
+    {"hardwareConfigurationHandler", true,
+     [](const JsonValue& document, NodeAnswers& answers) {
+         readInto(answers.hardwareConfigurationHandler, document, "hardwareConfigurationHandler",
+                  readHardwareConfigurationHandler);
+     }},
+    {"variables", false,
+     [](const JsonValue& document, NodeAnswers& answers) {
+         readInto(answers.variables, document, "variables", readVariables);
+     }},
+}};
+
+std::vector<std::string_view> optionalKeys() {
+    std::vector<std::string_view> keys;
+    for (const Section& section : sections) {
+        keys.emplace_back(section.key);
+    }
+    keys.emplace_back("requests");
+    return keys;
+}
+
+/// What a section takes at most once it is read, with its long texts: they are names, which are
+/// kept.
+std::size_t bytesFor(const json& value) {
+    constexpr std::size_t element = 8;
+    constexpr std::size_t member = 128;
+    std::size_t bytes = element;
+    if (value.is_object()) {
+        for (const auto& [key, content] : value.items()) {
+            bytes += member + key.size() + bytesFor(content);
+        }
+    } else if (value.is_array()) {
+        for (const json& content : value) {
+            bytes += bytesFor(content);
+        }
+    } else if (value.is_string()) {
+        bytes += value.get_ref<const std::string&>().size();
+    }
+    return bytes;
+}
+
+/// The radio file as the patches so far have left it.
+class PatchedFile {
+public:
+    PatchedFile(json file, NodeAnswers answers)
+        : m_file(std::move(file))
+        , m_answers(std::move(answers)) {}
+
+    /// Merges a patch into the file and reads again what it touches; all else has been checked
+    /// before.
+    const NodeAnswers& merge(const JsonValue& patch) {
+        patch.expectObject();
+        for (const char* const key : {"channel", "requests"}) {
+            if (patch.has(key)) {
+                patch.member(key).fail("a patch cannot change \"" + std::string(key) + "\"");
+            }
+        }
+
+        std::array<bool, sections.size()> wasPresent{};
+        for (std::size_t index = 0; index < sections.size(); ++index) {
+            wasPresent[index] = m_file.contains(sections[index].key);
+        }
+        m_file.merge_patch(patch.json());
+
+        const PatchPlace place{&patch.json(), patch.path()};
+        const JsonValue document(m_file, &place);
+        document.expectKeys({"channel"}, optionalKeys());
+        for (std::size_t index = 0; index < sections.size(); ++index) {
+            const Section& section = sections[index];
+            if (!patch.has(section.key)) {
+                continue;
+            }
+            const bool isPresent = m_file.contains(section.key);
+            if (section.isNeighbour && isPresent != wasPresent[index]) {
+                patch.member(section.key)
+                    .fail(isPresent ? "a patch cannot add a neighbour"
+                                    : "a patch cannot remove a neighbour");
+            }
+            if (isPresent) {
+                countBytes(patch, m_file[section.key]);
+            }
+            section.read(document, m_answers);
+        }
+        return m_answers;
+    }
+
+private:
+    void countBytes(const JsonValue& patch, const json& section) {
+        m_bytes += bytesFor(section);
+        if (m_bytes > RadioFileReader::maxPatchedBytes) {
+            patch.fail("the patches up to this one change sections of more than " +
+                       std::to_string(RadioFileReader::maxPatchedBytes) + " bytes in all");
+        }
+    }
+
+    json m_file;
+    NodeAnswers m_answers;
+    std::size_t m_bytes = 0;
+};
+
+// Requests
+
+/// How the arguments of a call are read.
+struct CallForm {
+    const char* name;
+    std::vector<std::string_view> required;
+    std::vector<std::string_view> optional;
+    Calls::Any (*read)(const JsonValue& request, PatchedFile& file);
+};
+
+std::map<ModulationAndCoding, long> readPowerMap(const JsonValue& value) {
+    expectList(value);
+    std::map<ModulationAndCoding, long> powerMap;
+    for (std::size_t index = 0; index < value.size(); ++index) {
+        const JsonValue entry = value.element(index);
+        expectPair(entry, "a pair [modulation-and-code, power]");
+        powerMap[readModulationAndCode(entry.element(0))] =
+            entry.element(1).integer<std::int32_t>();
+    }
+    return powerMap;
+}
+
+Calls::Any readGetMinMaxOutputPowerVsModulationArray(const JsonValue& request, PatchedFile&) {
+    Calls::GetMinMaxOutputPowerVsModulationArray call;
+    readIfAny(call.frameFormatId, request, "frameFormatId",
+              [](const JsonValue& value) { return value.integer<std::int32_t>(); });
+    readIfAny(call.minModulationAndCode, request, "minModulationAndCode", readModulationAndCode);
+    readIfAny(call.maxModulationAndCode, request, "maxModulationAndCode", readModulationAndCode);
+    readIfAny(call.referenceSec, request, "referenceSec", readReferenceSec);
+    readIfAny(call.powerMap, request, "powerMap", readPowerMap);
+    return call;
+}
+
+template <class Call>
+Calls::Any readCallWithoutArguments(const JsonValue&, PatchedFile&) {
+    return Call{};
+}
+
+const std::vector<CallForm>& callForms() {
+    static const std::vector<CallForm> forms{
+        {Calls::Initialize::name, {}, {}, readCallWithoutArguments<Calls::Initialize>},
+        {Calls::SetPowerCutback::name,
+         {"cutback"},
+         {},
+         [](const JsonValue& request, PatchedFile&) -> Calls::Any {
+             return Calls::SetPowerCutback{request.member("cutback").integer<std::uint32_t>()};
+         }},
+        {Calls::SetTemporaryPowerCutback::name,
+         {"use", "cutback"},
+         {},
+         [](const JsonValue& request, PatchedFile&) -> Calls::Any {
+             return Calls::SetTemporaryPowerCutback{
+                 request.member("use").flag(), request.member("cutback").integer<std::uint32_t>()};
+         }},
+        {Calls::SetTemperature::name,
+         {"temperature"},
+         {},
+         [](const JsonValue& request, PatchedFile&) -> Calls::Any {
+             return Calls::SetTemperature{request.member("temperature").integer<std::int32_t>()};
+         }},
+        {Calls::SetBoosterPresence::name,
+         {"presence", "gain", "maxInputPower", "maxModulation"},
+         {},
+         [](const JsonValue& request, PatchedFile&) -> Calls::Any {
+             return Calls::SetBoosterPresence{
+                 request.member("presence").integer<std::int32_t>(),
+                 request.member("gain").integer<std::int32_t>(),
+                 request.member("maxInputPower").integer<std::int32_t>(),
+                 readModulation(request.member("maxModulation"))};
+         }},
+        {Calls::CalculatePowerCapabilities::name,
+         {"modulation"},
+         {},
+         [](const JsonValue& request, PatchedFile&) -> Calls::Any {
+             return Calls::CalculatePowerCapabilities{readModulation(request.member("modulation"))};
+         }},
+        {Calls::CalculateAdmodPowerCapabilities::name,
+         {"modulation", "rsec"},
+         {},
+         [](const JsonValue& request, PatchedFile&) -> Calls::Any {
+             return Calls::CalculateAdmodPowerCapabilities{
+                 readModulation(request.member("modulation")),
+                 readReferenceSec(request.member("rsec"))};
+         }},
+        {Calls::FindPminPmax::name, {}, {}, readCallWithoutArguments<Calls::FindPminPmax>},
+        {Calls::GetUnrestrictedPmax::name,
+         {},
+         {},
+         readCallWithoutArguments<Calls::GetUnrestrictedPmax>},
+        {Calls::GetMinMaxOutputPowerVsModulationArray::name,
+         {},
+         {"frameFormatId", "minModulationAndCode", "maxModulationAndCode", "referenceSec",
+          "powerMap"},
+         readGetMinMaxOutputPowerVsModulationArray},
+        {Calls::Patch::name,
+         {"file"},
+         {},
+         [](const JsonValue& request, PatchedFile& file) -> Calls::Any {
+             return Calls::Patch{file.merge(request.member("file"))};
+         }},
+    };
+    return forms;
+}
+
+const CallForm& formOf(const JsonValue& call) {
+    const std::string& name = call.string();
+    std::vector<std::string> names;
+    for (const CallForm& form : callForms()) {
+        if (form.name == name) {
+            return form;
+        }
+        names.emplace_back(form.name);
+    }
+    call.failWord("call", name, names);
+}
+
+std::vector<std::string_view> argumentsOfAllCalls() {
+    std::vector<std::string_view> arguments{"preset"};
+    for (const CallForm& form : callForms()) {
+        arguments.insert(arguments.end(), form.required.begin(), form.required.end());
+        arguments.insert(arguments.end(), form.optional.begin(), form.optional.end());
+    }
+    return arguments;
+}
+
+Request readRequest(const JsonValue& value, PatchedFile& file) {
+    value.expectObject();
+    if (!value.has("call")) {
+        value.expectKeys({"call"}, argumentsOfAllCalls());
+    }
+    const CallForm& form = formOf(value.member("call"));
+
+    std::vector<std::string_view> required{"call"};
+    required.insert(required.end(), form.required.begin(), form.required.end());
+    std::vector<std::string_view> optional{form.optional};
+    optional.emplace_back("preset");
+    value.expectKeys(required, optional);
+
+    Request request{form.read(value, file)};
+    readIfAny(request.preset, value, "preset",
+              [](const JsonValue& preset) { return preset.integer<std::int32_t>(); });
+    return request;
+}
+
+} // namespace
+
+RadioFile RadioFileReader::read(std::string_view text) {
+    json file = JsonReader::read(text, maxSize);
+    const JsonValue document(file);
+    document.expectKeys({"channel"}, optionalKeys());
+
+    RadioFile radioFile;
+    radioFile.channel = document.member("channel").integer<std::uint32_t>();
+    for (const Section& section : sections) {
+        section.read(document, radioFile.node);
+    }
+
+    if (document.has("requests")) {
+        // What the patches are merged into holds no requests. `document` still names their place.
+        json requests = std::exchange(file["requests"], json());
+        file.erase("requests");
+        const JsonValue list(requests, document, "requests");
+        PatchedFile patchedFile(std::move(file), radioFile.node);
+        list.expectList();
+        std::size_t index = 0;
+        radioFile.requests = readElements(list, [&](const JsonValue& request) {
+            Request read = readRequest(request, patchedFile);
+            requests[index++] =
+                nullptr; // what has been read makes room for what is kept of the next
+            return read;
+        });
+    }
+    return radioFile;
+}

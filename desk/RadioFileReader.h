@@ -1,0 +1,28 @@
+#pragma once
+
+#include "RadioFile.h"
+#include "RadioFileError.h"
+
+#include <cstddef>
+#include <string_view>
+
+/// Turns the text of a radio file into a RadioFile.
+class RadioFileReader {
+public:
+    // Bounds that no real radio comes near. Together with those of JsonReader they keep what any
+    // file can ask for, reading and replay, below 64 MiB of memory.
+
+    /// In bytes. Larger texts are refused, so whoever loads one may stop one byte behind.
+    static constexpr std::size_t maxSize = std::size_t{2} << 20;
+
+    /// Elements of every list but the requests, which are played one by one.
+    static constexpr std::size_t maxListLength = 4096;
+
+    /// Bytes of the sections that the patches of a file change, once for each patch: every patch
+    /// leaves a state of its own.
+    static constexpr std::size_t maxPatchedBytes = std::size_t{16} << 20;
+
+    /// Reads a document and checks all of it, every patch included.
+    /// @throw RadioFileError for the first thing that is wrong.
+    static RadioFile read(std::string_view text);
+};

@@ -1,0 +1,223 @@
+#include "Replay.h"
+
+#include "DeskTrace.h"
+#include "InterfaceBroker.h"
+#include "Node.h"
+#include "OutputPowerCalculator.h"
+
+#include <nlohmann/json.hpp>
+
+#include <ostream>
+#include <utility>
+
+namespace {
+
+// The order in which keys are added is the order in which they are printed.
+using Line = nlohmann::ordered_json;
+
+/// Traces at a level for as long as it lives; nothing is traced or left behind afterwards.
+class TraceScope {
+public:
+    explicit TraceScope(int level) {
+        DeskTrace::getInstance().clear();
+        DeskTrace::getInstance().setLevel(level);
+    }
+    ~TraceScope() {
+        DeskTrace::getInstance().setLevel(0);
+        DeskTrace::getInstance().clear();
+    }
+    TraceScope(const TraceScope&) = delete;
+    TraceScope& operator=(const TraceScope&) = delete;
+};
+
+Line lineOf(const TraceRecord& record) {
+    Line line;
+    switch (record.kind) {
+    case TraceRecord::Kind::Enter:
+        line["level"] = record.level;
+        line["kind"] = "enter";
+        break;
+    case TraceRecord::Kind::Message:
+        line["level"] = record.level;
+        line["kind"] = "msg";
+        break;
+    case TraceRecord::Kind::Raw:
+        line["code"] = record.code;
+        line["kind"] = "raw";
+        break;
+    }
+    line["file"] = record.file;
+    line["function"] = record.function;
+    line["text"] = record.text;
+    return line;
+}
+
+std::string textOf(const Line& line) {
+    constexpr int compact = -1;
+    return line.dump(compact, ' ', false, Line::error_handler_t::replace);
+}
+
+/// Adds the last key of a line. Record by record: all of them as one JSON value would take ten
+/// times the memory of their text.
+void addTrace(std::string& text) {
+    text += "\"trace\":[";
+    const char* separator = "";
+    for (const TraceRecord& record : DeskTrace::getInstance().take()) {
+        text += separator + textOf(lineOf(record));
+        separator = ",";
+    }
+    text += ']';
+}
+
+/// Makes each call of a request and the line that reports it.
+class Player {
+public:
+    Player(std::uint32_t channel, Node& node, OutputPowerCalculator& service)
+        : m_serviceName(IOutputPowerCalculator::interfaceName(Node::servedChannel(channel)))
+        , m_node(node)
+        , m_service(service) {}
+
+    Line play(const Request& request) {
+        m_preset = request.preset;
+        return std::visit([this](const auto& call) { return play(call); }, request.call);
+    }
+
+private:
+    template <class Call>
+    static Line answerOf(const Call&, unsigned result) {
+        Line line;
+        line["call"] = Call::name;
+        line["result"] = result;
+        return line;
+    }
+
+    template <class Call>
+    static Line answerOf(const Call& call, int result) {
+        return answerOf(call, static_cast<unsigned>(result));
+    }
+
+    Line play(const Calls::Initialize& call) {
+        Line line = answerOf(call, m_service.initialize());
+        const auto* const published =
+            InterfaceBroker::getInstance().getInterface<IOutputPowerCalculator>(m_serviceName);
+        line["registered"] = published == &m_service;
+        return line;
+    }
+
+    Line play(const Calls::SetPowerCutback& call) {
+        return answerOf(call, m_service.setPowerCutback(call.cutback));
+    }
+
+    Line play(const Calls::SetTemporaryPowerCutback& call) {
+        return answerOf(call, m_service.setTemporaryPowerCutback(call.use, call.cutback));
+    }
+
+    Line play(const Calls::SetTemperature& call) {
+        return answerOf(call, m_service.setTemperature(call.temperature));
+    }
+
+    Line play(const Calls::SetBoosterPresence& call) {
+        return answerOf(call, m_service.setBoosterPresence(call.presence, call.gain,
+                                                           call.maxInputPower, call.maxModulation));
+    }
+
+    Line play(const Calls::CalculatePowerCapabilities& call) {
+        long minPower = m_preset;
+        long maxPower = m_preset;
+        Line line = answerOf(
+            call, m_service.calculatePowerCapabilities(call.modulation, minPower, maxPower));
+        line["minPower"] = minPower;
+        line["maxPower"] = maxPower;
+        return line;
+    }
+
+    Line play(const Calls::CalculateAdmodPowerCapabilities& call) {
+        long minPower = m_preset;
+        long maxPower = m_preset;
+        Line line = answerOf(call, m_service.calculateAdmodPowerCapabilities(
+                                       call.modulation, call.rsec, minPower, maxPower));
+        line["minPower"] = minPower;
+        line["maxPower"] = maxPower;
+        return line;
+    }
+
+    Line play(const Calls::FindPminPmax& call) {
+        long pmin = m_preset;
+        long pmax = m_preset;
+        Line line = answerOf(call, m_service.findPminPmax(pmin, pmax));
+        line["pmin"] = pmin;
+        line["pmax"] = pmax;
+        return line;
+    }
+
+    Line play(const Calls::GetUnrestrictedPmax& call) {
+        long pmax = m_preset;
+        Line line = answerOf(call, m_service.getUnrestrictedPmax(pmax));
+        line["pmax"] = pmax;
+        return line;
+    }
+
+    Line play(const Calls::GetMinMaxOutputPowerVsModulationArray& call) {
+        long minOutputPower = m_preset;
+        std::map<ModulationAndCoding, long> powerMap = call.powerMap;
+        Line line = answerOf(call, m_service.getMinMaxOutputPowerVsModulationArray(
+                                       call.frameFormatId, call.minModulationAndCode,
+                                       call.maxModulationAndCode, call.referenceSec, minOutputPower,
+                                       powerMap));
+        line["minOutputPower"] = minOutputPower;
+        Line& entries = line["powerMap"] = Line::array();
+        for (const auto& [modulationAndCode, maxPower] : powerMap) {
+            Line entry;
+            entry["code"] = modulationAndCode.code;
+            entry["maxPower"] = maxPower;
+            entries.push_back(std::move(entry));
+        }
+        return line;
+    }
+
+    Line play(const Calls::Patch& call) {
+        m_node.apply(call.answers);
+        return answerOf(call, ResultCode::Success);
+    }
+
+    std::string m_serviceName;
+    Node& m_node;
+    OutputPowerCalculator& m_service;
+    long m_preset = 0;
+};
+
+} // namespace
+
+Replay::Replay(int traceLevel)
+    : m_traceLevel(traceLevel) {}
+
+bool Replay::play(const RadioFile& file, const LineSink& sink) const {
+    const TraceScope traceScope(m_traceLevel);
+    Node node(file.channel, file.node);
+    OutputPowerCalculator service(file.channel);
+    Player player(file.channel, node, service);
+
+    const auto report = [&](const Request& request) {
+        const Line line = player.play(request);
+        std::string text = textOf(line);
+        if (m_traceLevel > 0) {
+            text.back() = ','; // in place of the end of the object
+            addTrace(text);
+            text += '}';
+        }
+        sink(text);
+        return line["result"].get<unsigned>();
+    };
+
+    if (ResultCode::isFailure(report({Calls::Initialize{}}))) {
+        return false;
+    }
+    for (const Request& request : file.requests) {
+        report(request);
+    }
+    return true;
+}
+
+bool Replay::play(const RadioFile& file, std::ostream& stream) const {
+    return play(file, [&stream](const std::string& line) { stream << line << '\n'; });
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "RadioFile.h"
+#include "reference/Node.h"
+
+#include <cstdint>
+#include <nlohmann/json.hpp>
+
+/// Holds what the library and the tool answer to a radio file against the plain restatement of the
+/// power rules. Whatever differs is a find.
+class Comparison {
+public:
+    /// Plays the requests and compares line by line, trace records included.
+    /// @param document what the file was read from.
+    void replay(const RadioFile& file, const nlohmann::json& document, int traceLevel);
+
+    /// Asks for the power table of every frame format of the file and compares the powers; its
+    /// forms have to be well formed.
+    void tables(const RadioFile& file, const nlohmann::json& document);
+
+private:
+    void table(const RadioFile& file, const nlohmann::json& document, std::int32_t frameFormatId);
+
+    reference::ProcessState m_process; ///< what happens once in a process has happened in both
+};

@@ -1,0 +1,62 @@
+#include "FuzzTarget.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Path = std::filesystem::path;
+
+std::vector<Path> filesAt(const Path& place) {
+    if (!std::filesystem::is_directory(place)) {
+        return {place};
+    }
+    std::vector<Path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(place)) {
+        files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+void tryFile(const Path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    if (!stream) {
+        throw std::runtime_error("cannot read " + path.string());
+    }
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    const std::vector<std::uint8_t> bytes(text.begin(), text.end());
+    // Said beforehand: a find ends the process.
+    std::cerr << path.filename().string() << '\n';
+    LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+}
+
+} // namespace
+
+/// Tries the inputs of files and folders, for any compiler and without a fuzzer.
+int main(int argc, char** argv) {
+    try {
+        const std::vector<std::string> arguments(argv + 1, argv + argc);
+        std::size_t count = 0;
+        for (const std::string& argument : arguments) {
+            for (const Path& path : filesAt(argument)) {
+                tryFile(path);
+                ++count;
+            }
+        }
+        std::cerr << count << " inputs tried\n";
+        return count == 0 ? 1 : 0;
+    } catch (const std::exception& trouble) {
+        std::cerr << trouble.what() << '\n';
+        return 1;
+    }
+}

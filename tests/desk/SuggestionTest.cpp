@@ -1,0 +1,54 @@
+#include "Suggestion.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const std::vector<std::string> known{"modulation",     "rsec", "cutback",
+                                     "minOutputPower", "4QAM", "16QAM"};
+
+TEST(SuggestionTest, findsAWordWithALetterDroppedInsertedReplacedOrSwapped) {
+    EXPECT_EQ(Suggestion::nearest("modultion", known), "modulation");
+    EXPECT_EQ(Suggestion::nearest("modulations", known), "modulation");
+    EXPECT_EQ(Suggestion::nearest("cutbeck", known), "cutback");
+    EXPECT_EQ(Suggestion::nearest("recs", {"rsec"}), std::nullopt); // two letters away of four
+    EXPECT_EQ(Suggestion::nearest("resc", known), "rsec");
+}
+
+TEST(SuggestionTest, findsAWordInOtherCase) {
+    EXPECT_EQ(Suggestion::nearest("MINOUTPUTPOWER", known), "minOutputPower");
+    EXPECT_EQ(Suggestion::nearest("16qam", known), "16QAM");
+}
+
+TEST(SuggestionTest, findsAWordByItsBeginning) {
+    EXPECT_EQ(Suggestion::nearest("min", known), "minOutputPower");
+    EXPECT_EQ(Suggestion::nearest("mi", known), std::nullopt);
+}
+
+TEST(SuggestionTest, prefersTheNearerAndThenTheFirst) {
+    EXPECT_EQ(Suggestion::nearest("5QAM", {"16QAM", "4QAM"}), "4QAM");
+    EXPECT_EQ(Suggestion::nearest("5B", {"4B", "6B"}), "4B");
+}
+
+TEST(SuggestionTest, goesAThirdOfTheLongerWordAndNoFurther) {
+    EXPECT_EQ(Suggestion::nearest("abcxyz", {"abcdyz"}), "abcdyz");     // 1 of 6
+    EXPECT_EQ(Suggestion::nearest("abxxyz", {"abcdyz"}), "abcdyz");     // 2 of 6
+    EXPECT_EQ(Suggestion::nearest("axxxyz", {"abcdyz"}), std::nullopt); // 3 of 6
+}
+
+TEST(SuggestionTest, findsNothingForAnEmptyOrAnEndlessWord) {
+    EXPECT_EQ(Suggestion::nearest("", known), std::nullopt);
+    EXPECT_EQ(Suggestion::nearest(std::string(65, 'a'), {std::string(65, 'a')}), std::nullopt);
+    EXPECT_EQ(Suggestion::nearest(std::string(64, 'a'), {std::string(64, 'a')}),
+              std::string(64, 'a'));
+}
+
+TEST(SuggestionTest, asksWhetherTheNearestWordWasMeant) {
+    EXPECT_EQ(Suggestion::remedy("rsek", known), "did you mean \"rsec\"?");
+}
+
+TEST(SuggestionTest, listsWhatIsKnownWhenNothingIsNear) {
+    EXPECT_EQ(Suggestion::remedy("zzz", {"min", "max"}), "known: \"min\", \"max\"");
+}
+
+} // namespace

@@ -1,0 +1,71 @@
+#include "Expectations.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+// Sanitizers and the emulator cost time and memory of their own.
+#ifdef QOR_HOSTILE_LIMITS
+constexpr double mostProcessorSeconds = 1;
+constexpr double mostPeakMiB = 64;
+#else
+constexpr double mostProcessorSeconds = 60;
+constexpr double mostPeakMiB = 4096;
+#endif
+
+// Other programs take their share of a busy machine, so this one only tells a tool that waits for
+// something.
+constexpr double mostSeconds = 60;
+
+bool isControl(char byte) {
+    return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
+}
+
+void expectOneLine(const std::string& errors) {
+    constexpr std::size_t readable = 1000;
+    EXPECT_LE(errors.size(), readable);
+    EXPECT_THAT(errors, testing::StartsWith("qor-power: "));
+    ASSERT_THAT(errors, testing::EndsWith("\n"));
+    EXPECT_TRUE(std::none_of(errors.begin(), errors.end() - 1, isControl));
+}
+
+} // namespace
+
+const char* const radioStart = R"({"channel": 1,
+"acmHandler": {"min": "4QAM", "max": "4096QAM"},
+"frameFormat": {"modulation": "4QAM", "maxAvailableModulation": "4096QAM",
+  "modulationAndCodes": ["4QAM", "16QAM"], "channelSpacing": 28, "dpdVersion": 1, "market": "Etsi"},
+"systemPowerController": {"referenceSec": "4L", "minOutputPowerOffsets": []},
+"hardwareConfigurationHandler": {},
+"variables": {"channel.1.tx.rf.pmax.cs.comp.v2.array": [28, 0],
+  "channel.1.tx.rf.pmax.cs.comp.v2.arraysize": 2},
+)";
+
+const char* const capabilityHandler =
+    R"("capabilityHandler": {"pmaxDpd1Etsi": [["4QAM", 2600], ["16QAM", 2400], ["4096QAM", 1500]]})";
+
+void expectWithinMemory(const ToolRun& run) {
+    EXPECT_LE(run.peakMiB, mostPeakMiB);
+    EXPECT_LE(run.seconds, mostSeconds);
+    EXPECT_TRUE(run.leftBehind.empty());
+}
+
+void expectWithinLimits(const ToolRun& run) {
+    EXPECT_LE(run.processorSeconds, mostProcessorSeconds);
+    expectWithinMemory(run);
+}
+
+void expectComplaint(const ToolRun& run, int status, const std::string& problem) {
+    EXPECT_EQ(run.status, status) << run;
+    EXPECT_THAT(run.errors, testing::HasSubstr(problem));
+    expectOneLine(run.errors);
+}
+
+void expectTrouble(const ToolRun& run, int status, const std::string& problem) {
+    expectComplaint(run, status, problem);
+    EXPECT_EQ(run.outputSize, 0U) << run;
+    expectWithinLimits(run);
+}

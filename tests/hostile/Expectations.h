@@ -1,0 +1,32 @@
+#pragma once
+
+#include "MeasuredTool.h"
+
+#include <cstddef>
+#include <string>
+
+inline constexpr std::size_t mebibyte = std::size_t{1} << 20;
+
+// The documented statuses.
+inline constexpr int done = 0;
+inline constexpr int badRadioFile = 2;
+inline constexpr int serviceDidNotStart = 3;
+inline constexpr int otherTrouble = 4;
+
+/// A radio of the first outdoor family without its capability handler; further keys have to follow.
+extern const char* const radioStart;
+
+/// A capability handler for that radio, as its last key but without the end of the document.
+extern const char* const capabilityHandler;
+
+/// The run stayed within the memory and the time that any file may cost, and left nothing behind.
+void expectWithinLimits(const ToolRun& run);
+
+/// The same for a file that asks for much and may take its time.
+void expectWithinMemory(const ToolRun& run);
+
+/// The run ended with a status and one clear line that says what was wrong.
+void expectComplaint(const ToolRun& run, int status, const std::string& problem);
+
+/// The same, with nothing on standard output and within the limits.
+void expectTrouble(const ToolRun& run, int status, const std::string& problem);

@@ -1,0 +1,133 @@
+#pragma once
+
+#include "OutputPowerCalculator.h"
+
+#include <map>
+#include <vector>
+
+/// Opens the private steps and members of OutputPowerCalculator to the tests. It only forwards.
+class OutputPowerCalculatorInside {
+public:
+    using Service = OutputPowerCalculator;
+    using UseConfiguredFF = OutputPowerCalculator::UseConfiguredFF;
+    using PowerMap = std::map<ModulationAndCoding, long>;
+
+    static Calculator* getCalculator(const Service& service) { return service.getCalculator(); }
+
+    static int getMaxPowerArray(const Service& service, EDpdVersion dpdVersion,
+                                EFrameFormatMarket market, TxRfMaxPowerCapability& out) {
+        return service.getMaxPowerArray(dpdVersion, market, out);
+    }
+
+    static int getMaxPower(const Service& service, EDpdVersion dpdVersion,
+                           EFrameFormatMarket market, Modulation modulation, long& maxPower) {
+        return service.getMaxPower(dpdVersion, market, modulation, maxPower);
+    }
+
+    static int getCsPowerCompensation(const Service& service, EChannelSpacingType channelSpacing,
+                                      long& compensation) {
+        return service.getCsPowerCompensation(channelSpacing, compensation);
+    }
+
+    static int getAdModMaxPower(const Service& service, EDpdVersion dpdVersion,
+                                EFrameFormatMarket market, EReferenceSEC rsec,
+                                Modulation selectedMinMod, Modulation selectedMaxMod,
+                                Modulation availableMaxMod, Modulation actualMod,
+                                long csPowerCompensation, long& maxPower, bool useCutback) {
+        return service.getAdModMaxPower(dpdVersion, market, rsec, selectedMinMod, selectedMaxMod,
+                                        availableMaxMod, actualMod, csPowerCompensation, maxPower,
+                                        useCutback);
+    }
+
+    static int getFixModMaxPower(const Service& service, EDpdVersion dpdVersion,
+                                 EFrameFormatMarket market, Modulation selectedMod,
+                                 Modulation modulation, long csPowerCompensation, long& maxPower,
+                                 bool useCutback) {
+        return service.getFixModMaxPower(dpdVersion, market, selectedMod, modulation,
+                                         csPowerCompensation, maxPower, useCutback);
+    }
+
+    static int getSelectedMinMaxAcm(const Service& service, ModulationAndCoding& min,
+                                    ModulationAndCoding& max) {
+        return service.getSelectedMinMaxAcm(min, max);
+    }
+
+    static bool getAdmodEnable(const Service& service, ModulationAndCoding min,
+                               ModulationAndCoding max) {
+        return service.getAdmodEnable(min, max);
+    }
+
+    static Modulation limitMaxModDueToRadioCapability(const Service& service,
+                                                      UseConfiguredFF useConfiguredFF, long rfid,
+                                                      Modulation modemMaxAvailableModulation) {
+        return service.limitMaxModDueToRadioCapability(useConfiguredFF, rfid,
+                                                       modemMaxAvailableModulation);
+    }
+
+    static unsigned getMaxOutputPowerArrayUsingConfigured(const Service& service,
+                                                          EReferenceSEC rsec, bool adModEnable,
+                                                          Modulation selectedMinMod,
+                                                          Modulation selectedMaxMod,
+                                                          PowerMap& powerMap) {
+        return service.getMaxOutputPowerArrayUsingConfigured(rsec, adModEnable, selectedMinMod,
+                                                             selectedMaxMod, powerMap);
+    }
+
+    static unsigned getMaxOutputPowerArrayUsingRfid(const Service& service, long rfid,
+                                                    EReferenceSEC rsec, bool adModEnable,
+                                                    Modulation selectedMinMod,
+                                                    Modulation selectedMaxMod, PowerMap& powerMap) {
+        return service.getMaxOutputPowerArrayUsingRfid(rfid, rsec, adModEnable, selectedMinMod,
+                                                       selectedMaxMod, powerMap);
+    }
+
+    static unsigned populateModulationPowerMap(
+        const Service& service, const std::vector<ModulationAndCoding>& modulationAndCodeArray,
+        long rfid, EReferenceSEC rsec, bool adModEnable, Modulation selectedMinMod,
+        Modulation selectedMaxMod, UseConfiguredFF useConfiguredFF, EDpdVersion dpdVersion,
+        EFrameFormatMarket market, EChannelSpacingType channelSpacing, PowerMap& powerMap) {
+        return service.populateModulationPowerMap(modulationAndCodeArray, rfid, rsec, adModEnable,
+                                                  selectedMinMod, selectedMaxMod, useConfiguredFF,
+                                                  dpdVersion, market, channelSpacing, powerMap);
+    }
+
+    static long getMinOutputPower(const Service& service, unsigned int channelSpacing) {
+        return service.getMinOutputPower(channelSpacing);
+    }
+
+    static long getMinOutputPowerUsingRfid(const Service& service, unsigned int rfid) {
+        return service.getMinOutputPowerUsingRfid(rfid);
+    }
+
+    static RadioChannel radioChannel(const Service& service) { return service.m_radioChannel; }
+    static const int* minOutputPower(const Service& service) { return service.m_minOutputPower; }
+    static long temperature(const Service& service) { return service.m_temperature; }
+    static bool useTemporaryPowerCutback(const Service& service) {
+        return service.m_useTemporaryPowerCutback;
+    }
+    static unsigned long temporaryPowerCutback(const Service& service) {
+        return service.m_temporaryPowerCutback;
+    }
+    static unsigned long powerCutback(const Service& service) { return service.m_powerCutback; }
+    static int boosterPresence(const Service& service) { return service.m_boosterPresence; }
+    static int boosterGain(const Service& service) { return service.m_boosterGain; }
+    static int boosterMaxInputPower(const Service& service) {
+        return service.m_boosterMaxInputPower;
+    }
+    static Modulation boosterMaxModulation(const Service& service) {
+        return service.m_boosterMaxModulation;
+    }
+
+    static const IHardwareConfigurationHandler*
+    hardwareConfigurationHandler(const Service& service) {
+        return service.m_hardwareConfigurationHandler;
+    }
+    static const IAcmHandler* acmHandler(const Service& service) { return service.m_acmHandler; }
+    static const ISystemPowerController* systemPowerController(const Service& service) {
+        return service.m_systemPowerController;
+    }
+    static const ICapabilityHandler* capabilityHandler(const Service& service) {
+        return service.m_capabilityHandler;
+    }
+    static const IFrameFormat* frameFormat(const Service& service) { return service.m_frameFormat; }
+};

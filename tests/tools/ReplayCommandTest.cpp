@@ -1,0 +1,164 @@
+#include "ToolProcess.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int done = 0;
+constexpr int badRadioFile = 2;
+constexpr int serviceDidNotStart = 3;
+constexpr int otherTrouble = 4;
+
+// fixed-modulation.json sets a cutback and asks nothing.
+const std::string fixedModulationLines = R"({"call":"initialize","result":0,"registered":true}
+{"call":"setPowerCutback","result":0}
+)";
+
+const std::string noNeighbours = R"({"channel": 1})";
+const std::string startFailed = R"({"call":"initialize","result":32768,"registered":false}
+)";
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+/// outdoor1.json with an array query at the given cutback.
+std::string outdoorWith(const std::string& requests) {
+    auto file = nlohmann::json::parse(contentOf("radios/outdoor1.json"), nullptr, true, true);
+    file["requests"] = nlohmann::json::parse(requests);
+    return file.dump();
+}
+
+TEST(Replay, PrintsOneLineForTheStartAndOneForEachRequest) {
+    const ToolResult result = runTool({"replay", "radios/fixed-modulation.json"});
+
+    EXPECT_EQ(result.output, fixedModulationLines);
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, done);
+}
+
+TEST(Replay, AnswersWithHandWorkedPowers) {
+    // The array as in TableCommandTest.cpp. 64QAM as a fixed modulation: the selected 4QAM has
+    // 28.00 - 3.00 = 25.00, 64QAM 24.00 - 3.00 = 21.00, plus 1.50 of compensation: 22.50. The
+    // minimum is -10.00 + 2.50.
+    const std::string input = outdoorWith(R"([
+        {"call": "setPowerCutback", "cutback": 300},
+        {"call": "getMinMaxOutputPowerVsModulationArray"},
+        {"call": "calculatePowerCapabilities", "modulation": "64QAM"}])");
+
+    const ToolResult result = ToolProcess({"replay", "-"}).withInput(input).run();
+
+    EXPECT_EQ(result.output, contentOf("golden/replay-outdoor1.jsonl"));
+    EXPECT_EQ(result.status, done);
+}
+
+TEST(Replay, PlaysSeveralFilesInOrderEachInAFreshService) {
+    // Had the second file the first one's service, its powers would be 3 dB lower.
+    const ToolResult result =
+        ToolProcess({"replay", "radios/fixed-modulation.json", "-", "radios/fixed-modulation.json"})
+            .withInput(outdoorWith(R"([{"call": "calculatePowerCapabilities",
+                                        "modulation": "64QAM"}])"))
+            .run();
+
+    EXPECT_EQ(result.output, fixedModulationLines +
+                                 R"({"call":"initialize","result":0,"registered":true}
+{"call":"calculatePowerCapabilities","result":0,"minPower":-750,"maxPower":2550}
+)" + fixedModulationLines);
+    EXPECT_EQ(result.status, done);
+}
+
+TEST(Replay, AFailingRequestIsALineAndTheStatusStays) {
+    const ToolResult result = ToolProcess({"replay", "-"})
+                                  .withInput(outdoorWith(R"([
+                {"call": "getMinMaxOutputPowerVsModulationArray", "frameFormatId": 99},
+                {"call": "setTemperature", "temperature": 20}])"))
+                                  .run();
+
+    EXPECT_EQ(result.output, R"({"call":"initialize","result":0,"registered":true}
+{"call":"getMinMaxOutputPowerVsModulationArray","result":32771,"minOutputPower":0,"powerMap":[]}
+{"call":"setTemperature","result":0}
+)");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, done);
+}
+
+TEST(Replay, AServiceThatDoesNotStartIsTheOnlyLine) {
+    const ToolResult result = ToolProcess({"replay", "-"}).withInput(noNeighbours).run();
+
+    EXPECT_EQ(result.output, startFailed);
+    EXPECT_EQ(result.errors, "qor-power: standard input: the service did not start; --trace 1 "
+                             "shows why\n");
+    EXPECT_EQ(result.status, serviceDidNotStart);
+}
+
+TEST(Replay, ABadFileIsReportedAndTheOthersArePlayed) {
+    const ToolResult result =
+        ToolProcess({"replay", "radios/fixed-modulation.json", "-", "radios/fixed-modulation.json"})
+            .withInput("{}")
+            .run();
+
+    EXPECT_EQ(result.output, fixedModulationLines + fixedModulationLines);
+    EXPECT_TRUE(result.hasOneErrorLine()) << result;
+    EXPECT_EQ(result.status, badRadioFile);
+}
+
+TEST(Replay, TheHighestStatusOfAllFilesCounts) {
+    const auto statusOf = [](const std::vector<std::string>& files, const std::string& input) {
+        std::vector<std::string> arguments = {"replay"};
+        arguments.insert(arguments.end(), files.begin(), files.end());
+        return ToolProcess(arguments).withInput(input).run().status;
+    };
+
+    EXPECT_EQ(statusOf({"-", "radios/fixed-modulation.json"}, noNeighbours), serviceDidNotStart);
+    EXPECT_EQ(statusOf({"radios/nothing.json", "-"}, noNeighbours), otherTrouble);
+    EXPECT_EQ(statusOf({"-", "radios/nothing.json"}, "{}"), otherTrouble);
+}
+
+TEST(Replay, WithTracesEndsEveryLineWithThem) {
+    const ToolResult result = runTool({"replay", "radios/fixed-modulation.json", "--trace", "6"});
+
+    const std::vector<std::string> lines = linesOf(result.output);
+    ASSERT_EQ(lines.size(), 2U) << result;
+    EXPECT_EQ(lines[1],
+              R"({"call":"setPowerCutback","result":0,"trace":[{"level":6,"kind":"enter",)"
+              R"("file":"Control/OutputPowerCalculator/private/OutputPowerCalculator",)"
+              R"("function":"setPowerCutback","text":"200"}]})");
+    const auto start = nlohmann::ordered_json::parse(lines[0]);
+    EXPECT_EQ(std::prev(start.end()).key(), "trace");
+    EXPECT_EQ(start["trace"][0]["kind"], "enter");
+    EXPECT_EQ(start["trace"][1]["kind"], "raw");
+    EXPECT_EQ(start["trace"][1]["code"], 2080);
+}
+
+TEST(Replay, WithALowTraceLevelHasEmptyTraces) {
+    const ToolResult result = runTool({"replay", "--trace", "1", "radios/fixed-modulation.json"});
+
+    EXPECT_EQ(result.output, R"({"call":"initialize","result":0,"registered":true,"trace":[]}
+{"call":"setPowerCutback","result":0,"trace":[]}
+)");
+}
+
+TEST(Replay, ATraceLevelAboveTheHighestShowsTheSame) {
+    const ToolResult highest = runTool({"replay", "radios/outdoor1.json", "--trace", "6"});
+    const ToolResult above = runTool({"replay", "radios/outdoor1.json", "--trace", "2147483647"});
+
+    EXPECT_EQ(above.output, highest.output);
+    EXPECT_EQ(above.status, done);
+}
+
+TEST(Replay, WithTraceZeroHasNoTraceKey) {
+    EXPECT_EQ(runTool({"replay", "radios/fixed-modulation.json", "--trace", "0"}).output,
+              fixedModulationLines);
+}
+
+} // namespace

@@ -1,0 +1,191 @@
+#include "ToolProcess.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <memory>
+#include <ostream>
+#include <sstream>
+#include <stdexcept>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+[[noreturn]] void fail(const std::string& what) {
+    throw std::runtime_error(what + ": " + std::strerror(errno));
+}
+
+/// A file without a name: the tool's streams end in files, so that neither side waits for the
+/// other.
+class TemporaryFile {
+public:
+    TemporaryFile()
+        : m_file(std::tmpfile(), std::fclose) {
+        if (m_file == nullptr) {
+            fail("tmpfile");
+        }
+    }
+
+    int descriptor() const { return ::fileno(m_file.get()); }
+
+    void fill(const std::string& text) {
+        if (std::fwrite(text.data(), 1, text.size(), m_file.get()) != text.size() ||
+            std::fflush(m_file.get()) != 0) {
+            fail("fwrite");
+        }
+        ::lseek(descriptor(), 0, SEEK_SET);
+    }
+
+    std::string content() const {
+        ::lseek(descriptor(), 0, SEEK_SET);
+        std::string text;
+        char block[4096];
+        ssize_t count = 0;
+        while ((count = ::read(descriptor(), block, sizeof block)) > 0) {
+            text.append(block, static_cast<std::size_t>(count));
+        }
+        return text;
+    }
+
+private:
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> m_file;
+};
+
+/// The write end of a pipe whose read end is closed.
+int closedPipe() {
+    int ends[2];
+    if (::pipe(ends) != 0) {
+        fail("pipe");
+    }
+    ::close(ends[0]);
+    return ends[1];
+}
+
+std::vector<std::string> commandLine(const std::vector<std::string>& arguments) {
+    std::vector<std::string> words;
+    std::istringstream emulator(QOR_POWER_EMULATOR);
+    for (std::string word; std::getline(emulator, word, '|');) {
+        words.push_back(word);
+    }
+    words.emplace_back(QOR_POWER_TOOL);
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return words;
+}
+
+} // namespace
+
+bool ToolResult::hasOneErrorLine() const {
+    return errors.starts_with("qor-power: ") && errors.ends_with('\n') &&
+           std::count(errors.begin(), errors.end(), '\n') == 1;
+}
+
+std::ostream& operator<<(std::ostream& stream, const ToolResult& result) {
+    return stream << "status " << result.status << "\n--- output\n"
+                  << result.output << "--- errors\n"
+                  << result.errors;
+}
+
+ToolProcess& ToolProcess::withInput(std::string input) {
+    m_input = std::move(input);
+    return *this;
+}
+
+ToolProcess& ToolProcess::inFolder(std::string folder) {
+    m_folder = std::move(folder);
+    return *this;
+}
+
+ToolProcess& ToolProcess::withOutputTo(std::string path) {
+    m_sink = Sink::Path;
+    m_outputPath = std::move(path);
+    return *this;
+}
+
+ToolProcess& ToolProcess::withClosedPipe() {
+    m_sink = Sink::ClosedPipe;
+    return *this;
+}
+
+ToolProcess& ToolProcess::withoutOutput() {
+    m_sink = Sink::None;
+    return *this;
+}
+
+ToolResult ToolProcess::run() const {
+    std::vector<std::string> words = commandLine(m_arguments);
+    std::vector<char*> pointers;
+    for (std::string& word : words) {
+        pointers.push_back(word.data());
+    }
+    pointers.push_back(nullptr);
+
+    TemporaryFile input;
+    input.fill(m_input);
+    const TemporaryFile output;
+    const TemporaryFile errors;
+    int other = -1;
+    if (m_sink == Sink::Path) {
+        other = ::open(m_outputPath.c_str(), O_WRONLY | O_CLOEXEC);
+        if (other < 0) {
+            fail(m_outputPath);
+        }
+    } else if (m_sink == Sink::ClosedPipe) {
+        other = closedPipe();
+    }
+
+    const pid_t child = ::fork();
+    if (child < 0) {
+        fail("fork");
+    }
+    if (child == 0) {
+        // A test runner may have the signal ignored; the tool must not depend on that.
+        std::signal(SIGPIPE, SIG_DFL);
+        ::dup2(input.descriptor(), STDIN_FILENO);
+        ::dup2(other >= 0 ? other : output.descriptor(), STDOUT_FILENO);
+        ::dup2(errors.descriptor(), STDERR_FILENO);
+        if (m_sink == Sink::None) {
+            ::close(STDOUT_FILENO);
+        }
+        if (::chdir(m_folder.empty() ? QOR_TOOL_TESTS : m_folder.c_str()) == 0) {
+            ::execv(pointers.front(), pointers.data());
+        }
+        ::_exit(127);
+    }
+    if (other >= 0) {
+        ::close(other);
+    }
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0) {
+        if (errno != EINTR) {
+            fail("waitpid");
+        }
+    }
+
+    constexpr int signalled = 1000;
+    ToolResult result;
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : signalled + WTERMSIG(status);
+    result.output = output.content();
+    result.errors = errors.content();
+    return result;
+}
+
+ToolResult runTool(std::vector<std::string> arguments) {
+    return ToolProcess(std::move(arguments)).run();
+}
+
+std::string contentOf(const std::string& path) {
+    std::ifstream file(std::string(QOR_TOOL_TESTS) + '/' + path, std::ios::binary);
+    if (!file) {
+        throw std::runtime_error("cannot open " + path);
+    }
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+/// What a run of the tool left behind.
+struct ToolResult {
+    int status = 0; ///< exit status; 1000 and the number if a signal ended it
+    std::string output;
+    std::string errors;
+
+    /// Whether standard error holds exactly one line, and that begins with the tool's name.
+    bool hasOneErrorLine() const;
+};
+
+/// For failed expectations.
+std::ostream& operator<<(std::ostream& stream, const ToolResult& result);
+
+/// The built tool, to be run as a process of its own, in the folder of these tests unless told
+/// otherwise.
+class ToolProcess {
+public:
+    explicit ToolProcess(std::vector<std::string> arguments)
+        : m_arguments(std::move(arguments)) {}
+
+    /// What the tool finds on its standard input; nothing by default.
+    ToolProcess& withInput(std::string input);
+
+    /// Runs it in another folder.
+    ToolProcess& inFolder(std::string folder);
+
+    /// Sends standard output to a path, which is not read back.
+    ToolProcess& withOutputTo(std::string path);
+
+    /// Sends standard output into a pipe that nobody reads any more.
+    ToolProcess& withClosedPipe();
+
+    /// Starts the tool with no standard output at all.
+    ToolProcess& withoutOutput();
+
+    ToolResult run() const;
+
+private:
+    enum class Sink {
+        Captured,
+        Path,
+        ClosedPipe,
+        None
+    };
+
+    std::vector<std::string> m_arguments;
+    std::string m_input;
+    std::string m_folder;
+    Sink m_sink = Sink::Captured;
+    std::string m_outputPath;
+};
+
+/// Runs the tool with nothing but arguments.
+ToolResult runTool(std::vector<std::string> arguments);
+
+/// The content of a file below the folder of these tests.
+std::string contentOf(const std::string& path);

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "EReferenceSEC.h"
+#include "OperatingInputs.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// Values of command-line options, from their text. What cannot be read is a UsageError that names
+/// the option, shows the text and says what is wanted.
+namespace Arguments {
+
+/// A decimal integer within a range.
+std::int64_t integer(const std::string& option, const std::string& text, std::int64_t least,
+                     std::int64_t greatest);
+
+/// A cutback in dB with at most two decimals, as hundredths; 0 to 42949672.95 dB.
+std::uint32_t cutback(const std::string& option, const std::string& text);
+
+/// Likewise, or "none" for a temporary cutback that is not in force.
+OperatingInputs::TemporaryCutback temporaryCutback(const std::string& option,
+                                                   const std::string& text);
+
+/// "PRESENCE,GAIN,MAXINPUT,MAXMODULATION", or "none".
+OperatingInputs::Booster booster(const std::string& option, const std::string& text);
+
+/// The text of a class; "UNDEFINED" leaves the choice to the system power controller.
+EReferenceSEC rsec(const std::string& option, const std::string& text);
+
+/// One word out of a list.
+std::string word(const std::string& option, const std::string& text,
+                 const std::vector<std::string>& known);
+
+} // namespace Arguments

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Powers and offsets as people write them, in dB or dBm with up to two decimals, and as the
+/// library counts them, in hundredths. Nothing goes through floating point.
+namespace Decibels {
+
+/// Hundredths of a text: an optional sign, digits, and if wanted a point with one or two digits.
+/// "1.5" is 150, "-0.05" is -5. Digits beyond what 64 bits hold give the largest or least number.
+/// @return nothing for any other text.
+std::optional<std::int64_t> parse(std::string_view text);
+
+/// Always with two decimals: 150 is "1.50", -5 is "-0.05".
+std::string format(std::int64_t hundredths);
+
+} // namespace Decibels

@@ -1,0 +1,28 @@
+#include "Output.h"
+
+#include "ToolError.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+namespace {
+
+[[noreturn]] void fail() {
+    throw OutputError(std::string("cannot write to standard output: ") + std::strerror(errno));
+}
+
+} // namespace
+
+void Output::write(std::string_view text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) {
+        fail();
+    }
+}
+
+void Output::flush() {
+    if (std::fflush(stdout) != 0) {
+        fail();
+    }
+}
