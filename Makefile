@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test setup asan tsan board packages fuzz valgrind bench bench-count bench-board format format-check lint ci clean
+.PHONY: help demo build test setup asan tsan board packages abi reproducible fuzz valgrind bench bench-count bench-board format format-check lint ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 MINUTES ?= 1
@@ -39,6 +39,14 @@ board: build ## build and test everything for the board, under the emulator
 
 packages: ## build and check the Debian packages of this machine and of the board
 	scripts/packages
+
+abi: ## compare the library's binary contract with the one kept in abi/, for both machines
+	scripts/setup board
+	scripts/abi
+
+reproducible: ## build the libraries in two folders and compare the bytes, for both machines
+	scripts/setup board
+	scripts/reproducible
 
 fuzz: ## run each fuzzer for a minute on all processors (MINUTES=N for longer)
 	scripts/fuzz $(MINUTES)

@@ -48,8 +48,8 @@ void replayRequests(benchmark::State& state, int traceLevel) {
 
 } // namespace
 
-BENCHMARK(readRadioFile)->Arg(1)->Arg(1000)->Arg(50000);
-BENCHMARK_CAPTURE(replayRequests, untraced, 0)->Arg(1)->Arg(1000)->Arg(50000);
+BENCHMARK(readRadioFile)->Arg(1)->Arg(1000)->Arg(20000);
+BENCHMARK_CAPTURE(replayRequests, untraced, 0)->Arg(1)->Arg(1000)->Arg(20000);
 BENCHMARK_CAPTURE(replayRequests, traced, 6)->Arg(1)->Arg(1000);
 
 BENCHMARK_MAIN();

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -33,7 +33,9 @@ void tryFile(const Path& path) {
     if (!stream) {
         throw std::runtime_error("cannot read " + path.string());
     }
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    std::ostringstream content;
+    content << stream.rdbuf();
+    const std::string text = content.str();
     const std::vector<std::uint8_t> bytes(text.begin(), text.end());
     // Said beforehand: a find ends the process.
     std::cerr << path.filename().string() << '\n';

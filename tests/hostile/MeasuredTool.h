@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -9,7 +10,7 @@
 struct ToolRun {
     int status = 0;          ///< exit status; 1000 and the number if a signal ended it
     std::string firstOutput; ///< at most the first 64 KiB of standard output
-    std::size_t outputSize = 0;
+    std::uintmax_t outputSize = 0;
     std::string errors;
     double processorSeconds = 0;
     double seconds = 0;

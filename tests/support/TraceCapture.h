@@ -19,9 +19,9 @@ public:
     ///     1 msg CalculatorKam.getMaxPower: No power offset found for rsec=UNDEFINED, acm=4QAM
     ///     5 raw 0x820 TxRfMaxPowerCapability.initialize: m_dpdVersion = 1, m_market = 0
     ///
-    /// A path below Control/OutputPowerCalculator/private is cut to its last part, any other is shown
-    /// whole. The text of a raw trace is shown up to its code line; should that not be exactly as it
-    /// has to be, "(code line: missing)" follows.
+    /// A path below Control/OutputPowerCalculator/private is cut to its last part, any other is
+    /// shown whole. The text of a raw trace is shown up to its code line; should that not be
+    /// exactly as it has to be, "(code line: missing)" follows.
     std::vector<std::string> lines();
 };
 

@@ -133,11 +133,12 @@ TEST(Replay, WithTracesEndsEveryLineWithThem) {
               R"({"call":"setPowerCutback","result":0,"trace":[{"level":6,"kind":"enter",)"
               R"("file":"Control/OutputPowerCalculator/private/OutputPowerCalculator",)"
               R"("function":"setPowerCutback","text":"200"}]})");
-    const auto start = nlohmann::ordered_json::parse(lines[0]);
-    EXPECT_EQ(std::prev(start.end()).key(), "trace");
-    EXPECT_EQ(start["trace"][0]["kind"], "enter");
-    EXPECT_EQ(start["trace"][1]["kind"], "raw");
-    EXPECT_EQ(start["trace"][1]["code"], 2080);
+    EXPECT_TRUE(lines[0].starts_with(
+        R"({"call":"initialize","result":0,"registered":true,"trace":[{"level":6,"kind":"enter",)"))
+        << lines[0];
+    const auto start = nlohmann::json::parse(lines[0]);
+    EXPECT_EQ(start.at("trace").at(1).at("kind"), "raw");
+    EXPECT_EQ(start.at("trace").at(1).at("code"), 2080);
 }
 
 TEST(Replay, WithALowTraceLevelHasEmptyTraces) {

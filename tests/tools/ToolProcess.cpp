@@ -154,7 +154,7 @@ ToolResult ToolProcess::run() const {
             ::close(STDOUT_FILENO);
         }
         if (::chdir(m_folder.empty() ? QOR_TOOL_TESTS : m_folder.c_str()) == 0) {
-            ::execv(pointers.front(), pointers.data());
+            ::execvp(pointers.front(), pointers.data());
         }
         ::_exit(127);
     }

@@ -1,6 +1,5 @@
 #include "Decibels.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <limits>
 
@@ -8,16 +7,10 @@ namespace {
 
 constexpr std::size_t decimals = 2;
 
-bool isDigit(char letter) {
-    return letter >= '0' && letter <= '9';
-}
-
 /// Takes the digits off the beginning of a text.
 std::string_view takeDigits(std::string_view& text) {
-    const auto end = std::find_if_not(text.begin(), text.end(), isDigit);
-    const auto count = static_cast<std::size_t>(end - text.begin());
-    const std::string_view digits = text.substr(0, count);
-    text.remove_prefix(count);
+    const std::string_view digits = text.substr(0, text.find_first_not_of("0123456789"));
+    text.remove_prefix(digits.size());
     return digits;
 }
 

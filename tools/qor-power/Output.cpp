@@ -3,7 +3,6 @@
 #include "ToolError.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -16,13 +15,13 @@ namespace {
 } // namespace
 
 void Output::write(std::string_view text) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) {
+    if (std::fwrite(text.data(), 1, text.size(), m_stream) != text.size()) {
         fail();
     }
 }
 
 void Output::flush() {
-    if (std::fflush(stdout) != 0) {
+    if (std::fflush(m_stream) != 0) {
         fail();
     }
 }

@@ -1,10 +1,15 @@
 #pragma once
 
+#include <cstdio>
 #include <string_view>
 
 /// Standard output. What cannot be written is an error of the tool, never lost silently.
 class Output {
 public:
+    /// @param stream that leads there.
+    explicit Output(std::FILE* stream)
+        : m_stream(stream) {}
+
     /// @throw OutputError
     void write(std::string_view text);
 
@@ -12,4 +17,7 @@ public:
     /// the two stand in order on a terminal, and at the end.
     /// @throw OutputError
     void flush();
+
+private:
+    std::FILE* m_stream;
 };

@@ -167,7 +167,7 @@ std::string missingFrameFormat(Node& node, std::int32_t id) {
     std::string known;
     for (const FrameFormatRecord& record : records) {
         if (record.id == id) {
-            return std::string();
+            return {};
         }
         known += (known.empty() ? "" : ", ") + std::to_string(record.id);
     }

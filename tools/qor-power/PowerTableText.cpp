@@ -77,10 +77,10 @@ std::string rsecText(const PowerTable& table) {
 std::string acmText(const PowerTable& table) {
     const bool isSelected = table.selectedMin.code != ModulationAndCoding::UNDEFINED ||
                             table.selectedMax.code != ModulationAndCoding::UNDEFINED;
-    const std::string range =
-        isSelected ? convertCodeAndModulationEnumToString(table.selectedMin) + " to " +
-                         convertCodeAndModulationEnumToString(table.selectedMax)
-                   : "none";
+    std::string range = isSelected
+                            ? convertCodeAndModulationEnumToString(table.selectedMin) + " to " +
+                                  convertCodeAndModulationEnumToString(table.selectedMax)
+                            : "none";
     if (!table.failure.empty()) {
         return range;
     }

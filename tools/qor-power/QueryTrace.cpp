@@ -117,7 +117,7 @@ std::string roleOf(const TraceRecord& record) {
     if (record.text.starts_with("Could not get max output power for reference offset ")) {
         return ", the reference modulation";
     }
-    return std::string();
+    return {};
 }
 
 /// Messages that only repeat, further up, that something failed.

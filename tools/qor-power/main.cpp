@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdio>
 #include <exception>
 #include <memory>
 #include <string>
@@ -264,7 +265,7 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
     ExitStatus status = ExitStatus::OtherTrouble;
     try {
-        Output output;
+        Output output(stdout);
         status = CommandLine().run(argc, argv, output);
         output.flush();
     } catch (const ToolError& error) {
