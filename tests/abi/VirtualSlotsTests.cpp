@@ -17,6 +17,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <ostream>
+#include <string>
 #include <vector>
 
 using abi_layout::addressOf;
@@ -151,6 +153,11 @@ struct Family {
     void (*maxPower)();
     void (*compensation)();
 };
+
+/// In messages a family is its name; its addresses differ from run to run.
+void PrintTo(const Family& family, std::ostream* stream) {
+    *stream << family.name;
+}
 
 /// Names a family in a test's name.
 std::string nameOf(const testing::TestParamInfo<Family>& family) {
