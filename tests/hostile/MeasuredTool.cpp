@@ -93,7 +93,7 @@ struct Streams {
     ::dup2(streams.output, STDOUT_FILENO);
     ::dup2(streams.errors, STDERR_FILENO);
     if (::chdir(folder.c_str()) == 0) {
-        ::execv(pointers.front(), pointers.data());
+        ::execvp(pointers.front(), pointers.data());
     }
     ::_exit(127);
 }

@@ -164,6 +164,7 @@ TEST(HostileCommandLine, withAThousandBadFilesSaysALineForEach) {
     EXPECT_EQ(run.status, badRadioFile) << run;
     // What was kept of the lines is cut off; each of them is as long as the first.
     const auto lines = std::count(run.errors.begin(), run.errors.end(), '\n');
+    ASSERT_THAT(run.errors, HasSubstr("\n"));
     const std::size_t length = run.errors.find('\n') + 1;
     EXPECT_EQ(static_cast<std::size_t>(lines), std::min<std::size_t>(1000, 65536 / length));
     expectWithinLimits(run);
