@@ -255,6 +255,22 @@ TEST(QueryTrace, ARowThatIsMissingTwiceIsNamedOnce) {
                 ElementsAre("the Pmax table has no row for 4QAM"));
 }
 
+TEST(QueryTrace, ARoleThatFailsTwiceIsNamedOnce) {
+    // With a booster a fixed modulation is calculated twice, each time from the selected one.
+    const auto complaint = message(1, "getAdModMaxPower",
+                                   "Could not get max ref output power for selected min 4QAMQAM");
+
+    const QueryTrace sut = QueryTrace::read(
+        {walk(false), fixed("64QAM"), adaptive("4QAM"), noRow("4QAM"), complaint, adaptive("64QAM"),
+         noRow("4QAM"), complaint,
+         message(2, "getFixModMaxPower", "Failed to get AdMod capabilities, error: 32776, 32776"),
+         skipped("64QAM")});
+
+    EXPECT_TRUE(hasFailed(sut, Modulation::QAM64));
+    EXPECT_THAT(troublesOf(sut, Modulation::QAM64),
+                ElementsAre("the Pmax table has no row for 4QAM, the selected minimum"));
+}
+
 TEST(QueryTrace, AnAdaptiveCalculationInsideAFixedOneBelongsToTheFixedOne) {
     const QueryTrace sut = QueryTrace::read(
         {walk(false), fixed("64QAM"), adaptive("4QAM"), adaptive("64QAM"),

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -169,7 +170,7 @@ class Reader {
 public:
     void read(const TraceRecord& record);
 
-    QueryTrace take() { return std::move(m_trace); }
+    QueryTrace take();
 
 private:
     bool readEntry(const TraceRecord& record);
@@ -245,13 +246,7 @@ void Reader::readInCalculation(const TraceRecord& record) {
     }
     std::vector<QueryTrace::Trouble>& troubles = m_current->troubles;
     if (const auto trouble = troubleIn(record)) {
-        // One look-up may fail for the selected and for the asked modulation alike.
-        const bool isKnown = std::any_of(
-            troubles.begin(), troubles.end(),
-            [&trouble](const QueryTrace::Trouble& known) { return known.text == trouble->text; });
-        if (!isKnown) {
-            troubles.push_back(*trouble);
-        }
+        troubles.push_back(*trouble);
         return;
     }
     if (!troubles.empty() && troubles.back().text.starts_with(noPmaxRow)) {
@@ -307,6 +302,17 @@ void Reader::readElsewhere(const TraceRecord& record) {
     } else {
         note(inTheLibrarysWords(record));
     }
+}
+
+QueryTrace Reader::take() {
+    // One look-up may fail for the selected and for the asked modulation alike.
+    for (auto& [modulation, calculation] : m_trace.calculations) {
+        std::set<std::string> seen;
+        std::erase_if(calculation.troubles, [&seen](const QueryTrace::Trouble& trouble) {
+            return !seen.insert(trouble.text).second;
+        });
+    }
+    return std::move(m_trace);
 }
 
 void Reader::note(const std::string& text) {
