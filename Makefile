@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test setup asan tsan board packages abi reproducible fuzz valgrind bench bench-count bench-board format format-check lint ci clean
+.PHONY: help demo build test setup asan tsan coverage board packages abi reproducible fuzz valgrind bench bench-count bench-board format format-check lint ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 MINUTES ?= 1
@@ -33,6 +33,9 @@ tsan: setup ## run all tests under the thread sanitizer
 	cmake --preset tsan
 	cmake --build --preset tsan
 	ctest --preset tsan
+
+coverage: ## run all tests and fail below 100 % of the library's lines, branches and conditions
+	scripts/coverage
 
 board: build ## build and test everything for the board, under the emulator
 	scripts/board

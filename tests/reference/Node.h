@@ -35,53 +35,56 @@ struct FrameFormatRecord {
     std::int32_t channelSpacing = 0;
 };
 
-// The radio node of a radio file, as the service sees it. The file is taken to be valid.
+// The radio node of a radio file, as the service sees it. The file is taken to be valid. A node may
+// also answer from elsewhere than a file, differently from call to call.
 class Node {
 public:
     explicit Node(const nlohmann::json& radioFile);
+    virtual ~Node() = default;
 
     void patch(const nlohmann::json& mergePatch);
 
     std::uint32_t channel() const;
-    bool has(const std::string& neighbour) const;
+    virtual bool has(const std::string& neighbour) const;
 
     // Capability handler
-    std::string productNumber() const;
-    Answer<std::int32_t> minOutputPower() const;
-    PmaxAnswer pmaxTable(std::int32_t pmaxTable) const;
-    bool isMaxAcmLimitedByHw() const;
-    std::int16_t performanceProfileIndex() const;
-    std::int32_t maxModulationLimitedByHw(const std::vector<std::int16_t>& profiles,
-                                          std::int16_t index) const;
-    std::int32_t maxModulationWithoutLimitation(std::int32_t market) const;
+    virtual std::string productNumber() const;
+    virtual Answer<std::int32_t> minOutputPower() const;
+    virtual PmaxAnswer pmaxTable(std::int32_t pmaxTable) const;
+    virtual bool isMaxAcmLimitedByHw() const;
+    virtual std::int16_t performanceProfileIndex() const;
+    virtual std::int32_t maxModulationLimitedByHw(const std::vector<std::int16_t>& profiles,
+                                                  std::int16_t index) const;
+    virtual std::int32_t maxModulationWithoutLimitation(std::int32_t market) const;
 
     // ACM handler
-    Answer<AcmRange> minMaxModulationAndCode() const;
+    virtual Answer<AcmRange> minMaxModulationAndCode() const;
 
     // Configured frame format
-    std::int32_t modulation() const;
-    std::int32_t maxAvailableModulation() const;
-    std::vector<std::int32_t> modulationAndCodes() const;
-    std::int32_t channelSpacing() const;
-    std::int32_t dpdVersion() const;
-    std::int32_t market() const;
-    std::vector<std::int16_t> performanceProfiles(bool carrierAggregation) const;
+    virtual std::int32_t modulation() const;
+    virtual std::int32_t maxAvailableModulation() const;
+    virtual std::vector<std::int32_t> modulationAndCodes() const;
+    virtual std::int32_t channelSpacing() const;
+    virtual std::int32_t dpdVersion() const;
+    virtual std::int32_t market() const;
+    virtual std::vector<std::int16_t> performanceProfiles(bool carrierAggregation) const;
 
     // System power controller
-    std::int32_t referenceSec() const;
-    std::optional<std::int32_t> minOutputPowerOffset(std::uint32_t spacing) const;
+    virtual std::int32_t referenceSec() const;
+    virtual std::optional<std::int32_t> minOutputPowerOffset(std::uint32_t spacing) const;
 
     // Hardware configuration, by frame-format id
-    std::vector<FrameFormatRecord> frameFormatRecords() const;
-    std::int32_t dpdVersionOf(std::int32_t id) const;
-    Answer<std::int32_t> marketOf(std::int32_t id) const;
-    Answer<std::vector<std::int32_t>> modulationAndCodesOf(std::int32_t id) const;
-    Answer<std::int32_t> channelSpacingOf(std::int32_t id) const;
-    std::vector<std::int16_t> performanceProfilesOf(std::int32_t id, bool carrierAggregation) const;
+    virtual std::vector<FrameFormatRecord> frameFormatRecords() const;
+    virtual std::int32_t dpdVersionOf(std::int32_t id) const;
+    virtual Answer<std::int32_t> marketOf(std::int32_t id) const;
+    virtual Answer<std::vector<std::int32_t>> modulationAndCodesOf(std::int32_t id) const;
+    virtual Answer<std::int32_t> channelSpacingOf(std::int32_t id) const;
+    virtual std::vector<std::int16_t> performanceProfilesOf(std::int32_t id,
+                                                            bool carrierAggregation) const;
 
     // Board and stored variables
-    bool isCarrierAggregation() const;
-    StoredVariables variables() const;
+    virtual bool isCarrierAggregation() const;
+    virtual StoredVariables variables() const;
 
 private:
     nlohmann::json recordOf(std::int32_t id) const;

@@ -163,8 +163,8 @@ struct CutbackCase {
     unsigned long cutback;
     long expected;
 
-    friend std::ostream& operator<<(std::ostream& stream, const CutbackCase& cutback) {
-        return stream << cutback.power << " - " << cutback.cutback;
+    friend std::ostream& operator<<(std::ostream& stream, const CutbackCase& shown) {
+        return stream << shown.power << " - " << shown.cutback;
     }
 };
 

@@ -444,8 +444,8 @@ struct LimitCase {
     const char* modemText;
     const char* radioText;
 
-    friend std::ostream& operator<<(std::ostream& stream, const LimitCase& limit) {
-        return stream << limit.modemText << " and " << limit.radioText;
+    friend std::ostream& operator<<(std::ostream& stream, const LimitCase& shown) {
+        return stream << shown.modemText << " and " << shown.radioText;
     }
 };
 

@@ -1,0 +1,15 @@
+# QOR_COVERAGE=ON builds everything so that it counts what runs: lines, branches and conditions. Every
+# process leaves its counts in the build folder's profiles/, where scripts/coverage collects them.
+#
+# Only clang judges conditions one by one (MC/DC), and its counts stay with the source.
+if(QOR_COVERAGE)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang" OR CMAKE_CXX_COMPILER_VERSION VERSION_LESS 19)
+        message(FATAL_ERROR "QOR_COVERAGE needs clang++ from version 19: use the preset coverage")
+    endif()
+    # %m tells programs and libraries apart; all processes add to the same file of each.
+    set(counting "-fprofile-instr-generate=${CMAKE_BINARY_DIR}/profiles/%m.profraw")
+    # Sources are named by their path below the project's folder.
+    add_compile_options(
+        "${counting}" -fcoverage-mapping -fcoverage-mcdc -fcoverage-compilation-dir=.)
+    add_link_options("${counting}")
+endif()

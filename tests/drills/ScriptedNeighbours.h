@@ -1,0 +1,124 @@
+#pragma once
+
+#include "IAcmHandler.h"
+#include "ICapabilityHandler.h"
+#include "IFrameFormat.h"
+#include "IHardwareConfigurationHandler.h"
+#include "ISystemPowerController.h"
+#include "Script.h"
+
+#include <memory>
+#include <vector>
+
+// The neighbours of the service, answering by a script.
+
+class ScriptedCapabilityHandler : public ICapabilityHandler {
+public:
+    explicit ScriptedCapabilityHandler(Script& script)
+        : m_script(script) {}
+
+    std::string getTmuHwProductNumber() const override;
+    unsigned getMinOutputPower(const int** table) const override;
+    unsigned getPmaxCapabilityDpd1Ansi(const int** table, const int** count) const override;
+    unsigned getPmaxCapabilityDpd2Ansi(const int** table, const int** count) const override;
+    unsigned getPmaxCapabilityDpd1Etsi(const int** table, const int** count) const override;
+    unsigned getPmaxCapabilityDpd2Etsi(const int** table, const int** count) const override;
+    bool isMaxAcmLimitedByHw() const override;
+    short getPerformanceProfileIndex() const override;
+    Modulation getMaxModulationLimitedByHw(const std::vector<short>& performanceProfiles,
+                                           short performanceProfileIndex) const override;
+    Modulation getMaxModulationWithoutLimitation(const EFrameFormatMarket& market) const override;
+
+private:
+    /// Keeps what is handed out by its address for as long as the handler lives.
+    const std::vector<int>& kept(const std::vector<std::int32_t>& values) const;
+
+    unsigned pmaxTable(Call call, const int** table, const int** count) const;
+
+    Script& m_script;
+    mutable std::vector<std::unique_ptr<const std::vector<int>>> m_kept;
+};
+
+class ScriptedAcmHandler : public IAcmHandler {
+public:
+    explicit ScriptedAcmHandler(Script& script)
+        : m_script(script) {}
+
+    unsigned getMinMaxModulationAndCode(ModulationAndCoding& min,
+                                        ModulationAndCoding& max) override;
+
+private:
+    Script& m_script;
+};
+
+class ScriptedFrameFormat : public IFrameFormat {
+public:
+    explicit ScriptedFrameFormat(Script& script)
+        : m_script(script) {}
+
+    Modulation getModulation() const override;
+    Modulation getMaxAvailableModulation() const override;
+    void
+    getModulationAndCodeArray(std::vector<ModulationAndCoding>& modulationAndCodes) const override;
+    EChannelSpacingType getChannelSpacing() const override;
+    EDpdVersion getDpdVersion() const override;
+    EFrameFormatMarket getTelecomMarket() const override;
+    void getPerformanceProfiles(std::vector<short>& performanceProfiles) const override;
+    void getCarrierAggregationPerformanceProfiles(
+        std::vector<short>& performanceProfiles) const override;
+
+private:
+    Script& m_script;
+};
+
+class ScriptedSystemPowerController : public ISystemPowerController {
+public:
+    explicit ScriptedSystemPowerController(Script& script)
+        : m_script(script) {}
+
+    EReferenceSEC getReferenceSec() const override;
+    bool getMinOutputPowerOffset(EChannelSpacingType channelSpacing, long& offset) const override;
+
+private:
+    Script& m_script;
+};
+
+class ScriptedHardwareConfigurationHandler : public IHardwareConfigurationHandler {
+public:
+    explicit ScriptedHardwareConfigurationHandler(Script& script)
+        : m_script(script) {}
+
+    void getFrameFormatRecords(bool flag, std::vector<FrameFormatRecord>& records) const override;
+    EDpdVersion getDpdVersion(RadioChannel channel, long frameFormatId) const override;
+    unsigned getTelecomMarket(RadioChannel channel, long frameFormatId,
+                              EFrameFormatMarket& market) const override;
+    unsigned
+    getModulationAndCodeArray(RadioChannel channel, long frameFormatId,
+                              std::vector<ModulationAndCoding>& modulationAndCodes) const override;
+    unsigned getChannelSpacing(RadioChannel channel, long frameFormatId,
+                               EChannelSpacingType& channelSpacing) const override;
+    void getPerformanceProfiles(RadioChannel channel, long frameFormatId,
+                                std::vector<short>& performanceProfiles) const override;
+    void getCarrierAggregationPerformanceProfiles(
+        RadioChannel channel, long frameFormatId,
+        std::vector<short>& performanceProfiles) const override;
+
+private:
+    Script& m_script;
+};
+
+/// All five neighbours of channel 1 in the broker, and the board and the variable store behind
+/// them, for as long as it lives. One at a time.
+class ScriptedSurroundings {
+public:
+    explicit ScriptedSurroundings(Script& script);
+    ~ScriptedSurroundings();
+    ScriptedSurroundings(const ScriptedSurroundings&) = delete;
+    ScriptedSurroundings& operator=(const ScriptedSurroundings&) = delete;
+
+    ScriptedCapabilityHandler capabilityHandler;
+    ScriptedAcmHandler acmHandler;
+    ScriptedFrameFormat frameFormat;
+    ScriptedSystemPowerController systemPowerController;
+    ScriptedHardwareConfigurationHandler hardwareConfigurationHandler;
+};
