@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test setup asan tsan coverage board packages abi reproducible fuzz valgrind bench bench-count bench-board format format-check lint ci clean
+.PHONY: help demo build test setup asan tsan coverage board packages abi reproducible fuzz valgrind bench bench-count bench-board format format-check lint mutants mutants-sample proof proof-check ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 MINUTES ?= 1
@@ -72,8 +72,23 @@ format: setup ## format every source file
 format-check: setup ## fail if a source file is not formatted
 	scripts/format --check
 
-lint: build ## run clang-tidy over the sources
+lint: build ## look for mistakes with clang-tidy, cppcheck and the compiler's analyser
+	scripts/setup lint
 	scripts/lint build/release
+
+mutants: setup ## change the library in every small way; fail if the tests let a change through
+	scripts/setup mutants
+	scripts/mutants
+
+mutants-sample: setup ## likewise with a fixed tenth of the changes, ten minutes at most
+	scripts/setup mutants
+	scripts/mutants --sample 10 --minutes 10
+
+proof: ## write the page of figures from what the last runs left in build/
+	scripts/proof
+
+proof-check: ## fail if a figure of the page is not what the last run gave
+	scripts/proof --check
 
 ci: format-check test bench-count ## everything that has to pass before a change lands
 

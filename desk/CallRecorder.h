@@ -23,7 +23,7 @@ std::string textOf(Number value) {
 }
 
 inline std::string listOf() {
-    return std::string();
+    return {};
 }
 
 template <class First, class... Rest>
@@ -42,12 +42,13 @@ public:
     /// Not to be called while another thread uses the neighbour.
     void recordTo(CallLog* log) { m_log = log; }
 
+    CallRecorder(const CallRecorder&) = delete;
+    CallRecorder& operator=(const CallRecorder&) = delete;
+
 protected:
     explicit CallRecorder(const char* interface)
         : m_interface(interface) {}
     ~CallRecorder() = default;
-    CallRecorder(const CallRecorder&) = delete;
-    CallRecorder& operator=(const CallRecorder&) = delete;
 
     template <class... Arguments>
     void record(const char* operation, const Arguments&... arguments) const {

@@ -16,11 +16,12 @@ public:
     /// @param code what the call returns.
     void failAt(unsigned call, unsigned code = ResultCode::Failure);
 
+    FailureDrill(const FailureDrill&) = delete;
+    FailureDrill& operator=(const FailureDrill&) = delete;
+
 protected:
     FailureDrill() = default;
     ~FailureDrill() = default;
-    FailureDrill(const FailureDrill&) = delete;
-    FailureDrill& operator=(const FailureDrill&) = delete;
 
     /// Counts a call.
     /// @return the code to fail with, if this is the call.

@@ -1,6 +1,5 @@
 #include "JsonReader.h"
 
-#include "JsonPointer.h"
 #include "Printable.h"
 #include "RadioFileError.h"
 
@@ -11,25 +10,6 @@
 namespace {
 
 using nlohmann::json;
-
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
-/// "LINE:COLUMN" of the byte at an index, both from 1; a column is a character of UTF-8.
-std::string placeOf(std::string_view text, std::size_t index) {
-    std::size_t line = 1;
-    std::size_t column = 1;
-    const std::size_t start =
-        text.substr(0, byteOrderMark.size()) == byteOrderMark ? byteOrderMark.size() : 0;
-    for (const char byte : text.substr(start, index > start ? index - start : 0)) {
-        if (byte == '\n') {
-            ++line;
-            column = 1;
-        } else if ((static_cast<unsigned char>(byte) & 0xC0U) != 0x80U) {
-            ++column;
-        }
-    }
-    return std::to_string(line) + ":" + std::to_string(column);
-}
 
 /// What the parser found wrong, without its own account of the place and of what it read last.
 std::string problemOf(const std::string& message) {
@@ -106,7 +86,7 @@ public:
     bool key(std::string& key) override {
         m_path.back() = key;
         if (m_open.back()->contains(key)) {
-            throw RadioFileError(pointerText(m_path), "key given twice");
+            throw RadioFileError(m_path, "key given twice");
         }
         return true;
     }
@@ -123,19 +103,19 @@ public:
     bool parse_error(std::size_t position, const std::string& lastToken,
                      const nlohmann::detail::exception& error) override {
         if (dynamic_cast<const nlohmann::detail::out_of_range*>(&error) != nullptr) {
-            throw RadioFileError(placeOfNext(), "number too large: " + printable(lastToken));
+            throw RadioFileError(pathOfNext(), "number too large: " + printable(lastToken));
         }
         const std::string problem = problemOf(error.what());
         const std::size_t start = position - std::min(position, lengthOf(problem, lastToken));
         const std::size_t index = std::min(start, m_text.size());
-        throw RadioFileError(placeOf(m_text, index), problem);
+        throw RadioFileError(textPlaceOf(m_text, index), problem);
     }
 
 private:
-    /// Place of the value that comes next.
-    std::string placeOfNext() {
+    /// Path of the value that comes next.
+    const std::vector<std::string>& pathOfNext() {
         countElement();
-        return pointerText(m_path);
+        return m_path;
     }
 
     /// In a list, takes the number of the element that comes next for the path. It is asked for
@@ -148,7 +128,7 @@ private:
 
     json& add(json value) {
         if (m_valueCount == JsonReader::maxValues) {
-            throw RadioFileError(placeOfNext(),
+            throw RadioFileError(pathOfNext(),
                                  "more than " + std::to_string(JsonReader::maxValues) + " values");
         }
         ++m_valueCount;
@@ -164,9 +144,9 @@ private:
 
     void open(json container) {
         if (m_open.size() == JsonReader::maxDepth) {
-            throw RadioFileError(placeOfNext(), "nested deeper than " +
-                                                    std::to_string(JsonReader::maxDepth) +
-                                                    " levels");
+            throw RadioFileError(pathOfNext(), "nested deeper than " +
+                                                   std::to_string(JsonReader::maxDepth) +
+                                                   " levels");
         }
         countElement();
         m_open.push_back(&add(std::move(container)));
@@ -190,12 +170,13 @@ private:
 
 json JsonReader::read(std::string_view text, std::size_t maxSize) {
     if (text.size() > maxSize) {
-        throw RadioFileError(pointerText({}), "larger than " + std::to_string(maxSize) + " bytes");
+        throw RadioFileError(std::vector<std::string>(),
+                             "larger than " + std::to_string(maxSize) + " bytes");
     }
     // The parser takes a NUL for the end and would not look behind it.
     const std::size_t nul = text.find('\0');
     if (nul != std::string_view::npos) {
-        throw RadioFileError(placeOf(text, nul), "syntax error: NUL byte");
+        throw RadioFileError(textPlaceOf(text, nul), "syntax error: NUL byte");
     }
     constexpr bool isWhole = true;
     constexpr bool ignoreComments = true;

@@ -44,22 +44,6 @@ bool isLargeInteger(const json& value) {
     return value.is_binary() && value.get_binary().subtype() == JsonReader::LargeInteger;
 }
 
-/// Whether a document has a value at a path.
-bool holds(const json& document, const std::vector<std::string>& path) {
-    const json* value = &document;
-    for (const std::string& key : path) {
-        if (value->is_array()) {
-            // A merge replaces lists as a whole, so the element is the patch's own.
-            value = &(*value)[std::stoul(key)];
-        } else if (value->is_object() && value->contains(key)) {
-            value = &(*value)[key];
-        } else {
-            return false;
-        }
-    }
-    return true;
-}
-
 } // namespace
 
 JsonValue::JsonValue(const nlohmann::json& document, const PatchPlace* patch)
@@ -75,15 +59,15 @@ JsonValue::JsonValue(const nlohmann::json& value, const JsonValue& container, st
 void JsonValue::fail(const std::string& problem, const std::string& remedy) const {
     const std::vector<std::string> here = path();
     if (m_patch == nullptr) {
-        throw RadioFileError(pointerText(here), problem, remedy);
+        throw RadioFileError(here, problem, remedy);
     }
     std::vector<std::string> place = m_patch->path;
-    if (holds(*m_patch->patch, here)) {
+    if (valueAt(*m_patch->patch, here) != nullptr) {
         place.insert(place.end(), here.begin(), here.end());
-        throw RadioFileError(pointerText(place), problem, remedy);
+        throw RadioFileError(place, problem, remedy);
     }
-    throw RadioFileError(pointerText(place),
-                         "in the patched file, " + pointerText(here) + ": " + problem, remedy);
+    throw RadioFileError(place, "in the patched file, " + pointerText(here) + ": " + problem,
+                         remedy);
 }
 
 void JsonValue::failType(std::string_view expected) const {
@@ -133,7 +117,7 @@ void JsonValue::expectList(std::string_view what) const {
 }
 
 JsonValue JsonValue::member(std::string_view key) const& {
-    return JsonValue((*m_value)[key], *this, key);
+    return {(*m_value)[key], *this, key};
 }
 
 JsonValue JsonValue::element(std::size_t index) const& {

@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
+#include <string>
 #include <variant>
 #include <vector>
 
@@ -94,4 +96,8 @@ struct RadioFile {
     std::uint32_t channel = 1; ///< the number that the service is built with
     NodeAnswers node;
     std::vector<Request> requests;
+
+    /// Keys of the Pmax tables that the file gives as flat integers, not as rows: the same table
+    /// stands in another place then.
+    std::set<std::string> flatPmaxTables;
 };

@@ -371,8 +371,24 @@ constexpr std::array<Section, 7> sections{{
      }},
 }};
 
+/// The Pmax tables of a checked document that are given as flat integers.
+std::set<std::string> flatPmaxTables(const json& file) {
+    std::set<std::string> flat;
+    const auto handler = file.find("capabilityHandler");
+    if (handler == file.end()) {
+        return flat;
+    }
+    for (const auto& [key, value] : handler->items()) {
+        if (key.starts_with("pmaxDpd") && value.is_object() && value.contains("integers")) {
+            flat.insert(key);
+        }
+    }
+    return flat;
+}
+
 std::vector<std::string_view> optionalKeys() {
     std::vector<std::string_view> keys;
+    keys.reserve(sections.size() + 1);
     for (const Section& section : sections) {
         keys.emplace_back(section.key);
     }
@@ -615,6 +631,7 @@ RadioFile RadioFileReader::read(std::string_view text) {
     for (const Section& section : sections) {
         section.read(document, radioFile.node);
     }
+    radioFile.flatPmaxTables = flatPmaxTables(file);
 
     if (document.has("requests")) {
         // What the patches are merged into holds no requests. `document` still names their place.

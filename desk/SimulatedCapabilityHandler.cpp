@@ -12,7 +12,7 @@ Modulation modulationFor(const Key* key,
     if (const Modulation* const one = std::get_if<Modulation>(&answer)) {
         return *one;
     }
-    const std::map<Key, Modulation>& byKey = std::get<std::map<Key, Modulation>>(answer);
+    const auto& byKey = std::get<std::map<Key, Modulation>>(answer);
     const auto found = key == nullptr ? byKey.end() : byKey.find(*key);
     return found == byKey.end() ? Modulation::UNDEFINED : found->second;
 }

@@ -47,6 +47,10 @@ std::size_t distance(const std::string& left, const std::string& right) {
 
 } // namespace
 
+std::size_t Suggestion::lettersApart(std::string_view left, std::string_view right) {
+    return distance(lowerCase(left), lowerCase(right));
+}
+
 std::optional<std::string> Suggestion::nearest(std::string_view word,
                                                const std::vector<std::string>& known) {
     if (word.empty() || word.size() > maxWordLength) {
@@ -72,7 +76,7 @@ std::optional<std::string> Suggestion::nearest(std::string_view word,
 
     constexpr std::size_t shortestBeginning = 3;
     for (const std::string& candidate : known) {
-        if (wanted.size() >= shortestBeginning && lowerCase(candidate).rfind(wanted, 0) == 0) {
+        if (wanted.size() >= shortestBeginning && lowerCase(candidate).starts_with(wanted)) {
             return candidate;
         }
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -7,6 +8,10 @@
 
 /// Helps whoever mistyped a word.
 namespace Suggestion {
+
+/// How many letters must be inserted, dropped, replaced or swapped with their neighbour to make one
+/// word of the other; upper and lower case are alike.
+std::size_t lettersApart(std::string_view left, std::string_view right);
 
 /// The known word that a mistyped one most likely stands for: equal but for upper and lower case,
 /// or the fewest letters away (inserted, dropped, replaced or swapped; at most a third of the

@@ -110,7 +110,8 @@ set(CPACK_DEBIAN_TOOL_DESCRIPTION
 "transmit power tables of microwave radios
 qor-power reads a description of a radio and prints the powers of every
 modulation and code of a frame format, with the reason where there is none.
-It also replays recorded requests and prints the library's traces.
+It explains each power, compares radios, sweeps over their inputs, checks
+their descriptions, replays recorded requests, and does so for whole fleets.
 
 Example radios are included.")
 
@@ -125,12 +126,13 @@ endif()
 
 # Without the time and the name of the file, so that the bytes depend on its content alone.
 function(qor_compress input output)
-    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${input}")
-    execute_process(COMMAND gzip -9nc "${input}"
-        OUTPUT_FILE "${CMAKE_CURRENT_BINARY_DIR}/${output}" COMMAND_ERROR_IS_FATAL ANY)
+    add_custom_command(OUTPUT ${output}
+        COMMAND gzip -9nc "${input}" > ${output} DEPENDS "${input}" VERBATIM)
 endfunction()
 qor_compress("${changelog}" changelog.gz)
-qor_compress("${CMAKE_CURRENT_SOURCE_DIR}/qor-power.1" qor-power.1.gz)
+qor_compress("${tool_says}/qor-power.1" qor-power.1.gz)
+add_custom_target(qor_compressed_documents ALL DEPENDS changelog.gz qor-power.1.gz)
+add_dependencies(qor_compressed_documents qor_power_documents)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/qor-power.1.gz"
     DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT Tool)
 

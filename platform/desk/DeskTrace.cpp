@@ -9,15 +9,10 @@
 namespace {
 
 const char* textOf(TraceRecord::Kind kind) {
-    switch (kind) {
-    case TraceRecord::Kind::Enter:
+    if (kind == TraceRecord::Kind::Enter) {
         return "enter";
-    case TraceRecord::Kind::Message:
-        return "msg";
-    case TraceRecord::Kind::Raw:
-        break;
     }
-    return "raw";
+    return kind == TraceRecord::Kind::Message ? "msg" : "raw";
 }
 
 } // namespace

@@ -42,18 +42,19 @@ void VT_beginImpl(const int*, int level, const TraceHeader* header) {
 void VT_rawprintf(const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    std::va_list again;
-    va_copy(again, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, arguments);
     va_end(arguments);
-    if (length > 0) {
-        std::string& text = openRecord.text;
-        const std::size_t start = text.size();
-        text.resize(start + static_cast<std::size_t>(length) + 1);
-        std::vsnprintf(&text[start], static_cast<std::size_t>(length) + 1, format, again);
-        text.pop_back();
+    if (length <= 0) {
+        return;
     }
-    va_end(again);
+    // Making room may throw: the arguments are not open meanwhile.
+    std::string& text = openRecord.text;
+    const std::size_t start = text.size();
+    text.resize(start + static_cast<std::size_t>(length) + 1);
+    va_start(arguments, format);
+    std::vsnprintf(&text[start], static_cast<std::size_t>(length) + 1, format, arguments);
+    va_end(arguments);
+    text.pop_back();
 }
 
 void VT_endImpl() {

@@ -51,4 +51,11 @@ TEST(SuggestionTest, listsWhatIsKnownWhenNothingIsNear) {
     EXPECT_EQ(Suggestion::remedy("zzz", {"min", "max"}), "known: \"min\", \"max\"");
 }
 
+TEST(SuggestionTest, countsTheLettersBetweenTwoWords) {
+    EXPECT_EQ(Suggestion::lettersApart("QZT 846 001", "qzt 846 001"), 0U);
+    EXPECT_EQ(Suggestion::lettersApart("QZT 846 01", "QZT 846 001"), 1U);
+    EXPECT_EQ(Suggestion::lettersApart("QZT 864 001", "QZT 846 001"), 1U);
+    EXPECT_EQ(Suggestion::lettersApart("abc", ""), 3U);
+}
+
 } // namespace

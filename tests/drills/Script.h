@@ -87,6 +87,8 @@ public:
     /// Counts a call and answers it.
     const ScriptedAnswer& ask(Call call, std::vector<std::int32_t> arguments = {});
 
+    const ScriptedAnswer& usual(Call call) const { return m_usual[indexOf(call)]; }
+
     /// How often a call was made since the start.
     std::size_t timesOf(Call call) const { return m_times[indexOf(call)]; }
 

@@ -29,6 +29,9 @@ public:
                                            short performanceProfileIndex) const override;
     Modulation getMaxModulationWithoutLimitation(const EFrameFormatMarket& market) const override;
 
+    /// Gives back the tables that were handed out; no service may use them any more.
+    void forgetTables() { m_kept.clear(); }
+
 private:
     /// Keeps what is handed out by its address for as long as the handler lives.
     const std::vector<int>& kept(const std::vector<std::int32_t>& values) const;

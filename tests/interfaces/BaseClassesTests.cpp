@@ -92,6 +92,24 @@ private:
     bool& m_ended;
 };
 
+class Named : public IInterface {
+public:
+    using IInterface::IInterface;
+};
+
+/// An explicit instantiation may name a private member, and hands it out here.
+const std::string& nameIn(const IInterface& object);
+template <std::string IInterface::*member>
+struct Opened {
+    friend const std::string& nameIn(const IInterface& object) { return object.*member; }
+};
+template struct Opened<&IInterface::m_name>;
+
+TEST(BaseClasses, HaveAnEmptyNameUnlessTheyAreGivenOne) {
+    EXPECT_EQ(nameIn(Named()), "");
+    EXPECT_EQ(nameIn(Named("ISomething_1")), "ISomething_1");
+}
+
 TEST(BaseClasses, EndTheWholeObjectWhenTheRootIsDeleted) {
     bool ended = false;
     const IInterface* const sut = new Mortal(ended);

@@ -4,22 +4,37 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
 
 #include <fcntl.h>
+#include <pty.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 namespace {
 
 [[noreturn]] void fail(const std::string& what) {
     throw std::runtime_error(what + ": " + std::strerror(errno));
+}
+
+std::string contentOf(int descriptor) {
+    std::string text;
+    char block[4096];
+    ssize_t count = 0;
+    while ((count = ::read(descriptor, block, sizeof block)) > 0) {
+        text.append(block, static_cast<std::size_t>(count));
+    }
+    return text;
 }
 
 /// A file without a name: the tool's streams end in files, so that neither side waits for the
@@ -45,17 +60,47 @@ public:
 
     std::string content() const {
         ::lseek(descriptor(), 0, SEEK_SET);
-        std::string text;
-        char block[4096];
-        ssize_t count = 0;
-        while ((count = ::read(descriptor(), block, sizeof block)) > 0) {
-            text.append(block, static_cast<std::size_t>(count));
-        }
-        return text;
+        return contentOf(descriptor());
     }
 
 private:
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> m_file;
+};
+
+/// A terminal: what is written to one end is read from the other.
+class PseudoTerminal {
+public:
+    PseudoTerminal() {
+        winsize size{};
+        size.ws_col = 100;
+        size.ws_row = 25;
+        if (::openpty(&m_reader, &m_writer, nullptr, nullptr, &size) != 0) {
+            fail("openpty");
+        }
+        termios settings{};
+        ::tcgetattr(m_writer, &settings);
+        settings.c_oflag &= ~static_cast<tcflag_t>(OPOST);
+        ::tcsetattr(m_writer, TCSANOW, &settings);
+    }
+    ~PseudoTerminal() {
+        ::close(m_reader);
+        ::close(m_writer);
+    }
+    PseudoTerminal(const PseudoTerminal&) = delete;
+    PseudoTerminal& operator=(const PseudoTerminal&) = delete;
+
+    int writer() const { return m_writer; }
+
+    /// Reads until nobody but this process holds the terminal any more.
+    std::string content() {
+        ::close(m_writer);
+        m_writer = -1;
+        return contentOf(m_reader);
+    }
+
+private:
+    int m_reader = -1;
+    int m_writer = -1;
 };
 
 /// The write end of a pipe whose read end is closed.
@@ -118,18 +163,58 @@ ToolProcess& ToolProcess::withoutOutput() {
     return *this;
 }
 
-ToolResult ToolProcess::run() const {
+ToolProcess& ToolProcess::withOutputOnTerminal() {
+    m_sink = Sink::Terminal;
+    return *this;
+}
+
+ToolProcess& ToolProcess::withErrorsOnTerminal() {
+    m_hasErrorTerminal = true;
+    return *this;
+}
+
+ToolProcess& ToolProcess::withEnvironment(const std::string& name, const std::string& value) {
+    m_environment[name] = value;
+    return *this;
+}
+
+void ToolProcess::become(int input, int output, int errors) const {
     std::vector<std::string> words = commandLine(m_arguments);
     std::vector<char*> pointers;
     for (std::string& word : words) {
         pointers.push_back(word.data());
     }
     pointers.push_back(nullptr);
+    for (const auto& [name, value] : m_environment) {
+        if (value.empty()) {
+            ::unsetenv(name.c_str());
+        } else {
+            ::setenv(name.c_str(), value.c_str(), 1);
+        }
+    }
+    // A test runner may have the signal ignored; the tool must not depend on that.
+    std::signal(SIGPIPE, SIG_DFL);
+    ::dup2(input, STDIN_FILENO);
+    ::dup2(output, STDOUT_FILENO);
+    ::dup2(errors, STDERR_FILENO);
+    if (m_sink == Sink::None) {
+        ::close(STDOUT_FILENO);
+    }
+    if (::chdir(m_folder.empty() ? QOR_TOOL_TESTS : m_folder.c_str()) == 0) {
+        ::execvp(pointers.front(), pointers.data());
+    }
+    ::_exit(127);
+}
 
+ToolResult ToolProcess::run() const {
     TemporaryFile input;
     input.fill(m_input);
     const TemporaryFile output;
     const TemporaryFile errors;
+    std::optional<PseudoTerminal> terminal;
+    if (m_sink == Sink::Terminal || m_hasErrorTerminal) {
+        terminal.emplace();
+    }
     int other = -1;
     if (m_sink == Sink::Path) {
         other = ::open(m_outputPath.c_str(), O_WRONLY | O_CLOEXEC);
@@ -138,6 +223,8 @@ ToolResult ToolProcess::run() const {
         }
     } else if (m_sink == Sink::ClosedPipe) {
         other = closedPipe();
+    } else if (m_sink == Sink::Terminal) {
+        other = ::dup(terminal->writer());
     }
 
     const pid_t child = ::fork();
@@ -145,34 +232,28 @@ ToolResult ToolProcess::run() const {
         fail("fork");
     }
     if (child == 0) {
-        // A test runner may have the signal ignored; the tool must not depend on that.
-        std::signal(SIGPIPE, SIG_DFL);
-        ::dup2(input.descriptor(), STDIN_FILENO);
-        ::dup2(other >= 0 ? other : output.descriptor(), STDOUT_FILENO);
-        ::dup2(errors.descriptor(), STDERR_FILENO);
-        if (m_sink == Sink::None) {
-            ::close(STDOUT_FILENO);
-        }
-        if (::chdir(m_folder.empty() ? QOR_TOOL_TESTS : m_folder.c_str()) == 0) {
-            ::execvp(pointers.front(), pointers.data());
-        }
-        ::_exit(127);
+        become(input.descriptor(), other >= 0 ? other : output.descriptor(),
+               m_hasErrorTerminal ? terminal->writer() : errors.descriptor());
     }
     if (other >= 0) {
         ::close(other);
     }
+    // A terminal holds little: it is read while the tool runs.
+    const std::string shown = terminal ? terminal->content() : std::string();
     int status = 0;
-    while (::waitpid(child, &status, 0) < 0) {
+    rusage usage{};
+    while (::wait4(child, &status, 0, &usage) < 0) {
         if (errno != EINTR) {
-            fail("waitpid");
+            fail("wait4");
         }
     }
 
     constexpr int signalled = 1000;
     ToolResult result;
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : signalled + WTERMSIG(status);
-    result.output = output.content();
-    result.errors = errors.content();
+    result.peakMemoryKiB = usage.ru_maxrss;
+    result.output = m_sink == Sink::Terminal ? shown : output.content();
+    result.errors = m_hasErrorTerminal ? shown : errors.content();
     return result;
 }
 

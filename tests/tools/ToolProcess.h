@@ -1,6 +1,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,7 @@ struct ToolResult {
     int status = 0; ///< exit status; 1000 and the number if a signal ended it
     std::string output;
     std::string errors;
+    long peakMemoryKiB = 0; ///< that it had resident
 
     /// Whether standard error holds exactly one line, and that begins with the tool's name.
     bool hasOneErrorLine() const;
@@ -39,6 +41,15 @@ public:
     /// Starts the tool with no standard output at all.
     ToolProcess& withoutOutput();
 
+    /// Puts standard output on a terminal, 100 columns wide, which changes no line end.
+    ToolProcess& withOutputOnTerminal();
+
+    /// Likewise standard error; where both are, on the same terminal, which either result shows.
+    ToolProcess& withErrorsOnTerminal();
+
+    /// Sets a variable of the environment for the tool; an empty value takes it away.
+    ToolProcess& withEnvironment(const std::string& name, const std::string& value);
+
     ToolResult run() const;
 
 private:
@@ -46,14 +57,19 @@ private:
         Captured,
         Path,
         ClosedPipe,
-        None
+        None,
+        Terminal
     };
+
+    [[noreturn]] void become(int input, int output, int errors) const;
 
     std::vector<std::string> m_arguments;
     std::string m_input;
     std::string m_folder;
     Sink m_sink = Sink::Captured;
     std::string m_outputPath;
+    bool m_hasErrorTerminal = false;
+    std::map<std::string, std::string> m_environment{{"TERM", "xterm"}, {"NO_COLOR", ""}};
 };
 
 /// Runs the tool with nothing but arguments.

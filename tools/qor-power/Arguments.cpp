@@ -126,8 +126,21 @@ OperatingInputs::Booster Arguments::booster(const std::string& option, const std
     return booster;
 }
 
+std::int32_t Arguments::power(const std::string& option, const std::string& text) {
+    return decibels32Of({option, text}, "dBm");
+}
+
 EReferenceSEC Arguments::rsec(const std::string& option, const std::string& text) {
     return enumeratorOf({option, text}, referenceSecTextForms());
+}
+
+EFrameFormatMarket Arguments::market(const std::string& option, const std::string& text) {
+    return enumeratorOf({option, text}, marketTextForms());
+}
+
+ModulationAndCoding Arguments::modulationAndCode(const std::string& option,
+                                                 const std::string& text) {
+    return enumeratorOf({option, text}, modulationAndCodeTextForms());
 }
 
 std::string Arguments::word(const std::string& option, const std::string& text,

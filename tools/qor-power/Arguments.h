@@ -1,6 +1,8 @@
 #pragma once
 
+#include "EFrameFormatMarket.h"
 #include "EReferenceSEC.h"
+#include "ModulationAndCoding.h"
 #include "OperatingInputs.h"
 
 #include <cstdint>
@@ -25,8 +27,17 @@ OperatingInputs::TemporaryCutback temporaryCutback(const std::string& option,
 /// "PRESENCE,GAIN,MAXINPUT,MAXMODULATION", or "none".
 OperatingInputs::Booster booster(const std::string& option, const std::string& text);
 
+/// A power in dBm with at most two decimals, as hundredths; of 32 bits.
+std::int32_t power(const std::string& option, const std::string& text);
+
 /// The text of a class; "UNDEFINED" leaves the choice to the system power controller.
 EReferenceSEC rsec(const std::string& option, const std::string& text);
+
+/// The text of a market.
+EFrameFormatMarket market(const std::string& option, const std::string& text);
+
+/// The text of a modulation-and-code; "UNDEFINED" is none.
+ModulationAndCoding modulationAndCode(const std::string& option, const std::string& text);
 
 /// One word out of a list.
 std::string word(const std::string& option, const std::string& text,

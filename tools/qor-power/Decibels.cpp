@@ -65,3 +65,7 @@ std::string Decibels::format(std::int64_t hundredths) {
     digits.insert(digits.size() - decimals, 1, '.');
     return isNegative ? '-' + digits : digits;
 }
+
+std::string Decibels::formatSigned(std::int64_t hundredths) {
+    return (hundredths > 0 ? "+" : "") + format(hundredths);
+}

@@ -14,6 +14,10 @@ namespace {
 
 } // namespace
 
+Terminal Output::terminal() const {
+    return Terminal(::fileno(m_stream), m_colorChoice);
+}
+
 void Output::write(std::string_view text) {
     if (std::fwrite(text.data(), 1, text.size(), m_stream) != text.size()) {
         fail();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Terminal.h"
+
 #include <cstdio>
 #include <string_view>
 
@@ -9,6 +11,11 @@ public:
     /// @param stream that leads there.
     explicit Output(std::FILE* stream)
         : m_stream(stream) {}
+
+    void setColorChoice(ColorChoice choice) { m_colorChoice = choice; }
+
+    /// How text on it may look. Only text for people is ever styled.
+    Terminal terminal() const;
 
     /// @throw OutputError
     void write(std::string_view text);
@@ -20,4 +27,5 @@ public:
 
 private:
     std::FILE* m_stream;
+    ColorChoice m_colorChoice = ColorChoice::Auto;
 };

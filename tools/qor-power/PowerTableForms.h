@@ -3,6 +3,20 @@
 #include "PowerTable.h"
 
 #include <string>
+#include <utility>
+#include <vector>
+
+/// Labels and values, one line each.
+using Heading = std::vector<std::pair<std::string, std::string>>;
+
+/// What the powers of a table hold for.
+Heading headingOf(const PowerTable& table);
+
+/// A heading with its values below each other.
+std::string textOf(const Heading& heading);
+
+/// What the reader of a row must not miss: why there is no power, or what is odd about it.
+std::string remarkOf(const PowerTable::Row& row);
 
 /// A table for people: the heading, a blank line, aligned columns.
 std::string textForm(const PowerTable& table);

@@ -1,23 +1,10 @@
+#include "PowerTableJson.h"
+
 #include "PowerTableForms.h"
 
-#include <nlohmann/json.hpp>
-
 #include <sstream>
-#include <utility>
 
 namespace {
-
-// The order in which keys are added is the order in which they are printed.
-using Json = nlohmann::ordered_json;
-
-template <class Value>
-Json orNull(const std::optional<Value>& value) {
-    return value ? Json(*value) : Json(nullptr);
-}
-
-Json textOrNull(const std::string& text) {
-    return text.empty() ? Json(nullptr) : Json(text);
-}
 
 /// The market's text, or its number in decimal if it has none.
 std::string textOf(EFrameFormatMarket market) {
@@ -75,19 +62,21 @@ Json cutbackOf(const OperatingInputs& inputs) {
     return cutback;
 }
 
-Json boosterOf(const OperatingInputs& inputs) {
-    if (!inputs.booster || inputs.booster->presence == 0) {
+} // namespace
+
+Json jsonOf(const std::optional<OperatingInputs::Booster>& booster) {
+    if (!booster || booster->presence == 0) {
         return nullptr;
     }
-    Json booster;
-    booster["presence"] = inputs.booster->presence;
-    booster["gainCentiDb"] = inputs.booster->gain;
-    booster["maxInputPowerCentiDbm"] = inputs.booster->maxInputPower;
-    booster["maxModulation"] = convertAcmEnumToString(inputs.booster->maxModulation);
-    return booster;
+    Json object;
+    object["presence"] = booster->presence;
+    object["gainCentiDb"] = booster->gain;
+    object["maxInputPowerCentiDbm"] = booster->maxInputPower;
+    object["maxModulation"] = convertAcmEnumToString(booster->maxModulation);
+    return object;
 }
 
-Json rowOf(const PowerTable::Row& row) {
+Json jsonOf(const PowerTable::Row& row) {
     Json line;
     line["code"] = row.modulationAndCode.code;
     line["name"] = convertCodeAndModulationEnumToString(row.modulationAndCode);
@@ -99,9 +88,16 @@ Json rowOf(const PowerTable::Row& row) {
     return line;
 }
 
-} // namespace
+Json textOrNull(const std::string& text) {
+    return text.empty() ? Json(nullptr) : Json(text);
+}
 
-std::string jsonForm(const PowerTable& table) {
+std::string printed(const Json& document) {
+    constexpr int indentation = 2;
+    return document.dump(indentation, ' ', false, Json::error_handler_t::replace) + '\n';
+}
+
+Json jsonOf(const PowerTable& table) {
     Json object;
     object["radioFile"] = table.radioFile;
     object["channel"] = table.servedChannel;
@@ -113,7 +109,7 @@ std::string jsonForm(const PowerTable& table) {
     object["acm"] = acmOf(table);
     object["maxModulation"] = limitOf(table);
     object["cutback"] = cutbackOf(table.inputs);
-    object["booster"] = boosterOf(table.inputs);
+    object["booster"] = jsonOf(table.inputs.booster);
     object["temperature"] = orNull(table.inputs.temperature);
     object["result"] = table.result;
     object["failure"] = textOrNull(table.failure);
@@ -121,9 +117,11 @@ std::string jsonForm(const PowerTable& table) {
     object["notes"] = table.notes;
     Json& rows = object["rows"] = Json::array();
     for (const PowerTable::Row& row : table.rows) {
-        rows.push_back(rowOf(row));
+        rows.push_back(jsonOf(row));
     }
-    // A path on the command line need not be UTF-8.
-    constexpr int indentation = 2;
-    return object.dump(indentation, ' ', false, Json::error_handler_t::replace) + '\n';
+    return object;
+}
+
+std::string jsonForm(const PowerTable& table) {
+    return printed(jsonOf(table));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Explanation.h"
 #include "PowerTable.h"
 #include "RadioFile.h"
 
@@ -21,4 +22,8 @@ public:
     /// @throw ToolError ServiceDidNotStart; OtherTrouble for a frame format of more than 10000
     /// codes.
     PowerTable run(const RadioFile& file) const;
+
+    /// Likewise, and explains every power. Where the library's traces do not tell a figure, further
+    /// queries are put to it, in nodes of their own.
+    ExplainedTable explain(const RadioFile& file) const;
 };

@@ -1,26 +1,13 @@
 #include "Decibels.h"
 #include "OneLine.h"
 #include "PowerTableForms.h"
+#include "TextColumns.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <sstream>
-#include <utility>
 
 namespace {
-
-using Heading = std::vector<std::pair<std::string, std::string>>;
-
-enum class Align {
-    Left,
-    Right
-};
-
-std::string padded(const std::string& text, std::size_t width, Align align) {
-    const std::string blanks(width - std::min(width, text.size()), ' ');
-    return align == Align::Left ? text + blanks : blanks + text;
-}
 
 std::string decibels(std::int64_t hundredths) {
     return Decibels::format(hundredths) + " dB";
@@ -115,6 +102,8 @@ std::string boosterText(const OperatingInputs& inputs) {
            convertAcmEnumToString(booster.maxModulation);
 }
 
+} // namespace
+
 Heading headingOf(const PowerTable& table) {
     Heading heading = {
         {"Radio file", table.radioFile},
@@ -149,7 +138,6 @@ Heading headingOf(const PowerTable& table) {
     return heading;
 }
 
-/// The last column: what the reader must not miss.
 std::string remarkOf(const PowerTable::Row& row) {
     if (!row.maxPower) {
         return row.reason;
@@ -161,10 +149,7 @@ std::string remarkOf(const PowerTable::Row& row) {
     return remark;
 }
 
-} // namespace
-
-std::string textForm(const PowerTable& table) {
-    const Heading heading = headingOf(table);
+std::string textOf(const Heading& heading) {
     std::size_t labelWidth = 0;
     for (const auto& [label, value] : heading) {
         labelWidth = std::max(labelWidth, label.size());
@@ -173,34 +158,23 @@ std::string textForm(const PowerTable& table) {
     for (const auto& [label, value] : heading) {
         text += padded(label, labelWidth, Align::Left) + "  " + value + '\n';
     }
-    if (table.rows.empty()) {
-        return text;
-    }
+    return text;
+}
 
-    using Line = std::array<std::string, 5>;
-    constexpr std::array align = {Align::Right, Align::Left, Align::Left, Align::Right,
-                                  Align::Left};
-    std::vector<Line> lines = {{"Code", "Name", "Modulation", "Max power/dBm", "Remark"}};
+std::string textForm(const PowerTable& table) {
+    const std::string heading = textOf(headingOf(table));
+    if (table.rows.empty()) {
+        return heading;
+    }
+    std::vector<std::vector<std::string>> lines = {
+        {"Code", "Name", "Modulation", "Max power/dBm", "Remark"}};
     for (const PowerTable::Row& row : table.rows) {
         lines.push_back({std::to_string(row.modulationAndCode.code),
                          convertCodeAndModulationEnumToString(row.modulationAndCode),
                          convertAcmEnumToString(row.modulation),
                          row.maxPower ? Decibels::format(*row.maxPower) : "-", remarkOf(row)});
     }
-    std::array<std::size_t, align.size()> widths{};
-    for (const Line& line : lines) {
-        for (std::size_t column = 0; column < line.size(); ++column) {
-            widths[column] = std::max(widths[column], line[column].size());
-        }
-    }
-    text += '\n';
-    for (const Line& line : lines) {
-        std::string row;
-        for (std::size_t column = 0; column < line.size(); ++column) {
-            row += (column == 0 ? "" : "  ") + padded(line[column], widths[column], align[column]);
-        }
-        row.resize(row.find_last_not_of(' ') + 1);
-        text += row + '\n';
-    }
-    return text;
+    return heading + '\n' +
+           alignedColumns({Align::Right, Align::Left, Align::Left, Align::Right, Align::Left},
+                          lines);
 }

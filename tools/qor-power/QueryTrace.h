@@ -1,9 +1,10 @@
 #pragma once
 
+#include "CalculationFigures.h"
 #include "DeskTrace.h"
 #include "Modulation.h"
+#include "TraceTrouble.h"
 
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,16 +25,16 @@ struct QueryTrace {
         bool byProfile = false; ///< the radio's is by its performance profile; else by the market
     };
 
-    /// Something that went wrong.
-    struct Trouble {
-        std::string text;
-        bool countsAsZero = false; ///< where the calculation succeeds in spite of it
-    };
+    using Trouble = TraceTrouble;
 
     /// The calculation for one modulation. It may go wrong and succeed all the same.
     struct Calculation {
+        CalculationFigures figures;
         bool failed = false;
-        std::vector<Trouble> troubles;
+        std::vector<Trouble> troubles = {};
+
+        /// The troubles on one line; empty without one.
+        std::string words() const;
     };
 
     /// Reads the records of one query, in the order written.
@@ -42,7 +43,7 @@ struct QueryTrace {
     /// The family that a record names as the selected one.
     static std::optional<Family> familyIn(const TraceRecord& record);
 
-    /// The calculation for a modulation, or null if none was made.
+    /// The first calculation for a modulation, or null if none was made.
     const Calculation* find(Modulation modulation) const;
 
     std::optional<Family> family; ///< nothing if the query ended before a family was selected
@@ -51,5 +52,6 @@ struct QueryTrace {
     std::optional<std::string> rsec; ///< class handed to the calculator; nothing if none was
     std::string failure;             ///< why the query failed as a whole; empty if nothing says so
     std::vector<std::string> notes;  ///< what else was out of the ordinary
-    std::map<std::string, Calculation> calculations; ///< by the text of the modulation
+    Rule failureRule = Rule::QueryFailed;
+    std::vector<Calculation> calculations; ///< in the order made
 };

@@ -1,6 +1,7 @@
 #include "ReplayCommand.h"
 
 #include "Arguments.h"
+#include "CommonOptions.h"
 #include "Input.h"
 #include "Messages.h"
 #include "Replay.h"
@@ -8,6 +9,31 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
+
+Command ReplayCommand::describe() {
+    const auto options = std::make_shared<Options>();
+    Command command;
+    command.name = "replay";
+    command.summary = "Play the requests of radio files and print the answers";
+    command.examples = {
+        {"qor-power replay radio.json", "play the requests of a radio file"},
+        {"qor-power replay radio.json --trace 6"},
+        {"qor-power replay monday.json tuesday.json"},
+        {"qor-power replay - < radio.json"},
+    };
+    command.about = {"Each file is played in a fresh service, and each call is printed as one line "
+                     "of JSON."};
+    command.options = {
+        CommonOptions::radioFiles(options->files),
+        {"--trace", "LEVEL",
+         "Report the library's traces up to a level: 1 errors, 2 warnings, 4 invalid input, "
+         "5 results, 6 everything; 0, the default, none",
+         &options->traceLevel},
+    };
+    command.run = [options](Output& output) { return ReplayCommand(*options).run(output); };
+    return command;
+}
 
 ReplayCommand::ReplayCommand(const Options& options)
     : m_files(options.files)

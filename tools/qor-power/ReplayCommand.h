@@ -1,7 +1,6 @@
 #pragma once
 
-#include "ExitStatus.h"
-#include "Output.h"
+#include "Command.h"
 
 #include <string>
 #include <vector>
@@ -16,6 +15,8 @@ public:
         std::vector<std::string> files;
         std::string traceLevel = "0";
     };
+
+    static Command describe();
 
     /// @throw UsageError
     explicit ReplayCommand(const Options& options);

@@ -1,15 +1,19 @@
 #include "TableCommand.h"
 
 #include "Arguments.h"
+#include "CommonOptions.h"
 #include "Input.h"
 #include "Messages.h"
 #include "PowerTableForms.h"
 #include "ToolError.h"
 
-#include <cstdint>
-#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace {
+
+const std::vector<std::string> formats{"text", "csv", "json"};
 
 PowerTable load(const std::string& file, const PowerTableQuery& query) {
     const RadioFile radioFile = loadRadioFile(file);
@@ -24,27 +28,32 @@ PowerTable load(const std::string& file, const PowerTableQuery& query) {
 
 } // namespace
 
+Command TableCommand::describe() {
+    const auto options = std::make_shared<Options>();
+    Command command;
+    command.name = "table";
+    command.summary = "Show the powers of every modulation-and-code of a frame format";
+    command.examples = {
+        {"qor-power table radio.json", "powers of the configured frame format"},
+        {"qor-power table radio.json --cutback 3 --rsec 4L"},
+        {"qor-power table radio.json --frame-format 7 --format csv"},
+        {"qor-power table radio.json --booster 1,15,14,256QAM"},
+        {"qor-power table - < radio.json"},
+    };
+    command.about = {"The cutbacks and the booster that the requests of the file set are in force "
+                     "unless they are given here; the other requests are not played."};
+    command.options = options->query.describe();
+    command.options.insert(
+        command.options.begin(),
+        {CommonOptions::radioFile(options->file), CommonOptions::format(options->format, formats)});
+    command.run = [options](Output& output) { return TableCommand(*options).run(output); };
+    return command;
+}
+
 TableCommand::TableCommand(const Options& options)
     : m_file(options.file)
-    , m_format(Arguments::word("--format", options.format, {"text", "csv", "json"})) {
-    if (options.frameFormat) {
-        m_query.frameFormatId = static_cast<std::int32_t>(Arguments::integer(
-            "--frame-format", *options.frameFormat, 0, std::numeric_limits<std::int32_t>::max()));
-    }
-    if (options.cutback) {
-        m_query.inputs.permanentCutback = Arguments::cutback("--cutback", *options.cutback);
-    }
-    if (options.temporaryCutback) {
-        m_query.inputs.temporaryCutback =
-            Arguments::temporaryCutback("--temporary-cutback", *options.temporaryCutback);
-    }
-    if (options.booster) {
-        m_query.inputs.booster = Arguments::booster("--booster", *options.booster);
-    }
-    if (options.rsec) {
-        m_query.rsec = Arguments::rsec("--rsec", *options.rsec);
-    }
-}
+    , m_format(Arguments::word("--format", options.format, formats))
+    , m_query(options.query.query()) {}
 
 ExitStatus TableCommand::run(Output& output) const {
     const PowerTable table = load(m_file, m_query);

@@ -1,26 +1,22 @@
 #pragma once
 
-#include "ExitStatus.h"
-#include "Output.h"
+#include "Command.h"
 #include "PowerTableQuery.h"
+#include "QueryOptions.h"
 
-#include <optional>
 #include <string>
-#include <vector>
 
 /// `qor-power table`: the powers of one frame format of a radio.
 class TableCommand {
 public:
-    /// As on the command line. What is not given is left to the radio file.
+    /// As on the command line.
     struct Options {
         std::string file;
-        std::optional<std::string> frameFormat;
         std::string format = "text";
-        std::optional<std::string> cutback;
-        std::optional<std::string> temporaryCutback;
-        std::optional<std::string> booster;
-        std::optional<std::string> rsec;
+        QueryOptions query;
     };
+
+    static Command describe();
 
     /// @throw UsageError
     explicit TableCommand(const Options& options);

@@ -39,7 +39,7 @@ constexpr Product products[] = {
 };
 
 constexpr std::size_t shortestNumber = 10;
-constexpr std::size_t longestNumber = 13;
+constexpr std::size_t longestNumber = 12;
 constexpr std::size_t slotCount = 64;
 
 /// Where a product stands in the slots, from the characters in which the numbers differ. The
@@ -58,14 +58,14 @@ constexpr std::array<unsigned char, slotCount> productsBySlot = [] {
     for (unsigned char& slot : slots) {
         slot = std::size(products);
     }
-    for (std::size_t i = 0; i < std::size(products); ++i) {
+    for (std::size_t i = 0; i != std::size(products); ++i) {
         slots[slotOf(products[i].number)] = static_cast<unsigned char>(i);
     }
     return slots;
 }();
 
-constexpr bool everyProductHasItsSlot() {
-    for (std::size_t i = 0; i < std::size(products); ++i) {
+constexpr bool everyProductHasItsSlot = [] {
+    for (std::size_t i = 0; i != std::size(products); ++i) {
         if (products[i].number.size() < shortestNumber ||
             products[i].number.size() > longestNumber ||
             productsBySlot[slotOf(products[i].number)] != i) {
@@ -73,8 +73,8 @@ constexpr bool everyProductHasItsSlot() {
         }
     }
     return true;
-}
-static_assert(everyProductHasItsSlot(), "two products meet: choose other factors in slotOf()");
+}();
+static_assert(everyProductHasItsSlot, "two products meet: choose other factors in slotOf()");
 
 /// Whether two numbers are equal. Their first and their last eight characters overlap, and a
 /// compiler compares eight without a call.

@@ -67,6 +67,22 @@ void traceIgnored(const char* function, Modulation modulation) {
                  " as it's not supported by combined HW capability");
 }
 
+/// The channel that a service built with a number serves.
+RadioChannel servedChannel(unsigned long radioChannel) {
+    return radioChannel == 2 ? 2 : 1;
+}
+
+/// Name of a channel's service in the broker. It is built once and stays: a destructor, which
+/// cannot report that the heap is used up, finds it ready, however late in the process it runs.
+const std::string& serviceName(RadioChannel channel) {
+    if (channel == 2) {
+        static const auto* const second = new std::string(IOutputPowerCalculator::interfaceName(2));
+        return *second;
+    }
+    static const auto* const first = new std::string(IOutputPowerCalculator::interfaceName(1));
+    return *first;
+}
+
 /// Fetches a neighbour of initialize() from the broker.
 /// @param[out] neighbour null if there is none of that name and type.
 /// @param complaint what the trace says before the name if there is none.
@@ -83,15 +99,17 @@ bool connect(Interface*& neighbour, const std::string& name, const char* complai
 
 // The tables take the number as it was given, not the channel that is served: that is meant.
 OutputPowerCalculator::OutputPowerCalculator(unsigned long radioChannel)
-    : m_radioChannel(radioChannel == 2 ? 2 : 1)
+    : m_radioChannel(servedChannel(radioChannel))
     , m_txRfMaxPowerCapabilityDpd1Etsi(radioChannel, EDpdVersion::Dpd1, EFrameFormatMarket::Etsi)
     , m_txRfMaxPowerCapabilityDpd2Etsi(radioChannel, EDpdVersion::Dpd2, EFrameFormatMarket::Etsi)
     , m_txRfMaxPowerCapabilityDpd1Ansi(radioChannel, EDpdVersion::Dpd1, EFrameFormatMarket::Ansi)
-    , m_txRfMaxPowerCapabilityDpd2Ansi(radioChannel, EDpdVersion::Dpd2, EFrameFormatMarket::Ansi) {}
+    , m_txRfMaxPowerCapabilityDpd2Ansi(radioChannel, EDpdVersion::Dpd2, EFrameFormatMarket::Ansi) {
+    // For the destructor.
+    serviceName(m_radioChannel);
+}
 
 OutputPowerCalculator::~OutputPowerCalculator() {
-    InterfaceBroker::getInstance().unregisterInterface(
-        IOutputPowerCalculator::interfaceName(m_radioChannel), nullptr);
+    InterfaceBroker::getInstance().unregisterInterface(serviceName(m_radioChannel), nullptr);
 }
 
 unsigned OutputPowerCalculator::initialize() {
@@ -129,8 +147,7 @@ unsigned OutputPowerCalculator::initialize() {
         return ResultCode::Failure;
     }
 
-    InterfaceBroker::getInstance().registerInterface(
-        IOutputPowerCalculator::interfaceName(m_radioChannel), this);
+    InterfaceBroker::getInstance().registerInterface(serviceName(m_radioChannel), this);
     return ResultCode::Success;
 }
 
@@ -182,20 +199,20 @@ void OutputPowerCalculator::applyCutbackToMaxPower(long& power) const {
 
 Calculator* OutputPowerCalculator::getCalculator() const {
     const std::string productNumber = m_capabilityHandler->getTmuHwProductNumber();
-    switch (hardwareFamilyOf(productNumber)) {
-    case HardwareFamily::Outdoor1:
+    const HardwareFamily family = hardwareFamilyOf(productNumber);
+    if (family == HardwareFamily::Outdoor1) {
         TRACE_MSG(TraceLevel::Detail,
                   (productNumber.empty() ? "Empty productNumber, using" : "Using"),
                   " KaM max power algorithm");
         return CalculatorKam::getInstance();
-    case HardwareFamily::Outdoor3:
+    }
+    if (family == HardwareFamily::Outdoor3) {
         TRACE_MSG(TraceLevel::Detail, "Using KaMV3 max power algorithm");
         return CalculatorKamV3::getInstance();
-    case HardwareFamily::OlderRadioUnit:
+    }
+    if (family == HardwareFamily::OlderRadioUnit) {
         TRACE_MSG(TraceLevel::Detail, "Using legacy TMU max power algorithm");
         return CalculatorVo4::getInstance();
-    case HardwareFamily::NewerRadioUnit:
-        break;
     }
     TRACE_MSG(TraceLevel::Detail, "Using TMU max power algorithm");
     return CalculatorVo5::getInstance();
@@ -633,7 +650,7 @@ QOR_WHOLE_STEP unsigned OutputPowerCalculator::populateModulationPowerMap(
         std::minmax_element(modulationAndCodeArray.begin(), modulationAndCodeArray.end());
     const Modulation availableMaxMod = convertCodeToModulation(*highestCode);
     // The undefined code is the highest of all: an array that holds it anywhere fails here,
-    // although the walk below would skip it. That is meant.
+    // although the walk could leave it out. That is meant.
     if (availableMaxMod == Modulation::UNDEFINED) {
         TRACE_MSG(TraceLevel::Error,
                   "Failed to calculate power capabilities for undefined max modulation");
@@ -661,7 +678,8 @@ QOR_WHOLE_STEP unsigned OutputPowerCalculator::populateModulationPowerMap(
     auto place = powerMap.begin();
     for (const ModulationAndCoding& code : modulationAndCodeArray) {
         const Modulation modulation = convertCodeToModulation(code);
-        if (isUndefined(code) || limitedMaxMod < modulation) {
+        // A number between the codes has the undefined modulation, which is above every limit.
+        if (limitedMaxMod < modulation) {
             continue;
         }
         if (modulation != lastStored) {

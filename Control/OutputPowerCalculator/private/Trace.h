@@ -41,6 +41,7 @@ public:
 
     bool isEnabled(int level) const { return m_trace.isEnabled(level); }
 
+    // NOLINTBEGIN(performance-unnecessary-value-param): by value on purpose, see above
     template <class... Parts>
     __attribute__((noinline, cold)) void message(int level, const char* function, int line,
                                                  Parts... parts) {
@@ -55,6 +56,7 @@ public:
         (text.stream << ... << parts);
         writeEntry(function, line, text.stream);
     }
+    // NOLINTEND(performance-unnecessary-value-param)
 
 private:
     void writeMessage(int level, const char* function, int line, const std::ostringstream& text);

@@ -109,15 +109,14 @@ int TxRfMaxPowerCapability::initialize() {
 }
 
 unsigned TxRfMaxPowerCapability::fetch(PmaxTable table) {
-    switch (table) {
-    case PmaxTableDpd1Ansi:
+    if (table == PmaxTableDpd1Ansi) {
         return m_capabilityHandler->getPmaxCapabilityDpd1Ansi(&m_pmaxTable, &m_pmaxTableSize);
-    case PmaxTableDpd2Ansi:
+    }
+    if (table == PmaxTableDpd2Ansi) {
         return m_capabilityHandler->getPmaxCapabilityDpd2Ansi(&m_pmaxTable, &m_pmaxTableSize);
-    case PmaxTableDpd1Etsi:
+    }
+    if (table == PmaxTableDpd1Etsi) {
         return m_capabilityHandler->getPmaxCapabilityDpd1Etsi(&m_pmaxTable, &m_pmaxTableSize);
-    case PmaxTableDpd2Etsi:
-        break;
     }
     return m_capabilityHandler->getPmaxCapabilityDpd2Etsi(&m_pmaxTable, &m_pmaxTableSize);
 }

@@ -52,6 +52,16 @@ TEST_F(BoosterStepsTest, AddBothAdjustments) {
                             "6 msg CalculatorSome.getMaxPower: maxPower (boosted.4): 1035"));
 }
 
+TEST_F(BoosterStepsTest, FailWithoutAnEntryAlsoWhileNothingIsTraced) {
+    DeskTrace::getInstance().setLevel(0);
+
+    EXPECT_EQ(applyBooster(source, tablesOf({}, band0), data, booster, power), 32770);
+    EXPECT_EQ(applyBooster(source, tablesOf(adjustments, {}), data, booster, power), 32770);
+
+    EXPECT_EQ(power, 1000);
+    EXPECT_THAT(trace.lines(), IsEmpty());
+}
+
 TEST_F(BoosterStepsTest, DoNothingWithoutABooster) {
     const Booster none = {0, 100, -100, Modulation::CW};
 

@@ -2,6 +2,7 @@
 #include "CalculatorKamV2.h"
 #include "CalculatorVo4.h"
 #include "CalculatorVo5.h"
+#include "DbTable.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -166,6 +167,15 @@ std::vector<std::string> differences(const Cells& table, const Cells& sheet) {
         }
     }
     return found;
+}
+
+TEST(Tables, AreWrittenDownInRowsOfALabelAndWholeDecibels) {
+    std::vector<int> labels = {7};
+
+    const auto row = dbRow(labels.front(), 3, -2, 0);
+
+    EXPECT_EQ(row.label, 7);
+    EXPECT_THAT(row.dB, ::testing::ElementsAre(3, -2, 0));
 }
 
 TEST(Tables, OfTheFirstOutdoorFamilyAreThoseOfItsSheet) {

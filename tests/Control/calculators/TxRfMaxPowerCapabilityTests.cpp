@@ -323,6 +323,18 @@ TEST(InvalidCombination, FailsWithoutAskingForATable) {
     }
 }
 
+TEST(InvalidCombination, FailsAlsoWhileNothingIsTraced) {
+    Handler handler;
+    const Published published("ICapabilityHandler_1", &handler);
+    TxRfMaxPowerCapability sut(1, EDpdVersion::Dpd3, EFrameFormatMarket::Etsi);
+    TraceCapture trace(0);
+
+    EXPECT_EQ(sut.initialize(), 32768);
+
+    EXPECT_THAT(trace.lines(), IsEmpty());
+    EXPECT_THAT(handler.calls, IsEmpty());
+}
+
 TEST_F(TableOfOneRadio, SucceedsBelow32768AndFailsFromThereUp) {
     for (const auto& [result, isSuccess] :
          {std::pair{0U, true}, std::pair{1U, true}, std::pair{32767U, true},

@@ -240,3 +240,15 @@ TEST_F(StartedServiceTest, temperatureHasNoEffectOnAnyPower) {
     EXPECT_EQ(before, 2750); // 2600 + 150
     EXPECT_EQ(after, 2750);
 }
+
+TEST_F(OperatingInputs, allOfThemStartAtZero) {
+    EXPECT_EQ(Inside::temperature(sut), 0);
+    EXPECT_FALSE(Inside::useTemporaryPowerCutback(sut));
+    EXPECT_EQ(Inside::temporaryPowerCutback(sut), 0U);
+    EXPECT_EQ(Inside::powerCutback(sut), 0U);
+    EXPECT_EQ(Inside::boosterPresence(sut), 0);
+    EXPECT_EQ(Inside::boosterGain(sut), 0);
+    EXPECT_EQ(Inside::boosterMaxInputPower(sut), 0);
+    EXPECT_EQ(Inside::boosterMaxModulation(sut), Modulation::CW);
+    EXPECT_EQ(Inside::minOutputPower(sut), nullptr);
+}

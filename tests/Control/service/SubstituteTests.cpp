@@ -182,6 +182,16 @@ TEST_F(WithoutCalculator, adModPowerFailsAfterItsLookUps) {
                                            usingKam, msg(2, "getAdModMaxPower", missing)})));
 }
 
+TEST_F(WithoutCalculator, adModPowerFailsAlsoWhileNothingIsTraced) {
+    TraceCapture trace(0);
+
+    const int result = getAdModMaxPower(dpd1, etsi, true);
+
+    EXPECT_EQ(result, 32778);
+    EXPECT_EQ(maxPower, untouched);
+    EXPECT_THAT(trace.lines(), IsEmpty());
+}
+
 TEST_F(WithoutCalculator, unrestrictedPmaxFails) {
     TraceCapture trace(6);
 
@@ -417,6 +427,17 @@ TEST_F(WithStandIn, whoseReferenceHasNoPmaxIsNotAskedForAPower) {
                                 "Could not get max output power for reference offset 0QAM")));
 }
 
+TEST_F(WithStandIn, whoseReferenceHasNoPmaxFailsAlsoWhileNothingIsTraced) {
+    calculator.reference = Modulation{8};
+    TraceCapture trace(0);
+
+    const int result = getAdModMaxPower(dpd1, etsi, true);
+
+    EXPECT_EQ(result, 32776);
+    EXPECT_EQ(maxPower, untouched);
+    EXPECT_THAT(trace.lines(), IsEmpty());
+}
+
 TEST_F(WithStandIn, whoseAnswerIs2CountsAs0InAFixedModulationWithABooster) {
     calculator.result = 2;
     calculator.power.reset();
@@ -513,6 +534,19 @@ TEST_P(TableResult, ofAFailureFailsThePairAndAsksForNoMinimum) {
     EXPECT_EQ(pmin, untouched);
     EXPECT_THAT(trace.lines(), ElementsAre(enter("findPminPmax"),
                                            msg(1, "findPminPmax", "Failed to getMaxPower")));
+}
+
+TEST_P(TableResult, ofAFailureFailsThePairAlsoWhileNothingIsTraced) {
+    s_tableResult = GetParam();
+    long pmin = untouched;
+    long pmax = untouched;
+    TraceCapture trace(0);
+
+    const int result = sut.findPminPmax(pmin, pmax);
+
+    EXPECT_EQ(result, 32768);
+    EXPECT_EQ(pmin, untouched);
+    EXPECT_THAT(trace.lines(), IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(, TableResult, ::testing::Values(32768, 32776, -1));

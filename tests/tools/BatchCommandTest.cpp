@@ -1,0 +1,362 @@
+#include "ToolProcess.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <sstream>
+#include <string>
+#include <vector>
+
+// The powers are those that TableCommandTest.cpp works out by hand.
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr int done = 0;
+constexpr int badLine = 2;
+constexpr int otherTrouble = 4;
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+std::vector<Json> documentsOf(const std::string& text) {
+    std::vector<Json> documents;
+    for (const std::string& line : linesOf(text)) {
+        documents.push_back(Json::parse(line));
+    }
+    return documents;
+}
+
+ToolResult runBatch(const std::string& input, std::vector<std::string> arguments = {}) {
+    arguments.insert(arguments.begin(), "batch");
+    return ToolProcess(arguments).withInput(input).run();
+}
+
+/// A radio file as a list may hold it: on one line.
+std::string onOneLine(const std::string& path) {
+    return Json::parse(contentOf(path), nullptr, true, true).dump();
+}
+
+TEST(Batch, AnswersEveryLineInItsPlace) {
+    const ToolResult result = runBatch("radios/outdoor1.json\n"
+                                       "radios/radio-unit-booster.json\n");
+
+    EXPECT_EQ(result.status, done) << result;
+    const std::vector<Json> answers = documentsOf(result.output);
+    ASSERT_EQ(answers.size(), 2U);
+    EXPECT_EQ(answers[0]["radioFile"], "radios/outdoor1.json");
+    EXPECT_EQ(answers[1]["radioFile"], "radios/radio-unit-booster.json");
+    EXPECT_TRUE(answers[0]["error"].is_null());
+    EXPECT_TRUE(answers[0]["place"].is_null());
+    EXPECT_EQ(answers[0]["minPowerCentiDbm"], -750);
+}
+
+TEST(Batch, SaysOfEveryCodeThePowerAndTheRuleThatDecides) {
+    const ToolResult result = runBatch("radios/outdoor1.json\n");
+
+    const Json rows = documentsOf(result.output).at(0)["rows"];
+    ASSERT_EQ(rows.size(), 6U);
+    EXPECT_EQ(rows[2]["name"], "16QAM");
+    EXPECT_EQ(rows[2]["maxPowerCentiDbm"], 2250);
+    EXPECT_EQ(rows[2]["rule"], "offset-table");
+    EXPECT_EQ(rows[3]["maxPowerCentiDbm"], 2100);
+    EXPECT_EQ(rows[3]["rule"], "pmax-row");
+    EXPECT_TRUE(rows[5]["maxPowerCentiDbm"].is_null());
+    EXPECT_EQ(rows[5]["rule"], "hardware-limit");
+}
+
+TEST(Batch, TakesARadioFileThatStandsInTheLine) {
+    const ToolResult byPath = runBatch("radios/outdoor1.json\n", {"--quiet"});
+    const ToolResult inLine = runBatch(onOneLine("radios/outdoor1.json") + '\n', {"--quiet"});
+
+    Json expected = documentsOf(byPath.output).at(0);
+    expected["radioFile"] = nullptr;
+    EXPECT_EQ(documentsOf(inLine.output).at(0), expected);
+}
+
+TEST(Batch, GivesTheIdOfALineBack) {
+    const ToolResult result = runBatch("node 17\tradios/outdoor1.json\n"
+                                       "node 18\t" +
+                                       onOneLine("radios/outdoor1.json") +
+                                       "\n"
+                                       "node 19\tno-such-file.json\n"
+                                       "\tradios/outdoor1.json\n");
+
+    const std::vector<Json> answers = documentsOf(result.output);
+    ASSERT_EQ(answers.size(), 4U);
+    EXPECT_EQ(answers[0]["id"], "node 17");
+    EXPECT_EQ(answers[1]["id"], "node 18");
+    EXPECT_EQ(answers[1]["rows"], answers[0]["rows"]);
+    EXPECT_EQ(answers[2]["id"], "node 19");
+    EXPECT_EQ(answers[2]["radioFile"], "no-such-file.json");
+    EXPECT_TRUE(answers[3]["id"].is_null());
+    EXPECT_EQ(answers[3]["rows"], answers[0]["rows"]);
+}
+
+TEST(Batch, ReadsAListThatIsAFile) {
+    const ToolResult result = runTool({"batch", "radios/list.txt", "--quiet"});
+
+    EXPECT_EQ(result.status, done) << result;
+    EXPECT_EQ(documentsOf(result.output).size(), 2U);
+    EXPECT_EQ(result.errors, "");
+}
+
+TEST(Batch, TakesTheQuerysOptions) {
+    // The temporary cutback of 5.50 dB: 256QAM is min(18.00, 16.50).
+    const ToolResult result = runBatch("radios/outdoor1.json\n", {"--temporary-cutback", "5.5"});
+
+    EXPECT_EQ(documentsOf(result.output).at(0)["rows"][4]["maxPowerCentiDbm"], 1650);
+}
+
+/// A line that is no radio, and what the answer says of it.
+struct BadLine {
+    const char* what;
+    std::string line;
+    std::string error; ///< the beginning of it
+    Json place = nullptr;
+};
+
+void PrintTo(const BadLine& bad, std::ostream* stream) {
+    *stream << bad.what;
+}
+
+class BatchBadLine : public testing::TestWithParam<BadLine> {};
+
+TEST_P(BatchBadLine, IsAnsweredInItsPlaceAndCounted) {
+    const ToolResult result =
+        runBatch("radios/outdoor1.json\n" + GetParam().line + "\nradios/outdoor1.json\n");
+
+    EXPECT_EQ(result.status, badLine) << result;
+    const std::vector<Json> answers = documentsOf(result.output);
+    ASSERT_EQ(answers.size(), 3U) << result;
+    EXPECT_TRUE(answers[0]["error"].is_null());
+    EXPECT_TRUE(answers[1]["error"].get<std::string>().starts_with(GetParam().error))
+        << answers[1]["error"];
+    EXPECT_EQ(answers[1]["place"], GetParam().place);
+    EXPECT_EQ(answers[2], answers[0]);
+    EXPECT_TRUE(result.errors.starts_with("qor-power: 3 lines: 2 nodes, 1 bad\n")) << result;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, BatchBadLine,
+    testing::Values(
+        BadLine{"Empty", "", "an empty line"},
+        BadLine{"NoSuchFile", "no-such-file.json",
+                "no-such-file.json: cannot be read: No such file or directory"},
+        BadLine{"Folder", "radios", "radios: cannot be read: Is a directory"},
+        BadLine{"AHyphenIsAFileToo", "-", "./-: cannot be read: No such file or directory"},
+        BadLine{"NoDocument", R"({"channel": )", "syntax error", "1:13"},
+        BadLine{"UnknownKey", R"({"chanel": 1})", "unknown key; did you mean \"channel\"?",
+                "/chanel"},
+        BadLine{"ServiceDoesNotStart", R"({"channel": 1})", "the service did not start"},
+        BadLine{"Nul", std::string("radios/outdoor1.json\0x", 22), "cannot be read: a path"},
+        BadLine{"TooLong", '{' + std::string(std::size_t{2} << 20, ' '),
+                "longer than 2097152 bytes"}),
+    [](const auto& test) { return std::string(test.param.what); });
+
+TEST(Batch, KeepsTheHeadingOfANodeWhoseQueryFails) {
+    // Of the two radios only the first one has a frame format 7.
+    const ToolResult result =
+        runBatch("radios/outdoor1.json\nradios/radio-unit-booster.json\n", {"--frame-format", "7"});
+
+    EXPECT_EQ(result.status, badLine) << result;
+    const std::vector<Json> answers = documentsOf(result.output);
+    ASSERT_EQ(answers.size(), 2U);
+    EXPECT_TRUE(answers[0]["error"].is_null());
+    EXPECT_TRUE(answers[1]["error"].get<std::string>().starts_with(
+        "no powers: the hardware configuration has no frame format 7"))
+        << answers[1]["error"];
+    EXPECT_TRUE(answers[1]["minPowerCentiDbm"].is_null());
+    EXPECT_TRUE(answers[1].contains("productNumber"));
+}
+
+TEST(Batch, TellsAtTheEndHowManyNodesEachRuleLimits) {
+    // Each outdoor1.json: 3 codes by the offset table, 2 by the Pmax row, 1 above the radio's
+    // highest modulation.
+    const ToolResult result = runBatch("radios/outdoor1.json\nradios/outdoor1.json\n\n");
+
+    EXPECT_EQ(result.errors, "qor-power: 3 lines: 2 nodes, 1 bad\n"
+                             "qor-power: Limited by      Nodes  Codes  In words\n"
+                             "qor-power: pmax-row            2      4  Pmax of the modulation\n"
+                             "qor-power: offset-table        2      6  offset table of the family\n"
+                             "qor-power: hardware-limit      2      2  highest modulation of the "
+                             "radio\n");
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST(Batch, NeedsNoMoreMemoryForMoreLines) {
+    // Every kind of line, so that none of them leaves anything behind.
+    std::string lines;
+    for (int count = 0; count < 50; ++count) {
+        lines += "radios/outdoor1.json\nradios/radio-unit-booster.json\nradios/fixed-booster.json\n"
+                 "no-such-file.json\n{\"channel\": 1}\n{\"chanel\": 1}\n";
+    }
+    std::string more;
+    for (int count = 0; count < 10; ++count) {
+        more += lines;
+    }
+    const long few = runBatch(lines, {"--quiet"}).peakMemoryKiB;
+    const long many = runBatch(more, {"--quiet"}).peakMemoryKiB;
+
+    EXPECT_GT(few, 1000);
+    EXPECT_LT(many - few, 1024);
+}
+#endif
+
+TEST(Batch, OfNothingIsNothing) {
+    const ToolResult result = runBatch("");
+
+    EXPECT_EQ(result.status, done);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "qor-power: 0 lines: 0 nodes, 0 bad\n");
+}
+
+TEST(Batch, NeedsNoLineEndBehindTheLastLine) {
+    EXPECT_EQ(runBatch("radios/outdoor1.json").output, runBatch("radios/outdoor1.json\n").output);
+}
+
+TEST(Batch, TakesTheLineEndsOfOtherSystems) {
+    EXPECT_EQ(runBatch("radios/outdoor1.json\r\n").output,
+              runBatch("radios/outdoor1.json\n").output);
+}
+
+/// The fields of a line of comma-separated values without quotation marks.
+std::vector<std::string> fieldsOf(const std::string& line) {
+    std::istringstream stream(line + ',');
+    std::vector<std::string> fields;
+    for (std::string field; std::getline(stream, field, ',');) {
+        fields.push_back(field);
+    }
+    return fields;
+}
+
+TEST(BatchCsv, HasAColumnForEachCode) {
+    const ToolResult result = runBatch("node 17\tradios/outdoor1.json\n", {"--format", "csv"});
+
+    const std::vector<std::string> lines = linesOf(result.output);
+    ASSERT_EQ(lines.size(), 2U) << result;
+    const std::vector<std::string> names = fieldsOf(lines[0]);
+    const std::vector<std::string> fields = fieldsOf(lines[1]);
+    ASSERT_EQ(fields.size(), names.size());
+    const auto valueOf = [&](const std::string& name) {
+        const auto found = std::find(names.begin(), names.end(), name);
+        return found == names.end() ? "no " + name
+                                    : fields[static_cast<std::size_t>(found - names.begin())];
+    };
+    EXPECT_EQ(valueOf("id"), "node 17");
+    EXPECT_EQ(valueOf("radio_file"), "radios/outdoor1.json");
+    EXPECT_EQ(valueOf("product_number"), "QZT 846 001");
+    EXPECT_EQ(valueOf("channel_spacing_MHz"), "28");
+    EXPECT_EQ(valueOf("cutback_dB"), "3.00");
+    EXPECT_EQ(valueOf("min_power_dBm"), "-7.50");
+    EXPECT_EQ(valueOf("max_power_4QAM_STRONG_dBm"), "22.50");
+    EXPECT_EQ(valueOf("max_power_64QAM_dBm"), "21.00");
+    EXPECT_EQ(valueOf("max_power_256QAM_dBm"), "19.00");
+    EXPECT_EQ(valueOf("max_power_512QAM_dBm"), "");
+    EXPECT_EQ(valueOf("max_power_128QAM_dBm"), "");
+    EXPECT_EQ(valueOf("rules"), "offset-table:3 pmax-row:2 hardware-limit:1");
+    EXPECT_EQ(valueOf("error"), "");
+}
+
+TEST(BatchCsv, AnswersABadLineInItsPlace) {
+    const ToolResult result = runBatch("radios/outdoor1.json\n"
+                                       "{\"chanel\": 1}\n"
+                                       "radios/outdoor1.json\n",
+                                       {"--format", "csv", "--quiet"});
+
+    EXPECT_EQ(result.status, badLine);
+    const std::vector<std::string> lines = linesOf(result.output);
+    ASSERT_EQ(lines.size(), 4U) << result;
+    EXPECT_EQ(lines[1], lines[3]);
+    EXPECT_TRUE(lines[2].ends_with(R"(,"unknown key; did you mean ""channel""?",/chanel)"))
+        << lines[2];
+    EXPECT_EQ(std::count(lines[2].begin(), lines[2].end(), ','),
+              std::count(lines[1].begin(), lines[1].end(), ','));
+}
+
+TEST(BatchCsv, LeavesTheColumnNamesOutWhereParallelRunsWouldRepeatThem) {
+    const std::vector<std::string> lines =
+        linesOf(runBatch("radios/outdoor1.json\n", {"--format", "csv", "--no-header"}).output);
+
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_TRUE(lines[0].starts_with(",radios/outdoor1.json,"));
+}
+
+TEST(BatchProgress, IsShownOnATerminalAndTakenAwayAtTheEnd) {
+    const ToolResult result =
+        ToolProcess({"batch"}).withInput("radios/outdoor1.json\n").withErrorsOnTerminal().run();
+
+    EXPECT_EQ(result.status, done);
+    EXPECT_TRUE(result.errors.starts_with("\r1 line, 0 bad, ")) << result;
+    EXPECT_NE(result.errors.find(" lines/s\r  "), std::string::npos) << result;
+    EXPECT_NE(result.errors.find(" \rqor-power: 1 line: 1 node, 0 bad\n"), std::string::npos)
+        << result;
+    EXPECT_EQ(documentsOf(result.output).size(), 1U);
+}
+
+TEST(BatchProgress, KeepsAwayFromResultsOnTheSameTerminal) {
+    const ToolResult result = ToolProcess({"batch"})
+                                  .withInput("radios/outdoor1.json\n")
+                                  .withOutputOnTerminal()
+                                  .withErrorsOnTerminal()
+                                  .run();
+
+    EXPECT_EQ(result.output.find('\r'), std::string::npos) << result;
+}
+
+TEST(BatchProgress, IsNotShownWhereThereIsNoTerminal) {
+    const ToolResult result = runBatch("radios/outdoor1.json\n");
+
+    EXPECT_TRUE(result.errors.starts_with("qor-power: 1 line: 1 node, 0 bad\n")) << result;
+}
+
+TEST(BatchProgress, IsShownThereWhenItIsAskedFor) {
+    const ToolResult result = runBatch("radios/outdoor1.json\n", {"--progress"});
+
+    EXPECT_TRUE(result.errors.starts_with("qor-power: 1 line, 0 bad, ")) << result;
+    EXPECT_EQ(result.errors.find('\r'), std::string::npos);
+}
+
+TEST(BatchProgress, AndSummaryStayAwayWhenQuietIsAskedFor) {
+    const ToolResult result = ToolProcess({"batch", "--quiet"})
+                                  .withInput("radios/outdoor1.json\n\n")
+                                  .withErrorsOnTerminal()
+                                  .run();
+
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, badLine);
+}
+
+TEST(Batch, RefusesWhatContradictsItself) {
+    const ToolResult result = runBatch("", {"--quiet", "--progress"});
+
+    EXPECT_EQ(result.errors, "qor-power: --progress and --quiet exclude each other\n");
+    EXPECT_EQ(result.status, otherTrouble);
+}
+
+TEST(Batch, SaysThatTheListCannotBeRead) {
+    const ToolResult result = runTool({"batch", "no-such-list.txt"});
+
+    EXPECT_EQ(result.errors,
+              "qor-power: no-such-list.txt: cannot be read: No such file or directory\n");
+    EXPECT_EQ(result.status, otherTrouble);
+}
+
+TEST(Batch, SaysThatTheDiskIsFull) {
+    const ToolResult result =
+        ToolProcess({"batch", "radios/list.txt"}).withOutputTo("/dev/full").run();
+
+    EXPECT_EQ(result.errors,
+              "qor-power: cannot write to standard output: No space left on device\n");
+    EXPECT_EQ(result.status, otherTrouble);
+}
+
+} // namespace

@@ -1,0 +1,274 @@
+#include "ExplanationAudit.h"
+
+#include "LoggedPowers.h"
+#include "PowerTableQuery.h"
+#include "RadioFileReader.h"
+#include "Replay.h"
+#include "ToolError.h"
+#include "reference/RandomRadioFile.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+#include <optional>
+#include <random>
+
+namespace {
+
+using Kind = Explanation::Step::Kind;
+
+/// Whether a bound may have wrapped: a few powers and amounts that are nearer to 0 stay within 32
+/// bits however they are added up.
+bool isFar(const Explanation::Step& step) {
+    constexpr std::int64_t near = std::int64_t{1} << 28;
+    return std::abs(step.amount) > near || std::abs(std::int64_t{step.running}) > near ||
+           std::abs(std::int64_t{step.bound.value_or(0)}) > near;
+}
+
+/// A number of 32 bits that wraps.
+std::int32_t in32Bits(std::int64_t number) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(number));
+}
+
+/// Operating inputs drawn from a seed: most of them usual, some at the ends of their ranges.
+OperatingInputs randomInputs(std::mt19937_64& random) {
+    const auto one = [&random](auto... values) {
+        const std::int64_t list[] = {values...};
+        return list[random() % (sizeof(list) / sizeof(list[0]))];
+    };
+    OperatingInputs inputs;
+    if (one(0, 1) == 1) {
+        inputs.permanentCutback = static_cast<std::uint32_t>(
+            one(0, 1, 100, 250, 300, 2147483647, 2147483648, 4294967295));
+    }
+    if (one(0, 1, 1) == 0) {
+        inputs.temporaryCutback = {one(0, 1) == 1, static_cast<std::uint32_t>(one(0, 50, 1000))};
+    }
+    if (one(0, 1) == 1) {
+        constexpr Modulation highest[] = {Modulation::QAM4, Modulation::QAM64, Modulation::QAM256,
+                                          Modulation::QAM4096, Modulation::UNDEFINED};
+        inputs.booster = {static_cast<std::int32_t>(one(0, 1, 2, 7, -1)),
+                          static_cast<std::int32_t>(one(0, 1200, 1500, -300, 2147483647)),
+                          static_cast<std::int32_t>(one(1400, 900, 3000, -2147483648)),
+                          highest[random() % 5]};
+    }
+    return inputs;
+}
+
+std::optional<std::int64_t> integerAt(const nlohmann::json& document, const std::string& pointer) {
+    const nlohmann::json::json_pointer place(pointer);
+    if (!document.contains(place) || !document.at(place).is_number_integer()) {
+        return std::nullopt;
+    }
+    return document.at(place).get<std::int64_t>();
+}
+
+/// Whether a Pmax table of the file ends in a modulation without a power.
+bool hasOddTable(const nlohmann::json& document) {
+    const nlohmann::json& tables = document.at("capabilityHandler");
+    return std::any_of(tables.begin(), tables.end(), [](const nlohmann::json& table) {
+        return table.is_object() && table.contains("integers") &&
+               table.at("integers").size() % 2 == 1;
+    });
+}
+
+} // namespace
+
+void ExplanationAudit::find(const std::string& name, const std::string& problem) {
+    m_findings.push_back(name + ": " + problem);
+}
+
+void ExplanationAudit::auditRandomFile(std::uint64_t seed) {
+    const nlohmann::json document = reference::randomRadioFile(seed);
+    const RadioFile file = RadioFileReader::read(document.dump());
+    std::mt19937_64 random(seed);
+
+    std::vector<std::int32_t> ids = {0};
+    if (file.node.hardwareConfigurationHandler) {
+        for (const auto& frameFormat : file.node.hardwareConfigurationHandler->frameFormats) {
+            ids.push_back(static_cast<std::int32_t>(frameFormat.id));
+        }
+    }
+    for (const std::int32_t id : ids) {
+        for (const bool isAsItStands : {true, false}) {
+            PowerTableQuery query;
+            query.frameFormatId = id;
+            if (!isAsItStands) {
+                query.inputs = randomInputs(random);
+            }
+            const std::string name = "file " + std::to_string(seed) + ", frame format " +
+                                     std::to_string(id) + (isAsItStands ? "" : ", other inputs");
+            try {
+                audit(query.explain(file), document, name);
+                ++m_starts;
+            } catch (const ToolError& error) {
+                if (error.status() != ExitStatus::ServiceDidNotStart) {
+                    find(name, error.what());
+                }
+            }
+        }
+    }
+}
+
+void ExplanationAudit::audit(const ExplainedTable& explained, const nlohmann::json& document,
+                             const std::string& name) {
+    const std::vector<PowerTable::Row>& rows = explained.table.rows;
+    if (rows.size() != explained.explanations.size()) {
+        find(name, "not one explanation for each row");
+        return;
+    }
+    for (std::size_t index = 0; index < rows.size(); ++index) {
+        const Explanation& explanation = explained.explanations[index];
+        const std::string row =
+            name + ", code " + std::to_string(rows[index].modulationAndCode.code);
+        ++m_decisive[explanation.decisiveRule()];
+        if (explanation.answer != rows[index].maxPower) {
+            find(row, "the answer is not that of the table");
+        }
+        if (explanation.decisiveRule() == Rule::Unexplained) {
+            find(row, "no decisive rule");
+        }
+        if (rows[index].maxPower) {
+            ++m_answers;
+            auditAnswer(explanation, document, row);
+        } else {
+            ++m_refusals;
+            if (!explanation.refusal || explanation.refusalWords.empty()) {
+                find(row, "no reason why there is no power");
+            }
+        }
+    }
+}
+
+void ExplanationAudit::auditRandomLog(std::uint64_t seed) {
+    const RadioFile file = RadioFileReader::read(reference::randomRadioFile(seed).dump());
+    LoggedInputs inputs;
+    bool isFirst = true;
+    TraceLog log([&](const LoggedCall& call) {
+        inputs.follow(call, isFirst);
+        isFirst = false;
+        if (!TraceLog::isQuery(call.name)) {
+            return;
+        }
+        for (const Explanation& explanation : LoggedPowers::of(call, inputs).explanations) {
+            if (explanation.answer) {
+                ++m_loggedAnswers;
+                auditSteps(explanation,
+                           "log " + std::to_string(seed) + ", line " + std::to_string(call.line));
+            } else if (!explanation.refusal && explanation.notes.empty()) {
+                find("log " + std::to_string(seed) + ", line " + std::to_string(call.line),
+                     "neither a power nor a reason");
+            }
+        }
+    });
+    // Explaining asks the library, which it can only once the replay's node is gone.
+    std::vector<std::string> lines;
+    Replay(6).play(file, [&lines](const std::string& line) { lines.push_back(line); });
+    for (const std::string& line : lines) {
+        log.read(line);
+    }
+    log.end();
+}
+
+void ExplanationAudit::auditAnswer(const Explanation& explanation, const nlohmann::json& document,
+                                   const std::string& name) {
+    auditSteps(explanation, name);
+    auditPlaces(explanation, document, name);
+    for (const Explanation& selected : explanation.ofSelected) {
+        auditAnswer(selected, document, name + ", selected");
+    }
+}
+
+void ExplanationAudit::auditSteps(const Explanation& explanation, const std::string& name) {
+    if (!explanation.addsUp()) {
+        find(name, explanation.mismatch);
+    }
+    if (explanation.steps.empty() || explanation.steps.front().kind != Kind::Start) {
+        find(name, "no start");
+        return;
+    }
+    std::int32_t sum = explanation.steps.front().running;
+    bool wraps = isFar(explanation.steps.front());
+    for (std::size_t index = 1; index < explanation.steps.size(); ++index) {
+        const Explanation::Step& step = explanation.steps[index];
+        wraps |= isFar(step);
+        if (step.kind == Kind::Bound) {
+            if (std::min(sum, *step.bound) - std::int64_t{sum} != step.amount) {
+                find(name, "a bound takes away what it does not");
+            }
+            sum = std::min(sum, *step.bound);
+        } else {
+            sum = in32Bits(sum + step.amount);
+        }
+        if (step.running != sum) {
+            find(name, "step " + std::to_string(index) + " runs to another power");
+        }
+    }
+    if (sum != explanation.answer) {
+        find(name, "the steps add up to " + std::to_string(sum) + ", the answer is " +
+                       std::to_string(*explanation.answer));
+    }
+    auditBounds(explanation, wraps, name);
+}
+
+void ExplanationAudit::auditBounds(const Explanation& explanation, bool wraps,
+                                   const std::string& name) {
+    if (explanation.binding() == nullptr) {
+        find(name, "no binding bound");
+        return;
+    }
+    if (explanation.binding()->value != explanation.answer) {
+        find(name, "the binding bound is not the answer");
+    }
+    if (wraps) {
+        return;
+    }
+    for (const Explanation::Bound& bound : explanation.bounds) {
+        if (bound.value < *explanation.answer) {
+            find(name, "a bound is below the answer");
+        }
+    }
+    if ((explanation.bounds.size() > 1) != (explanation.runnerUp() != nullptr)) {
+        find(name, "no runner-up");
+    }
+    if (explanation.headroom &&
+        *explanation.headroom !=
+            std::int64_t{explanation.runnerUp()->value} - *explanation.answer) {
+        find(name, "the headroom does not lead to the runner-up");
+    }
+}
+
+void ExplanationAudit::auditPlaces(const Explanation& explanation, const nlohmann::json& document,
+                                   const std::string& name) {
+    for (const Explanation::Lookup& lookup : explanation.lookups) {
+        if (lookup.missing || !lookup.power) {
+            continue;
+        }
+        if (lookup.pointer.empty()) {
+            if (*lookup.power == 0 && hasOddTable(document)) {
+                continue; // the power of the last row does not stand in the file
+            }
+            find(name, "no place for Pmax of " + convertAcmEnumToString(lookup.modulation));
+        } else if (integerAt(document, lookup.pointer) != *lookup.power) {
+            find(name, lookup.pointer + " holds another Pmax");
+        }
+    }
+    for (const Explanation::Step& step : explanation.steps) {
+        if (step.pointer.empty() || step.rule == Rule::ChannelSpacingCompensation) {
+            continue;
+        }
+        const std::optional<std::int64_t> figure = integerAt(document, step.pointer);
+        const bool isCutback =
+            step.rule == Rule::PermanentCutback || step.rule == Rule::TemporaryCutback;
+        const bool isGain = step.rule == Rule::BoosterGain;
+        if (!figure) {
+            find(name, step.pointer + " is not there");
+        } else if ((isCutback || isGain) && *figure != -step.amount) {
+            find(name, step.pointer + " holds another figure");
+        } else if (step.rule == Rule::BoosterInputLimit && *figure != *step.bound) {
+            find(name, step.pointer + " holds another input power");
+        } else if (step.kind == Kind::Start && *figure != step.running) {
+            find(name, step.pointer + " holds another start");
+        }
+    }
+}

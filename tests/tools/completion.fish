@@ -1,0 +1,34 @@
+#!/usr/bin/env fish
+# Completes command lines as fish does when Tab is pressed, and compares what is offered.
+#
+#   completion.fish SCRIPT
+source $argv[1]
+cd (dirname (status filename))
+set -g failures 0
+
+# offers LINE EXPECTED...: what is offered for the last word of LINE, without descriptions.
+function offers
+    set -l offered (complete -C $argv[1] | string split -f 1 \t | sort)
+    if test "$offered" != "$argv[2..]"
+        echo "\"$argv[1]\" offers" >&2
+        echo "  $offered" >&2
+        echo "instead of" >&2
+        echo "  $argv[2..]" >&2
+        set -g failures 1
+    end
+end
+
+offers 'qor-power ta' table
+offers 'qor-power --v' --version
+offers 'qor-power table --fo' --format
+offers 'qor-power table --format ' csv json text
+offers 'qor-power table --format c' csv
+offers 'qor-power table --format=c' --format=csv
+offers 'qor-power table --rsec 6' 6B 6HB 6LB
+offers 'qor-power replay --form'
+offers 'qor-power table radios/fixed-m' radios/fixed-modulation.json
+offers 'qor-power examples --output rad' radios/
+offers 'qor-power completion ' bash fish zsh
+offers 'qor-power examples 13ghz-etsi-outdoor' 13ghz-etsi-outdoor1.json 13ghz-etsi-outdoor3.json
+
+exit $failures

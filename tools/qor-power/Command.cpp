@@ -1,0 +1,34 @@
+#include "Command.h"
+
+#include "CommonOptions.h"
+
+#include <algorithm>
+#include <iterator>
+#include <sstream>
+
+std::vector<std::string> CommandOption::names() const {
+    std::vector<std::string> all;
+    if (isArgument()) {
+        return all;
+    }
+    std::istringstream text(name);
+    for (std::string one; std::getline(text, one, ',');) {
+        all.push_back(one);
+    }
+    return all;
+}
+
+std::vector<CommandOption> Command::arguments() const {
+    std::vector<CommandOption> found;
+    std::copy_if(options.begin(), options.end(), std::back_inserter(found),
+                 [](const CommandOption& option) { return option.isArgument(); });
+    return found;
+}
+
+std::vector<CommandOption> Command::allOptions() const {
+    std::vector<CommandOption> found{CommonOptions::help()};
+    std::copy_if(options.begin(), options.end(), std::back_inserter(found),
+                 [](const CommandOption& option) { return !option.isArgument(); });
+    found.push_back(CommonOptions::color(nullptr));
+    return found;
+}

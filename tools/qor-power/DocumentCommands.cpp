@@ -1,0 +1,61 @@
+#include "DocumentCommands.h"
+
+#include "Arguments.h"
+#include "Commands.h"
+#include "ManualPage.h"
+#include "ShellCompletion.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr const char* documentGroup = "Commands that document the tool";
+
+const std::vector<std::string> shells{"bash", "zsh", "fish"};
+
+std::string completionFor(const std::string& shell) {
+    if (shell == "bash") {
+        return ShellCompletion::forBash(allCommands());
+    }
+    return shell == "zsh" ? ShellCompletion::forZsh(allCommands())
+                          : ShellCompletion::forFish(allCommands());
+}
+
+} // namespace
+
+Command ManualCommand::describe() {
+    Command command;
+    command.name = "manual";
+    command.summary = "Print the manual page, for man to format";
+    command.examples = {{"qor-power manual | man -l -", "read the manual page"},
+                        {"qor-power manual > qor-power.1"}};
+    command.run = [](Output& output) {
+        output.write(manualPage(allCommands()));
+        return ExitStatus::Done;
+    };
+    command.group = documentGroup;
+    return command;
+}
+
+Command CompletionCommand::describe() {
+    const auto shell = std::make_shared<std::string>();
+    Command command;
+    command.name = "completion";
+    command.summary = "Print the script by which a shell completes the tool's command line";
+    command.examples = {
+        {"source <(qor-power completion bash)", "complete commands and options with Tab"},
+        {"source <(qor-power completion zsh)"},
+        {"qor-power completion fish | source"},
+    };
+    command.about = {"The package installs these scripts where the shells look for them."};
+    command.options = {{"SHELL", "", "bash, zsh or fish", shell.get(), true,
+                        CommandOption::Completion::Words, shells}};
+    command.run = [shell](Output& output) {
+        output.write(completionFor(Arguments::word("SHELL", *shell, shells)));
+        return ExitStatus::Done;
+    };
+    command.group = documentGroup;
+    return command;
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Explanation.h"
+#include "PowerTableJson.h"
+#include "Terminal.h"
+
+#include <string>
+#include <vector>
+
+/// One explanation for people: a title, the look-ups, the steps with the binding one marked, the
+/// runner-up and the headroom.
+/// @param title without line end.
+std::string textForm(const std::string& title, const Explanation& explanation,
+                     const Terminal& terminal);
+
+/// What the marks behind the figures mean, for those that the explanations have; or empty.
+std::string legendOf(const std::vector<Explanation>& explanations);
+
+/// Every power of a table for people: its heading, then one explanation for each modulation.
+std::string textForm(const ExplainedTable& explained, const Terminal& terminal);
+
+/// For programs: the object of the table with the explanation in each of its rows.
+std::string jsonForm(const ExplainedTable& explained);
+
+Json jsonOf(const Explanation& explanation);

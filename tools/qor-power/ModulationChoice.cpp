@@ -1,0 +1,42 @@
+#include "ModulationChoice.h"
+
+#include "OneLine.h"
+#include "Suggestion.h"
+#include "TextForms.h"
+#include "ToolError.h"
+
+#include <charconv>
+#include <system_error>
+
+ModulationChoice::ModulationChoice(const std::vector<std::string>& words) {
+    for (const std::string& word : words) {
+        take(word);
+    }
+}
+
+bool ModulationChoice::includes(Modulation modulation) const {
+    return isEverything() || m_modulations.count(modulation) != 0;
+}
+
+bool ModulationChoice::includes(const PowerTable::Row& row) const {
+    return includes(row.modulation) || m_codes.count(row.modulationAndCode) != 0;
+}
+
+void ModulationChoice::take(const std::string& word) {
+    ModulationAndCoding number{};
+    const char* const end = word.data() + word.size();
+    const std::from_chars_result parsed = std::from_chars(word.data(), end, number.code);
+    if (parsed.ec == std::errc() && parsed.ptr == end) {
+        m_codes.insert(number);
+    } else if (const auto modulation = modulationTextForms().find(word)) {
+        m_modulations.insert(*modulation);
+    } else if (const auto code = modulationAndCodeTextForms().find(word)) {
+        m_codes.insert(*code);
+    } else {
+        std::vector<std::string> known = modulationTextForms().texts();
+        known.insert(known.end(), modulationAndCodeTextForms().texts().begin(),
+                     modulationAndCodeTextForms().texts().end());
+        throw UsageError("unknown modulation or code " + inQuotes(word) + "; " +
+                         Suggestion::remedy(word, known));
+    }
+}

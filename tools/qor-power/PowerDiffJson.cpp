@@ -1,0 +1,97 @@
+#include "PowerDiff.h"
+#include "PowerTableJson.h"
+
+#include <utility>
+
+namespace {
+
+Json sideOf(const PowerTable& table) {
+    Json side;
+    side["radioFile"] = table.radioFile;
+    side["failure"] = textOrNull(table.failure);
+    side["minPowerCentiDbm"] = orNull(table.minOutputPower);
+    return side;
+}
+
+Json inputOf(const InputChange& input) {
+    Json object;
+    object["input"] = input.name;
+    object["a"] = textOrNull(input.before);
+    object["b"] = textOrNull(input.after);
+    return object;
+}
+
+Json ruleOf(const std::optional<Rule>& rule) {
+    return rule ? Json(codeOf(*rule)) : Json(nullptr);
+}
+
+/// One code in one of the two radios; null if the radio does not have it.
+Json powerOf(const std::optional<PowerTable::Row>& row, const std::optional<Rule>& rule) {
+    if (!row) {
+        return nullptr;
+    }
+    Json power;
+    power["maxPowerCentiDbm"] = orNull(row->maxPower);
+    power["rule"] = ruleOf(rule);
+    power["reason"] = textOrNull(row->reason);
+    power["warning"] = textOrNull(row->warning);
+    return power;
+}
+
+const char* kindOf(Explanation::Step::Kind kind) {
+    switch (kind) {
+    case Explanation::Step::Kind::Start:
+        return "start";
+    case Explanation::Step::Kind::Bound:
+        return "bound";
+    case Explanation::Step::Kind::Change:
+        break;
+    }
+    return "change";
+}
+
+Json stepOf(const PowerDiff::StepChange& change) {
+    // What a step adds is in dB, what it starts from and what it allows in dBm.
+    const bool isChange = change.kind == Explanation::Step::Kind::Change;
+    const std::string unit = isChange ? "CentiDb" : "CentiDbm";
+    Json step;
+    step["rule"] = codeOf(change.rule);
+    step["kind"] = kindOf(change.kind);
+    step["a" + unit] = orNull(change.before);
+    step["b" + unit] = orNull(change.after);
+    return step;
+}
+
+Json rowOf(const PowerDiff::Row& row) {
+    Json object;
+    object["code"] = row.modulationAndCode.code;
+    object["name"] = convertCodeAndModulationEnumToString(row.modulationAndCode);
+    object["modulation"] = convertAcmEnumToString(row.modulation);
+    object["equal"] = row.isSamePower();
+    object["differenceCentiDb"] = orNull(row.difference());
+    object["a"] = powerOf(row.before, row.ruleBefore);
+    object["b"] = powerOf(row.after, row.ruleAfter);
+    Json& steps = object["steps"] = Json::array();
+    for (const PowerDiff::StepChange& change : row.steps) {
+        steps.push_back(stepOf(change));
+    }
+    return object;
+}
+
+} // namespace
+
+std::string jsonForm(const PowerDiff& diff) {
+    Json object;
+    object["equal"] = diff.isEqual();
+    object["a"] = sideOf(diff.before);
+    object["b"] = sideOf(diff.after);
+    Json& inputs = object["inputs"] = Json::array();
+    for (const InputChange& input : diff.inputs) {
+        inputs.push_back(inputOf(input));
+    }
+    Json& rows = object["rows"] = Json::array();
+    for (const PowerDiff::Row& row : diff.rows) {
+        rows.push_back(rowOf(row));
+    }
+    return printed(object);
+}

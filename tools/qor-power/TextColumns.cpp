@@ -1,0 +1,41 @@
+#include "TextColumns.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr const char* gap = "  ";
+
+} // namespace
+
+std::size_t textWidth(std::string_view text) {
+    // Every byte of UTF-8 but the first of a character begins with the bits 10.
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
+        return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+    }));
+}
+
+std::string padded(const std::string& text, std::size_t width, Align align) {
+    const std::string blanks(width - std::min(width, textWidth(text)), ' ');
+    return align == Align::Left ? text + blanks : blanks + text;
+}
+
+std::string alignedColumns(const std::vector<Align>& align,
+                           const std::vector<std::vector<std::string>>& lines) {
+    std::vector<std::size_t> widths(align.size(), 0);
+    for (const std::vector<std::string>& line : lines) {
+        for (std::size_t column = 0; column < align.size(); ++column) {
+            widths[column] = std::max(widths[column], textWidth(line[column]));
+        }
+    }
+    std::string text;
+    for (const std::vector<std::string>& line : lines) {
+        std::string row;
+        for (std::size_t column = 0; column < align.size(); ++column) {
+            row += (column == 0 ? "" : gap) + padded(line[column], widths[column], align[column]);
+        }
+        row.resize(row.find_last_not_of(' ') + 1);
+        text += row + '\n';
+    }
+    return text;
+}

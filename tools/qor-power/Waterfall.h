@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Explanation.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+/// Adds up the steps of an explanation, in the library's own arithmetic: signed 32 bits that wrap.
+/// Keeps what each bound would lead to alone, and compares the sum with what the library reported
+/// on the way.
+class Waterfall {
+public:
+    explicit Waterfall(Explanation& explanation)
+        : m_explanation(explanation) {}
+
+    /// The power to start from, which is also the first bound.
+    Explanation::Step& start(Rule rule, const std::string& words, std::int32_t power);
+
+    /// Calls what start() began otherwise: the rule that made the most of it.
+    void nameFirstBound(Rule rule, const std::string& words);
+
+    Explanation::Step& change(Rule rule, const std::string& words, std::int64_t amount);
+
+    /// @param pointer of the bound's figure in the radio file, or empty.
+    Explanation::Step& bound(Rule rule, const std::string& words, std::int32_t power,
+                             const std::string& pointer = std::string());
+
+    /// Compares the sum so far with what the library reported, if it did.
+    void expect(const std::string& what, const std::optional<std::int32_t>& reported);
+
+    /// Compares any figure that should be the same.
+    void expectFigure(const std::string& what, std::int32_t figure,
+                      const std::optional<std::int32_t>& reported);
+
+    /// Names the binding bound and the runner-up, and compares with the library's answer.
+    void finish(const std::optional<std::int32_t>& answer);
+
+    std::int32_t running() const { return m_running; }
+
+    /// The 32 bits of a sum.
+    static std::int32_t wrapped(std::int64_t sum) {
+        return static_cast<std::int32_t>(static_cast<std::uint32_t>(sum));
+    }
+
+private:
+    Explanation::Step& add(Explanation::Step step);
+    void findRunnerUp();
+
+    Explanation& m_explanation;
+    std::int32_t m_running = 0;
+    bool m_wraps = false;
+    std::size_t m_holder = 0; ///< the bound whose power is running
+};
