@@ -63,7 +63,8 @@ void addTrace(std::string& text) {
     text += "\"trace\":[";
     const char* separator = "";
     for (const TraceRecord& record : DeskTrace::getInstance().take()) {
-        text += separator + textOf(lineOf(record));
+        text += separator;
+        text += textOf(lineOf(record));
         separator = ",";
     }
     text += ']';

@@ -191,26 +191,6 @@ TEST(Batch, TellsAtTheEndHowManyNodesEachRuleLimits) {
                              "radio\n");
 }
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-TEST(Batch, NeedsNoMoreMemoryForMoreLines) {
-    // Every kind of line, so that none of them leaves anything behind.
-    std::string lines;
-    for (int count = 0; count < 50; ++count) {
-        lines += "radios/outdoor1.json\nradios/radio-unit-booster.json\nradios/fixed-booster.json\n"
-                 "no-such-file.json\n{\"channel\": 1}\n{\"chanel\": 1}\n";
-    }
-    std::string more;
-    for (int count = 0; count < 10; ++count) {
-        more += lines;
-    }
-    const long few = runBatch(lines, {"--quiet"}).peakMemoryKiB;
-    const long many = runBatch(more, {"--quiet"}).peakMemoryKiB;
-
-    EXPECT_GT(few, 1000);
-    EXPECT_LT(many - few, 1024);
-}
-#endif
-
 TEST(Batch, OfNothingIsNothing) {
     const ToolResult result = runBatch("");
 

@@ -40,6 +40,11 @@ TEST(PlotScale, ReachesBelowZero) {
     EXPECT_EQ(PlotScale(-800, -800, 9).ticks(), (Ticks{-900, -800, -700}));
 }
 
+TEST(PlotScale, HasThreeTicksWhereFewerAreAskedFor) {
+    EXPECT_EQ(PlotScale(0, 0, 1).ticks(), (Ticks{-100, 0, 100}));
+    EXPECT_EQ(PlotScale(-150, 150, 0).ticks(), (Ticks{-200, 0, 200}));
+}
+
 TEST(PlotScale, OfTheGreatestPowersHasFewTicksAndKeepsThemInside) {
     constexpr std::int64_t least = std::numeric_limits<std::int32_t>::min();
     constexpr std::int64_t greatest = std::numeric_limits<std::int32_t>::max();

@@ -16,7 +16,6 @@
 
 #include <fcntl.h>
 #include <pty.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -241,17 +240,15 @@ ToolResult ToolProcess::run() const {
     // A terminal holds little: it is read while the tool runs.
     const std::string shown = terminal ? terminal->content() : std::string();
     int status = 0;
-    rusage usage{};
-    while (::wait4(child, &status, 0, &usage) < 0) {
+    while (::waitpid(child, &status, 0) < 0) {
         if (errno != EINTR) {
-            fail("wait4");
+            fail("waitpid");
         }
     }
 
     constexpr int signalled = 1000;
     ToolResult result;
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : signalled + WTERMSIG(status);
-    result.peakMemoryKiB = usage.ru_maxrss;
     result.output = m_sink == Sink::Terminal ? shown : output.content();
     result.errors = m_hasErrorTerminal ? shown : errors.content();
     return result;

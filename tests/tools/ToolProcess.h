@@ -10,7 +10,6 @@ struct ToolResult {
     int status = 0; ///< exit status; 1000 and the number if a signal ended it
     std::string output;
     std::string errors;
-    long peakMemoryKiB = 0; ///< that it had resident
 
     /// Whether standard error holds exactly one line, and that begins with the tool's name.
     bool hasOneErrorLine() const;

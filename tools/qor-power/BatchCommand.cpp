@@ -35,7 +35,7 @@ struct Totals {
         ++lines;
         if (result.isBad()) {
             ++bad;
-        } else {
+        } else if (result.powers) {
             rules.add(*result.powers);
         }
     }

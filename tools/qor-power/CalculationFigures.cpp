@@ -62,11 +62,11 @@ bool CalculationFigures::isStart(const TraceRecord& record) {
 }
 
 CalculationFigures::CalculationFigures(const TraceRecord& entry)
-    : isFixed(entry.function == "getFixModMaxPower") {
+    : isFixed(entry.function == "getFixModMaxPower")
+    , market(valueBehind(entry.text, "market=").value_or(""))
+    , dpdVersion(power(numberBehind(entry.text, "dpdVersion=")))
+    , compensation(power(numberBehind(entry.text, ", csPowerCompensation="))) {
     const std::string& text = entry.text;
-    dpdVersion = power(numberBehind(text, "dpdVersion="));
-    market = valueBehind(text, "market=").value_or("");
-    compensation = power(numberBehind(text, ", csPowerCompensation="));
     if (isFixed) {
         modulation = modulationNamed(valueBehind(text, ", modulation="));
         selectedMin = selectedMax = modulationNamed(valueBehind(text, ", selectedMod="));

@@ -129,15 +129,16 @@ void CalculationStory::findCutback() {
     const CalculationFigures::OffsetFamily& family = m_figures.offsetFamily;
     m_cutback = CutbackStep{Rule::Cutback, "cutback", 0, Basis::Difference};
     if (m_figures.compensation && m_figures.capFamily.compensation) {
-        m_cutback->amount = Waterfall::wrapped(std::int64_t{*m_figures.compensation} -
-                                               *m_figures.capFamily.compensation);
+        m_cutback->amount = Waterfall::wrapped(std::int64_t{m_figures.compensation.value_or(0)} -
+                                               m_figures.capFamily.compensation.value_or(0));
     } else if (hasOffsetFamily() && m_figures.compensation && offsetOf(m_figures.modulation) &&
                m_figures.lookups.size() > 2) {
         const Power reference = offsetOf(m_figures.lookups[2].modulation);
-        const std::int64_t start = reference ? *family.pmaxReference - *reference : 0;
-        m_cutback->amount =
-            Waterfall::wrapped(start + *m_figures.compensation + *offsetOf(m_figures.modulation) -
-                               *family.actualPower);
+        const std::int64_t start =
+            reference ? std::int64_t{family.pmaxReference.value_or(0)} - *reference : 0;
+        m_cutback->amount = Waterfall::wrapped(start + m_figures.compensation.value_or(0) +
+                                               offsetOf(m_figures.modulation).value_or(0) -
+                                               family.actualPower.value_or(0));
     } else {
         m_isCutbackKnown = false;
     }
@@ -166,9 +167,9 @@ void CalculationStory::startFromTable(Rule role, const std::string& words, std::
 }
 
 void CalculationStory::startFromMissing(const Lookup& missing) {
-    const bool isRowMissing = *missing.missing == Rule::MissingPmaxRow;
+    const bool isRowMissing = missing.missing == Rule::MissingPmaxRow;
     Step& step = m_waterfall.start(
-        *missing.missing,
+        missing.missing.value_or(Rule::MissingPmaxRow),
         isRowMissing
             ? "no row for " + textOf(missing.modulation) + ": Pmax counts as 0 dBm"
             : "unknown DPD version: Pmax of " + textOf(missing.modulation) + " counts as 0 dBm",
@@ -188,7 +189,7 @@ std::string CalculationStory::compensationPointer() const {
         return {};
     }
     return m_context.radio->places.compensation(m_context.radio->channelSpacing,
-                                                *m_figures.compensation);
+                                                m_figures.compensation.value_or(0));
 }
 
 void CalculationStory::addCompensation() {
@@ -221,8 +222,8 @@ std::string CalculationStory::rsecText() const {
 void CalculationStory::noteRsecOfAnsi() {
     const std::string used = rsecText();
     if (!used.empty() && !m_figures.rsec.empty() && used != m_figures.rsec) {
-        m_explanation.notes.push_back("RSEC " + m_figures.rsec + " counts as " + used +
-                                      " on the ANSI market");
+        m_explanation.notes.emplace_back("RSEC " + m_figures.rsec + " counts as " + used +
+                                         " on the ANSI market");
     }
 }
 
@@ -267,15 +268,15 @@ void CalculationStory::tellFixed(const Power& answer) {
 void CalculationStory::startFixedFromLower(const Power& answer) {
     const std::string own = textOf(m_figures.modulation);
     if (!answer) {
-        m_explanation.notes.push_back("the log tells neither Pmax nor the power of one fixed "
-                                      "modulation");
+        m_explanation.notes.emplace_back("the log tells neither Pmax nor the power of one fixed "
+                                         "modulation");
         return;
     }
     const bool isOne = m_figures.modulation == m_figures.selectedMin;
     std::string words = isOne ? "Pmax of " + own
                               : "the lower of Pmax of " + own + " and of " +
                                     textOf(m_figures.selectedMin) + ", the selected modulation";
-    std::int64_t lower = std::int64_t{*answer} - *m_figures.compensation;
+    std::int64_t lower = std::int64_t{*answer} - m_figures.compensation.value_or(0);
     if (m_isCutbackKnown) {
         lower += m_cutback ? m_cutback->amount : 0;
     } else {
@@ -317,6 +318,6 @@ void CalculationStory::tellFamily(const Power& carried) {
 }
 
 void CalculationStory::tellIncomplete() {
-    m_explanation.notes.push_back(
+    m_explanation.notes.emplace_back(
         "the log holds too little of this calculation; it needs traces up to level 6");
 }

@@ -53,7 +53,8 @@ private:
         std::string source = {};
     };
 
-    // What the family reported enough of.
+    // Whether a family reported the figures that its steps need; they are read with value_or(0)
+    // where this is known.
     bool hasOffsetFamily() const;
     bool hasCapFamily() const;
     bool hasRadioUnit() const;

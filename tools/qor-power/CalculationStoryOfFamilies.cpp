@@ -34,7 +34,8 @@ void CalculationStory::tellOffsetFamily() {
                               ": the powers count from 0 dBm",
                           0);
     } else {
-        startFromTable(Rule::PmaxReference, "Pmax of " + referenceText, *family.pmaxReference);
+        startFromTable(Rule::PmaxReference, "Pmax of " + referenceText,
+                       family.pmaxReference.value_or(0));
     }
     if (referenceOffset) {
         Step& step =
@@ -59,7 +60,8 @@ void CalculationStory::tellOffset() {
     const std::string name = "offset table at " + own;
     const Power offset = offsetOf(m_figures.modulation);
     if (!offset || !m_isCutbackKnown) {
-        const std::int64_t rest = std::int64_t{*family.actualPower} - m_waterfall.running();
+        const std::int64_t rest =
+            std::int64_t{family.actualPower.value_or(0)} - m_waterfall.running();
         Step& step = m_waterfall.change(
             Rule::OffsetTable,
             "offset of " + own + " against the reference" +
@@ -95,9 +97,9 @@ void CalculationStory::boundOffsetFamily() {
     if (family.selectedMinPower) {
         m_waterfall.bound(Rule::SelectedMinimumOffset,
                           "at most what the offset table allows for " + selected,
-                          *family.selectedMinPower);
+                          family.selectedMinPower.value_or(0));
     } else {
-        m_explanation.notes.push_back(selected + ", has no offset and bounds nothing by it");
+        m_explanation.notes.emplace_back(selected + ", has no offset and bounds nothing by it");
     }
     boundByTable(Rule::PmaxSelectedMinimum,
                  "at most Pmax of " + selected + (lessCutback().empty() ? "" : "," + lessCutback()),
@@ -108,18 +110,18 @@ void CalculationStory::boundOffsetFamily() {
 
 void CalculationStory::tellCapFamily(const Power& carried) {
     const CalculationFigures::CapFamily& family = m_figures.capFamily;
-    const std::int32_t compensation = *family.compensation;
+    const std::int32_t compensation = family.compensation.value_or(0);
     if (m_figures.compensation && m_isCutbackKnown) {
-        m_waterfall.expectFigure(
-            "the compensation less the cutback",
-            Waterfall::wrapped(*m_figures.compensation - (m_cutback ? m_cutback->amount : 0)),
-            compensation);
+        m_waterfall.expectFigure("the compensation less the cutback",
+                                 Waterfall::wrapped(m_figures.compensation.value_or(0) -
+                                                    (m_cutback ? m_cutback->amount : 0)),
+                                 compensation);
     }
     if (family.isCarried) {
         Step& step = m_waterfall.start(
             Rule::CarriedPower,
             "RSEC " + rsecText() + " has no rule: the power of the modulation before goes on",
-            Waterfall::wrapped(std::int64_t{*m_figures.maxPower} - compensation));
+            Waterfall::wrapped(std::int64_t{m_figures.maxPower.value_or(0)} - compensation));
         step.basis = Basis::Difference;
         m_waterfall.expect("the power of the modulation before", carried);
     } else {
@@ -127,7 +129,7 @@ void CalculationStory::tellCapFamily(const Power& carried) {
         const std::int32_t uncut =
             own != nullptr && own->power
                 ? *own->power
-                : Waterfall::wrapped(std::int64_t{*family.uncompensated} + compensation);
+                : Waterfall::wrapped(std::int64_t{family.uncompensated.value_or(0)} + compensation);
         startFromTable(Rule::PmaxRow, "Pmax of " + textOf(m_figures.modulation), uncut);
         takeCutback();
         takeOutCompensation();
@@ -147,7 +149,7 @@ void CalculationStory::tellCapFamily(const Power& carried) {
 void CalculationStory::takeOutCompensation() {
     Step& step = m_waterfall.change(Rule::ChannelSpacingCompensation,
                                     compensationWords() + lessCutback() + ", taken out",
-                                    -std::int64_t{*m_figures.capFamily.compensation});
+                                    -std::int64_t{m_figures.capFamily.compensation.value_or(0)});
     step.pointer = compensationPointer();
 }
 
@@ -181,9 +183,9 @@ void CalculationStory::boundByCap() {
     } else if (cap.power) {
         boundByTable(Rule::RsecCap, words, cap.power);
     } else {
-        m_explanation.notes.push_back("the cap of RSEC " + rsecText() + ", Pmax of " +
-                                      textOf(*family.cap) +
-                                      ", does not bind; the log does not tell how high it is");
+        m_explanation.notes.emplace_back("the cap of RSEC " + rsecText() + ", Pmax of " +
+                                         textOf(*family.cap) +
+                                         ", does not bind; the log does not tell how high it is");
     }
     m_waterfall.expect("the capped power", family.capped);
 }
@@ -198,8 +200,8 @@ void CalculationStory::tellRadioUnit() {
                    "Pmax of " + (reference == nullptr ? std::string("the reference modulation")
                                                       : textOf(reference->modulation) +
                                                             ", the reference modulation"),
-                   *unit.pmaxReference);
-    Step& step = m_waterfall.change(Rule::OffsetTable, "offset of " + own, *unit.offset);
+                   unit.pmaxReference.value_or(0));
+    Step& step = m_waterfall.change(Rule::OffsetTable, "offset of " + own, unit.offset.value_or(0));
     step.source = "offset table of the family against " + unit.against + ", RSEC " + rsecText();
     m_waterfall.nameFirstBound(Rule::OffsetTable, "offset table at " + own);
     m_waterfall.expect("the power by the offset table", unit.adjusted);
@@ -219,13 +221,14 @@ void CalculationStory::tellBooster() {
     }
     const std::string own = textOf(m_figures.modulation);
     m_waterfall
-        .change(Rule::BoosterAdjustment, "booster adjustment of " + own, *unit.boosterAdjustment)
+        .change(Rule::BoosterAdjustment, "booster adjustment of " + own,
+                unit.boosterAdjustment.value_or(0))
         .source = "booster table of the family, RSEC " + rsecText();
     m_waterfall.expect("the power with the booster adjustment", unit.withAdjustment);
     m_waterfall
         .change(Rule::BoosterBandAdjustment, "booster band adjustment of " + own,
-                *unit.boosterBandAdjustment)
-        .source = "band table of the family, presence " + std::to_string(*unit.presence);
+                unit.boosterBandAdjustment.value_or(0))
+        .source = "band table of the family, presence " + std::to_string(unit.presence.value_or(0));
     m_waterfall.expect("the power with the booster band adjustment", unit.withBandAdjustment);
     tellGain();
     m_waterfall.expect("the power at the booster's input", unit.atInput);
@@ -239,7 +242,7 @@ void CalculationStory::tellGain() {
         Step& step = m_waterfall.change(
             Rule::BoosterGain,
             "booster gain, or its highest input power: the log does not tell them",
-            std::int64_t{*m_figures.radioUnit.atInput} - m_waterfall.running());
+            std::int64_t{m_figures.radioUnit.atInput.value_or(0)} - m_waterfall.running());
         step.basis = Basis::Difference;
         return;
     }

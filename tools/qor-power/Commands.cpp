@@ -14,17 +14,9 @@
 
 std::vector<Command> allCommands() {
     return {
-        TableCommand::describe(),
-        ExplainCommand::describe(),
-        WhyNotCommand::describe(),
-        SweepCommand::describe(),
-        DiffCommand::describe(),
-        PlotCommand::describe(),
-        CheckCommand::describe(),
-        ReplayCommand::describe(),
-        BatchCommand::describe(),
-        ExamplesCommand::describe(),
-        ManualCommand::describe(),
-        CompletionCommand::describe(),
+        TableCommand::describe(),    ExplainCommand::describe(), WhyNotCommand::describe(),
+        SweepCommand::describe(),    DiffCommand::describe(),    PlotCommand::describe(),
+        CheckCommand::describe(),    ReplayCommand::describe(),  BatchCommand::describe(),
+        ExamplesCommand::describe(), ManualCommand::describe(),  CompletionCommand::describe(),
     };
 }

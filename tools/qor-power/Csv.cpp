@@ -20,7 +20,8 @@ std::string quotedWhereNeeded(const std::string& field) {
 std::string csvLine(const std::vector<std::string>& fields) {
     std::string line;
     for (std::size_t index = 0; index < fields.size(); ++index) {
-        line += (index == 0 ? "" : ",") + quotedWhereNeeded(fields[index]);
+        line += index == 0 ? "" : ",";
+        line += quotedWhereNeeded(fields[index]);
     }
     return line + '\n';
 }

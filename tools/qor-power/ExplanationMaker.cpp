@@ -12,9 +12,10 @@ Explanation ExplanationMaker::explain(const QueryTrace::Calculation& calculation
     explanation.modulation = figures.modulation;
     explanation.answer = answer ? answer : figures.maxPower;
     const bool hasBooster = figures.inner.size() == 2;
-    explanation.path = !figures.isFixed ? Path::Adaptive
-                       : hasBooster     ? Path::FixedWithBooster
-                                        : Path::Fixed;
+    explanation.path = hasBooster ? Path::FixedWithBooster : Path::Fixed;
+    if (!figures.isFixed) {
+        explanation.path = Path::Adaptive;
+    }
     if (calculation.failed) {
         explanation.answer.reset();
         explanation.refusal = figures.refusal ? figures.refusal->rule : Rule::Unexplained;
@@ -33,7 +34,7 @@ Explanation ExplanationMaker::explain(const QueryTrace::Calculation& calculation
         story.tellFamily(hasBooster ? 0 : carried);
     }
     if (hasBooster && story.hasStarted() && figures.modulation != figures.selectedMin) {
-        QueryTrace::Calculation selected{figures.inner.front()};
+        const QueryTrace::Calculation selected{figures.inner.front()};
         explanation.ofSelected.push_back(explain(selected, std::nullopt, 0));
         Explanation& told = explanation.ofSelected.front();
         if (!told.answer) {

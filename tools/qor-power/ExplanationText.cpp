@@ -84,7 +84,7 @@ std::string stepsOf(const Explanation& explanation, const Terminal& terminal) {
     for (std::size_t index = 0; index < explanation.steps.size(); ++index) {
         lines.push_back(lineOf(explanation.steps[index], index == binding));
     }
-    const std::string columns = alignedColumns(
+    std::string columns = alignedColumns(
         {Align::Left, Align::Left, Align::Right, Align::Right, Align::Right, Align::Left}, lines);
     if (!terminal.allowsColor()) {
         return columns;

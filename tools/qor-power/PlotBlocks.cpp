@@ -61,7 +61,7 @@ Blocks::Blocks(const PowerPlot& plot, const Terminal& terminal)
     , m_hasLongLabels(std::any_of(
           plot.series.begin(), plot.series.end(),
           [](const PowerPlot::Series& series) { return textWidth(series.label) > longestLabel; }))
-    , m_scale(0, 0, 2) {
+    , m_scale(0, 0, 3) {
     const std::vector<Rule> denying = plot.denyingRules();
     m_rules.insert(m_rules.end(), denying.begin(), denying.end());
     for (const PowerPlot::Series& series : plot.series) {
@@ -83,7 +83,7 @@ Blocks::Blocks(const PowerPlot& plot, const Terminal& terminal)
 
 PlotScale Blocks::scaleOf(const PowerPlot& plot, std::int64_t columns) {
     const auto [least, greatest] = plot.extremes();
-    return {least, greatest, std::max<std::int64_t>(columns / columnsOfTick, 2)};
+    return {least, greatest, columns / columnsOfTick};
 }
 
 std::string Blocks::labelOf(const PowerPlot::Series& series, std::size_t step) const {

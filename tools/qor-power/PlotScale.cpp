@@ -1,5 +1,7 @@
 #include "PlotScale.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr std::int64_t oneDecibel = 100;
@@ -25,11 +27,13 @@ PlotScale::PlotScale(std::int64_t least, std::int64_t greatest, std::int64_t max
     : m_low(0)
     , m_high(0)
     , m_step(oneDecibel) {
+    // Around a power that is itself a tick there are two steps, however wide: three ticks.
+    constexpr std::int64_t fewestTicks = 3;
     for (;; m_step = nextStep(m_step)) {
         // A step of room below, so that the lowest step of the picture has a height.
         m_low = (floorDivided(least, m_step) - (least % m_step == 0 ? 1 : 0)) * m_step;
         m_high = (floorDivided(greatest, m_step) + 1) * m_step;
-        if ((m_high - m_low) / m_step < maxTicks) {
+        if ((m_high - m_low) / m_step < std::max(maxTicks, fewestTicks)) {
             break;
         }
     }

@@ -7,7 +7,7 @@
 class PlotScale {
 public:
     /// @param least lowest figure that has to be shown, @param greatest the highest.
-    /// @param maxTicks as many ticks fit at most, at least 2.
+    /// @param maxTicks as many ticks fit at most; three are always there.
     PlotScale(std::int64_t least, std::int64_t greatest, std::int64_t maxTicks);
 
     std::int64_t low() const { return m_low; }

@@ -48,6 +48,11 @@ std::string rsecText(const PowerTable& table) {
     return "RSEC " + table.usedRsec.value_or(convertRsecEnumToString(table.rsec));
 }
 
+bool hasSelection(const PowerTable& table) {
+    return table.selectedMin.code != ModulationAndCoding::UNDEFINED ||
+           table.selectedMax.code != ModulationAndCoding::UNDEFINED;
+}
+
 /// Conditions under which powers hold, each from the line of a table's heading.
 std::vector<std::string> conditionsOf(const PowerTable& table) {
     const Heading heading = headingOf(table);
@@ -63,7 +68,7 @@ std::vector<std::string> conditionsOf(const PowerTable& table) {
             line("Channel spacing"),
             "DPD " + line("DPD version"),
             rsecText(table),
-            line("Selected ACM range"),
+            (hasSelection(table) ? "" : "ACM range ") + line("Selected ACM range"),
             "power cutback " + line("Power cutback"),
             booster == "none" ? "" : "booster " + booster};
 }

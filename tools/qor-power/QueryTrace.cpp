@@ -120,11 +120,12 @@ void Reader::readLimit(const TraceRecord& record) {
         m_isLimitedByProfile = *byProfile == "Yes";
         return;
     }
-    const auto limits = rest(record.text, " modemMaxAvailableModulation: ");
+    const std::string limits =
+        rest(record.text, " modemMaxAvailableModulation: ").value_or(std::string());
     constexpr std::string_view label = " radioMaxAvailableModulation: ";
-    const std::size_t place = limits ? limits->find(label) : std::string::npos;
+    const std::size_t place = limits.find(label);
     if (place != std::string::npos && !m_trace.modulationLimit) {
-        m_trace.modulationLimit = {limits->substr(0, place), limits->substr(place + label.size()),
+        m_trace.modulationLimit = {limits.substr(0, place), limits.substr(place + label.size()),
                                    m_isLimitedByProfile};
     }
 }

@@ -80,7 +80,8 @@ void addVariables(RadioInputs& inputs, const NodeAnswers::Variables& variables) 
     for (const auto& [name, elements] : variables) {
         std::string text;
         for (const std::int32_t element : elements) {
-            text += (text.empty() ? "" : " ") + std::to_string(element);
+            text += text.empty() ? "" : " ";
+            text += std::to_string(element);
         }
         inputs.push_back({"variable/" + oneLine(name), text});
     }
@@ -89,8 +90,8 @@ void addVariables(RadioInputs& inputs, const NodeAnswers::Variables& variables) 
 std::string codesOf(const PowerTable& table) {
     std::string codes;
     for (const PowerTable::Row& row : table.rows) {
-        codes += (codes.empty() ? "" : " ") +
-                 convertCodeAndModulationEnumToString(row.modulationAndCode);
+        codes += codes.empty() ? "" : " ";
+        codes += convertCodeAndModulationEnumToString(row.modulationAndCode);
     }
     return codes.empty() ? noValue : codes;
 }

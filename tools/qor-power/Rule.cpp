@@ -74,6 +74,7 @@ const char* wordsFor(Rule rule) {
 const std::vector<Rule>& allRules() {
     static const std::vector<Rule> rules = [] {
         std::vector<Rule> all;
+        all.reserve(ruleTexts.size());
         for (const RuleText& text : ruleTexts) {
             all.push_back(text.rule);
         }

@@ -11,7 +11,7 @@ class RuleCounts {
 public:
     struct Count {
         Rule rule;
-        std::uint64_t nodes = 0;  ///< with at least one such code
+        std::uint64_t nodes = 0; ///< with at least one such code
         std::uint64_t codes = 0; ///< whose power it decides or denies
     };
 

@@ -32,8 +32,8 @@ std::string valueOf(const CommandOption& option, const std::string& name) {
     return ':' + name + ":(" + ShellCompletion::joined(option.words) + ')';
 }
 
-/// One specification for each name of an option, each of which rules out the others.
-std::string specificationsOf(const CommandOption& option) {
+/// One entry for each name of an option, each of which rules out the others.
+std::string entriesOf(const CommandOption& option) {
     const std::vector<std::string> names = option.names();
     const std::string others =
         option.isRepeatable() ? "*" : '(' + ShellCompletion::joined(names) + ')';
@@ -50,7 +50,7 @@ std::string specificationsOf(const CommandOption& option) {
     return text;
 }
 
-std::string specificationOfArgument(const CommandOption& argument) {
+std::string entryOfArgument(const CommandOption& argument) {
     const std::string prefix = argument.isRepeatable() ? "*" : argument.isRequired ? "" : ":";
     return " \\\n            '" + prefix + valueOf(argument, argument.name) + '\'';
 }
@@ -58,10 +58,10 @@ std::string specificationOfArgument(const CommandOption& argument) {
 std::string argumentsOf(const Command& command) {
     std::string text = "    " + command.name + ")\n        _arguments -s -S";
     for (const CommandOption& option : command.allOptions()) {
-        text += specificationsOf(option);
+        text += entriesOf(option);
     }
     for (const CommandOption& argument : command.arguments()) {
-        text += specificationOfArgument(argument);
+        text += entryOfArgument(argument);
     }
     return text + "\n        ;;\n";
 }
@@ -77,7 +77,7 @@ std::string ShellCompletion::forZsh(const std::vector<Command>& commands) {
     }
     text += "    )\n    _arguments -C";
     for (const CommandOption& option : {CommonOptions::help(), CommonOptions::version()}) {
-        text += specificationsOf(option);
+        text += entriesOf(option);
     }
     text += " \\\n            '1: :->command' \\\n            '*:: :->arguments'\n"
             "    if [[ $state == command ]]; then\n"

@@ -66,7 +66,8 @@ std::optional<TraceRecord> recordOf(const Json& json) {
                           : 0;
         constexpr std::uint32_t firstFailure = 32768;
         record.level = record.code >= firstFailure ? 1 : 5;
-    } else if (const auto level = json.find("level"); level != json.end() && level->is_number()) {
+    } else if (const auto level = json.find("level");
+               level != json.end() && level->is_number_integer()) {
         record.level = level->get<int>();
     }
     return record;
@@ -107,8 +108,12 @@ std::optional<TraceRecord> TraceLog::recordIn(const std::string& line) {
         }
         std::string_view text = rest.substr(functionEnd + 1);
         text.remove_prefix(text.starts_with(' ') ? 1 : 0);
-        return TraceRecord{*kindNamed(word),  static_cast<int>(*level), 0,
-                           std::string(file), std::string(function),    0,
+        return TraceRecord{kindNamed(word).value_or(Kind::Raw),
+                           static_cast<int>(*level),
+                           0,
+                           std::string(file),
+                           std::string(function),
+                           0,
                            std::string(text)};
     }
     return std::nullopt;

@@ -76,7 +76,11 @@ private:
     /// The power of a changed radio; nothing if there is none, or no answer.
     Power powerOf(const RadioCase& radio) const;
 
-    bool allows(const Power& power) const { return power && *power >= m_found.wanted; }
+    /// The power of a changed radio if it is what is wanted; else nothing.
+    Power allowedBy(const RadioCase& radio) const {
+        const Power power = powerOf(radio);
+        return power && *power >= m_found.wanted ? power : std::nullopt;
+    }
 
     /// Searches between a value that does not allow the power and one that may.
     /// @return the nearest one to the first that does; nothing if not even the last does.
@@ -126,13 +130,13 @@ Power Search::powerOf(const RadioCase& radio) const {
 
 std::optional<std::int64_t> Search::nearest(std::int64_t from, std::int64_t to,
                                             const Vary& vary) const {
-    if (from == to || !allows(powerOf(vary(to)))) {
+    if (from == to || !allowedBy(vary(to))) {
         return std::nullopt;
     }
     // `to` always allows the power and `from` never does, so that they end as neighbours.
     while (std::abs(to - from) > 1) {
         const std::int64_t middle = from + (to - from) / 2;
-        (allows(powerOf(vary(middle))) ? to : from) = middle;
+        (allowedBy(vary(middle)) ? to : from) = middle;
     }
     return to;
 }
@@ -146,7 +150,7 @@ void Search::searchNumber(Change change, std::int64_t from, std::int64_t to, con
     }
     change.to = text(*value);
     change.amount = *value - from;
-    change.power = *powerOf(vary(*value));
+    change.power = powerOf(vary(*value)).value_or(0);
     add(std::move(change));
 }
 
@@ -163,9 +167,10 @@ std::string Search::placeOf(const std::string& axis) const {
     if (axis == "rsec") {
         return m_explained.table.isRsecGiven ? "" : "/systemPowerController/referenceSec";
     }
-    const std::string key = axis == "dpd"      ? "dpdVersion"
-                            : axis == "market" ? axis
-                                               : "channelSpacing";
+    std::string key = axis == "dpd" ? "dpdVersion" : "channelSpacing";
+    if (axis == "market") {
+        key = axis;
+    }
     const std::int32_t id = m_explained.table.frameFormatId;
     if (id < 1) {
         return "/frameFormat/" + key;
@@ -195,9 +200,8 @@ void Search::searchCutbacks() {
                                                    true, static_cast<std::uint32_t>(value)});
             },
             dB);
-        const Power lifted =
-            powerOf(Inputs::varied(m_radio, OperatingInputs::TemporaryCutback{false, 0}));
-        if (allows(lifted)) {
+        if (const Power lifted =
+                allowedBy(Inputs::varied(m_radio, OperatingInputs::TemporaryCutback{false, 0}))) {
             Change lift{"temporary-cutback", "temporary cutback", dB(cutback), "lifted", *lifted};
             lift.pointer = change.pointer;
             add(lift);
@@ -227,13 +231,14 @@ void Search::searchCode(const std::string& name, const std::string& words,
             codes.push_back(row.modulationAndCode);
         }
     }
-    std::stable_sort(
-        codes.begin(), codes.end(), [current](ModulationAndCoding left, ModulationAndCoding right) {
-            return std::abs(left.code - current.code) < std::abs(right.code - current.code);
-        });
+    std::sort(codes.begin(), codes.end(),
+              [current](ModulationAndCoding left, ModulationAndCoding right) {
+                  // Of two that are equally near the lower one comes first.
+                  return std::make_pair(std::abs(left.code - current.code), left.code) <
+                         std::make_pair(std::abs(right.code - current.code), right.code);
+              });
     for (const ModulationAndCoding code : codes) {
-        const Power power = powerOf(Inputs::varied(m_radio, Selected{code}));
-        if (allows(power)) {
+        if (const Power power = allowedBy(Inputs::varied(m_radio, Selected{code}))) {
             const bool isSelected = current.code != ModulationAndCoding::UNDEFINED;
             add({name,
                  words,
@@ -262,8 +267,7 @@ void Search::searchAxis(const std::string& name, const std::string& current) {
         if (Inputs::labelOf(value) == current) {
             continue;
         }
-        const Power power = powerOf(Inputs::varied(m_radio, value));
-        if (allows(power)) {
+        if (const Power power = allowedBy(Inputs::varied(m_radio, value))) {
             add({name, axis.words(), current, Inputs::labelOf(value), *power, {}, placeOf(name)});
             isFound = true;
         }
@@ -324,8 +328,7 @@ void Search::searchBooster() {
     if (!booster || booster->presence == 0) {
         return;
     }
-    const Power without = powerOf(Inputs::varied(m_radio, OperatingInputs::Booster()));
-    if (allows(without)) {
+    if (const Power without = allowedBy(Inputs::varied(m_radio, OperatingInputs::Booster()))) {
         add({"booster", "booster", "present", "none", *without});
     } else {
         giveUp("removal of the booster");
@@ -357,8 +360,7 @@ void Search::searchBoosterChoices(const OperatingInputs::Booster& booster) {
     constexpr std::int32_t presenceOfOtherBand = 7;
     OperatingInputs::Booster changed = booster;
     changed.presence = booster.presence == presenceOfOtherBand ? 1 : presenceOfOtherBand;
-    const Power otherBand = powerOf(Inputs::varied(m_radio, changed));
-    if (allows(otherBand)) {
+    if (const Power otherBand = allowedBy(Inputs::varied(m_radio, changed))) {
         add({"booster-presence", "booster presence", std::to_string(booster.presence),
              std::to_string(changed.presence), *otherBand});
     } else {
@@ -367,13 +369,12 @@ void Search::searchBoosterChoices(const OperatingInputs::Booster& booster) {
     const std::string words = "booster's highest modulation";
     for (const std::string& text : modulationTextForms().texts()) {
         changed = booster;
-        changed.maxModulation = *modulationTextForms().find(text);
+        changed.maxModulation = modulationTextForms().find(text).value_or(Modulation::UNDEFINED);
         if (changed.maxModulation <= booster.maxModulation ||
             changed.maxModulation == Modulation::UNDEFINED) {
             continue;
         }
-        const Power power = powerOf(Inputs::varied(m_radio, changed));
-        if (allows(power)) {
+        if (const Power power = allowedBy(Inputs::varied(m_radio, changed))) {
             add({"booster-max-modulation", words, convertAcmEnumToString(booster.maxModulation),
                  text, *power});
             return;
