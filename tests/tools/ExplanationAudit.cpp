@@ -228,12 +228,13 @@ void ExplanationAudit::auditBounds(const Explanation& explanation, bool wraps,
             find(name, "a bound is below the answer");
         }
     }
-    if ((explanation.bounds.size() > 1) != (explanation.runnerUp() != nullptr)) {
+    const auto* const runnerUp = explanation.runnerUp();
+    if ((explanation.bounds.size() > 1) != (runnerUp != nullptr)) {
         find(name, "no runner-up");
     }
     if (explanation.headroom &&
-        *explanation.headroom !=
-            std::int64_t{explanation.runnerUp()->value} - *explanation.answer) {
+        (runnerUp == nullptr ||
+         *explanation.headroom != std::int64_t{runnerUp->value} - *explanation.answer)) {
         find(name, "the headroom does not lead to the runner-up");
     }
 }
