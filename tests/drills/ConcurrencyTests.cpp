@@ -52,7 +52,8 @@ public:
                          {},
                          {}})
         , m_systemPowerController(
-              {EReferenceSEC::Class4L, {{EChannelSpacingType::MHz28, 10L * channel}}}) {
+              {EReferenceSEC::Class4L,
+               {{EChannelSpacingType::MHz28, static_cast<long>(10 * channel)}}}) {
         InterfaceBroker& broker = InterfaceBroker::getInstance();
         broker.registerInterface(ICapabilityHandler::interfaceName(channel), &m_capabilityHandler);
         broker.registerInterface(IAcmHandler::interfaceName(channel), &m_acmHandler);
