@@ -90,7 +90,7 @@ proof: ## write the page of figures from what the last runs left in build/
 proof-check: ## fail if a figure of the page is not what the last run gave
 	scripts/proof --check
 
-ci: format-check test bench-count ## everything that has to pass before a change lands
+ci: format-check test bench-count board packages ## everything that has to pass before a change lands
 
 clean: ## remove everything that was built
 	rm -rf build
