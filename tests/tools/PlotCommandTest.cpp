@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -262,6 +264,20 @@ TEST_F(PlotFile, ThatCannotBeWrittenIsATrouble) {
     EXPECT_TRUE(folderItself.hasOneErrorLine()) << folderItself;
 }
 
+/// How many columns a text takes on a terminal, colours apart.
+std::ptrdiff_t widestLineOf(const std::string& text) {
+    static const std::regex colour("\x1b\\[[0-9;]*m");
+    std::istringstream lines(std::regex_replace(text, colour, ""));
+    std::ptrdiff_t widest = 0;
+    for (std::string line; std::getline(lines, line);) {
+        const auto width = std::count_if(line.begin(), line.end(), [](char byte) {
+            return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+        });
+        widest = std::max(widest, width);
+    }
+    return widest;
+}
+
 TEST(PlotInTheTerminal, IsMadeOfBlocks) {
     const ToolResult result = plot("radios/outdoor1.json");
 
@@ -281,14 +297,18 @@ TEST(PlotInTheTerminal, IsNotWiderThanEightyColumnsWhereThereIsNoTerminal) {
     for (const auto& entry : fs::directory_iterator(QOR_EXAMPLE_RADIOS)) {
         const ToolResult result = plot(entry.path().string(), {"--over", "temporary-cutback"});
 
-        std::istringstream lines(result.output);
-        for (std::string line; std::getline(lines, line);) {
-            const auto width = std::count_if(line.begin(), line.end(), [](char byte) {
-                return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-            });
-            EXPECT_LE(width, 80) << line;
-        }
+        EXPECT_LE(widestLineOf(result.output), 80) << result;
     }
+}
+
+TEST(PlotInTheTerminal, FillsTheTerminalAndIsColoured) {
+    const ToolResult result =
+        ToolProcess({"plot", "radios/outdoor1.json"}).withOutputOnTerminal().run();
+
+    EXPECT_EQ(result.status, done) << result;
+    EXPECT_NE(result.output.find("\x1b["), std::string::npos) << result;
+    EXPECT_GT(widestLineOf(result.output), 90) << result;
+    EXPECT_LE(widestLineOf(result.output), 100) << result;
 }
 
 TEST(PlotInTheTerminal, IsColouredOnlyWhenAskedWhereThereIsNoTerminal) {
