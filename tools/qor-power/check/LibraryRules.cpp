@@ -20,10 +20,6 @@ using LibraryProbe::ReadTables;
 /// Rows of a table that have one thing in common, by what the tool says about them.
 using RowGroups = std::map<std::string, std::vector<std::size_t>>;
 
-bool startsWith(std::string_view text, std::string_view beginning) {
-    return text.substr(0, beginning.size()) == beginning;
-}
-
 /// What one code does, and what several do.
 struct Verb {
     std::string ofOne;
@@ -164,7 +160,7 @@ void FrameFormatCheck::checkFailure() {
 
 void FrameFormatCheck::checkNotes() {
     for (const std::string& note : m_table.notes) {
-        if (startsWith(note, "no minimum-power offset")) {
+        if (note.starts_with("no minimum-power offset")) {
             // A radio without any offset is no surprise.
             if (!m_node.answers().systemPowerController->minOutputPowerOffsets.empty()) {
                 m_findings.add(CheckRules::NoMinimumOffset, m_frameFormat.place / "channelSpacing",
@@ -172,7 +168,7 @@ void FrameFormatCheck::checkNotes() {
                                "add the spacing to minOutputPowerOffsets, with 0 if it needs "
                                "none");
             }
-        } else if (startsWith(note, "the hardware configuration gives")) {
+        } else if (note.starts_with("the hardware configuration gives")) {
             m_findings.add(CheckRules::AnswerMissing, m_frameFormat.place,
                            m_frameFormat.name() + ": " + note,
                            "give the answer in place of {\"result\": N}");
@@ -206,9 +202,9 @@ void FrameFormatCheck::checkRow(std::size_t index) {
                        "the code " + std::to_string(row.modulationAndCode.code) + " of " +
                            m_frameFormat.name() + " stands for no modulation",
                        "write the code by its text, for example \"16QAM\"");
-    } else if (startsWith(words, "above the radio's")) {
+    } else if (row.trouble == Rule::HardwareLimit) {
         m_aboveRadio[words].push_back(index);
-    } else if (startsWith(words, "above the selected") || m_read.byPowers == nullptr) {
+    } else if (row.trouble == Rule::SelectedMaximum || m_read.byPowers == nullptr) {
         return; // the operator's own limit, or said of the table as a whole
     } else if (!hasPmaxRow(row.modulation)) {
         m_withoutRow[CheckText::of(row.modulation) +

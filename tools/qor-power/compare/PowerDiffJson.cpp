@@ -1,3 +1,4 @@
+#include "ExplanationForms.h"
 #include "PowerDiff.h"
 #include "PowerTableJson.h"
 
@@ -21,10 +22,6 @@ Json inputOf(const InputChange& input) {
     return object;
 }
 
-Json ruleOf(const std::optional<Rule>& rule) {
-    return rule ? Json(codeOf(*rule)) : Json(nullptr);
-}
-
 /// One code in one of the two radios; null if the radio does not have it.
 Json powerOf(const std::optional<PowerTable::Row>& row, const std::optional<Rule>& rule) {
     if (!row) {
@@ -32,22 +29,10 @@ Json powerOf(const std::optional<PowerTable::Row>& row, const std::optional<Rule
     }
     Json power;
     power["maxPowerCentiDbm"] = orNull(row->maxPower);
-    power["rule"] = ruleOf(rule);
+    power["rule"] = ruleOrNull(rule);
     power["reason"] = textOrNull(row->reason);
     power["warning"] = textOrNull(row->warning);
     return power;
-}
-
-const char* kindOf(Explanation::Step::Kind kind) {
-    switch (kind) {
-    case Explanation::Step::Kind::Start:
-        return "start";
-    case Explanation::Step::Kind::Bound:
-        return "bound";
-    case Explanation::Step::Kind::Change:
-        break;
-    }
-    return "change";
 }
 
 Json stepOf(const PowerDiff::StepChange& change) {
@@ -56,7 +41,7 @@ Json stepOf(const PowerDiff::StepChange& change) {
     const std::string unit = isChange ? "CentiDb" : "CentiDbm";
     Json step;
     step["rule"] = codeOf(change.rule);
-    step["kind"] = kindOf(change.kind);
+    step["kind"] = codeOf(change.kind);
     step["a" + unit] = orNull(change.before);
     step["b" + unit] = orNull(change.after);
     return step;

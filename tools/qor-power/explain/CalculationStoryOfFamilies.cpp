@@ -12,7 +12,7 @@ std::string textOf(Modulation modulation) {
 }
 
 std::string decibels(std::int64_t hundredths) {
-    return (hundredths > 0 ? "+" : "") + Decibels::format(hundredths) + " dB";
+    return Decibels::formatSigned(hundredths) + " dB";
 }
 
 } // namespace

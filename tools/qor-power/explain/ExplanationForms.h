@@ -23,3 +23,9 @@ std::string textForm(const ExplainedTable& explained, const Terminal& terminal);
 std::string jsonForm(const ExplainedTable& explained);
 
 Json jsonOf(const Explanation& explanation);
+
+/// Stable text of a step's kind for programs, for example "bound".
+const char* codeOf(Explanation::Step::Kind kind);
+
+/// The code of a rule; null without one.
+Json ruleOrNull(const std::optional<Rule>& rule);

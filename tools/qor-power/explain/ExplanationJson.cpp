@@ -30,22 +30,6 @@ const char* textOf(Explanation::Basis basis) {
     return "reported";
 }
 
-const char* textOf(Explanation::Step::Kind kind) {
-    switch (kind) {
-    case Explanation::Step::Kind::Start:
-        return "start";
-    case Explanation::Step::Kind::Bound:
-        return "bound";
-    case Explanation::Step::Kind::Change:
-        break;
-    }
-    return "change";
-}
-
-Json ruleOrNull(const std::optional<Rule>& rule) {
-    return rule ? Json(codeOf(*rule)) : Json(nullptr);
-}
-
 Json lookupOf(const Explanation::Lookup& lookup) {
     Json object;
     object["role"] = codeOf(lookup.role);
@@ -61,7 +45,7 @@ Json lookupOf(const Explanation::Lookup& lookup) {
 Json stepOf(const Explanation::Step& step) {
     Json object;
     object["rule"] = codeOf(step.rule);
-    object["kind"] = textOf(step.kind);
+    object["kind"] = codeOf(step.kind);
     object["words"] = step.words;
     object["amountCentiDb"] = step.amount;
     object["boundCentiDbm"] = orNull(step.bound);
@@ -106,6 +90,22 @@ Json refusalOf(const Explanation& explanation) {
 }
 
 } // namespace
+
+const char* codeOf(Explanation::Step::Kind kind) {
+    switch (kind) {
+    case Explanation::Step::Kind::Start:
+        return "start";
+    case Explanation::Step::Kind::Bound:
+        return "bound";
+    case Explanation::Step::Kind::Change:
+        break;
+    }
+    return "change";
+}
+
+Json ruleOrNull(const std::optional<Rule>& rule) {
+    return rule ? Json(codeOf(*rule)) : Json(nullptr);
+}
 
 Json jsonOf(const Explanation& explanation) {
     Json object;

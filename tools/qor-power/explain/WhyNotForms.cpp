@@ -42,11 +42,8 @@ std::string changesOf(const WhyNot& whyNot) {
     std::vector<std::vector<std::string>> lines = {
         {"Change", "From", "To", "By/dB", "Power/dBm", "Where"}};
     for (const WhyNot::Change& change : whyNot.changes) {
-        std::string amount;
-        if (change.amount) {
-            amount = (*change.amount > 0 ? "+" : "") + Decibels::format(*change.amount);
-        }
-        lines.push_back({change.words, change.from, change.to, amount,
+        lines.push_back({change.words, change.from, change.to,
+                         change.amount ? Decibels::formatSigned(*change.amount) : "",
                          Decibels::format(change.power), change.pointer});
     }
     return alignedColumns(

@@ -25,6 +25,7 @@ struct PowerTable {
         std::string reason;  ///< why there is no power; empty if there is one
         std::string warning; ///< why the power is doubtful; empty if it is not
         bool isBelowMinimum = false;
+        std::optional<Rule> trouble = {}; ///< what the reason or the warning begins with
     };
 
     std::string radioFile;     ///< on one line

@@ -204,17 +204,21 @@ std::string aboveLimit(const QueryTrace& trace) {
 /// Why there is no power, or why it is doubtful, into a row that has its power already.
 void giveReason(const PowerTable& table, const QueryTrace& trace, PowerTable::Row& row) {
     const QueryTrace::Calculation* const calculation = trace.find(row.modulation);
+    row.trouble = calculation == nullptr ? std::nullopt : calculation->firstTrouble();
     if (row.maxPower) {
         row.warning = calculation == nullptr ? "" : calculation->words();
         row.isBelowMinimum = table.minOutputPower && *row.maxPower < *table.minOutputPower;
     } else if (row.modulation == Modulation::UNDEFINED) {
         row.reason = "no modulation has this code";
+        row.trouble = Rule::UndefinedModulation;
     } else if (!table.failure.empty()) {
         row.reason = "the query failed: " + table.failure;
+        row.trouble = trace.failureRule;
     } else if (calculation != nullptr) {
         row.reason = calculation->words();
     } else {
         row.reason = aboveLimit(trace);
+        row.trouble = Rule::HardwareLimit;
     }
 }
 
@@ -367,17 +371,11 @@ private:
 };
 
 /// A row for which nothing was calculated.
-Explanation withoutCalculation(const Answered& answered, const PowerTable::Row& row) {
+Explanation withoutCalculation(const PowerTable::Row& row) {
     Explanation explanation;
     explanation.modulation = row.modulation;
+    explanation.refusal = row.trouble.value_or(Rule::Unexplained);
     explanation.refusalWords = row.reason;
-    if (row.modulation == Modulation::UNDEFINED) {
-        explanation.refusal = Rule::UndefinedModulation;
-    } else if (!answered.table.failure.empty()) {
-        explanation.refusal = answered.trace.failureRule;
-    } else {
-        explanation.refusal = Rule::HardwareLimit;
-    }
     return explanation;
 }
 
@@ -406,7 +404,7 @@ std::vector<Explanation> explainRows(const Answered& answered, ExplanationMaker&
     std::vector<Explanation> rows;
     for (const PowerTable::Row& row : answered.table.rows) {
         const auto index = calculations.of(row);
-        rows.push_back(index ? explained[*index] : withoutCalculation(answered, row));
+        rows.push_back(index ? explained[*index] : withoutCalculation(row));
     }
     return rows;
 }

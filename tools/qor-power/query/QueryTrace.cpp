@@ -224,6 +224,10 @@ const QueryTrace::Calculation* QueryTrace::find(Modulation modulation) const {
     return found == calculations.end() ? nullptr : &*found;
 }
 
+std::optional<Rule> QueryTrace::Calculation::firstTrouble() const {
+    return troubles.empty() ? std::nullopt : std::optional(troubles.front().rule);
+}
+
 std::string QueryTrace::Calculation::words() const {
     std::string words;
     for (const TraceTrouble& trouble : troubles) {

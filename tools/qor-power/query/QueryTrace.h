@@ -35,6 +35,9 @@ struct QueryTrace {
 
         /// The troubles on one line; empty without one.
         std::string words() const;
+
+        /// The rule of the trouble that the words begin with.
+        std::optional<Rule> firstTrouble() const;
     };
 
     /// Reads the records of one query, in the order written.
