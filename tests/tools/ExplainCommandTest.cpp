@@ -115,6 +115,17 @@ TEST(ExplainCommand, ExplainsTextWithTimesInFrontAndTheCutbackThatIsGiven) {
         "library\n");
 }
 
+TEST(ExplainCommand, ACodeWithoutModulationIsExplained) {
+    const ToolResult result = explain({"radios/outdoor1.json", "--frame-format", "9", "5"});
+
+    EXPECT_EQ(result.status, done) << result;
+    EXPECT_NE(
+        result.output.find("UNDEFINED: no power (code 5 UNDEFINED)\n"
+                           "  No power: no modulation has this code (undefined-modulation)\n"),
+        std::string::npos)
+        << result;
+}
+
 TEST(ExplainCommand, AQueryThatFailsIsExplainedAndSaid) {
     const ToolResult result = explain({"radios/outdoor1.json", "--frame-format", "8", "4QAM"});
 

@@ -1,3 +1,4 @@
+#include "BatchResult.h"
 #include "LoggedPowers.h"
 #include "PowerTableQuery.h"
 #include "RadioFileReader.h"
@@ -491,6 +492,27 @@ TEST(AWaterfall, SaysWhatDoesNotAddUp) {
     EXPECT_FALSE(explanation.addsUp());
     EXPECT_EQ(explanation.mismatch,
               "the power of the family is 17.00 dBm by the steps, 17.01 dBm by the library");
+}
+
+/// Explanations of which only those of 16QAM do not add up.
+std::vector<Explanation> explanationsWithMismatch() {
+    std::vector<Explanation> explanations(3);
+    explanations[0].modulation = Modulation::QAM4;
+    explanations[1].modulation = Modulation::QAM16;
+    explanations[1].mismatch = "1 is not 2";
+    explanations[2] = explanations[1]; // another code of the same modulation
+    return explanations;
+}
+
+TEST(Mismatches, AreToldOnceForEachModulation) {
+    EXPECT_THAT(mismatchesOf(explanationsWithMismatch()),
+                ElementsAre("the steps for 16QAM do not add up: 1 is not 2"));
+}
+
+TEST(Mismatches, MakeALineOfABatchBad) {
+    EXPECT_EQ(BatchResult::errorOf({{}, explanationsWithMismatch()}),
+              "the steps for 16QAM do not add up: 1 is not 2");
+    EXPECT_EQ(BatchResult::errorOf({{}, {Explanation()}}), "");
 }
 
 TEST(AWaterfall, ComparesTheAnswer) {

@@ -222,6 +222,19 @@ TEST_F(PlotFile, HoldsThePicture) {
     EXPECT_EQ(contentAt(path("radio.svg")), svgOf("radios/outdoor1.json"));
 }
 
+TEST_F(PlotFile, KeepsItsPermissionsWhenItIsReplaced) {
+    const fs::perms readByTheGroup =
+        fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
+    std::ofstream(path("radio.svg")) << "before";
+    fs::permissions(path("radio.svg"), readByTheGroup);
+
+    const ToolResult result = plot("radios/outdoor1.json", {"-o", path("radio.svg")});
+
+    EXPECT_EQ(result.status, done) << result;
+    EXPECT_EQ(contentAt(path("radio.svg")), svgOf("radios/outdoor1.json"));
+    EXPECT_EQ(fs::status(path("radio.svg")).permissions(), readByTheGroup);
+}
+
 TEST_F(PlotFile, IsNotWrittenUnlessItIsNamed) {
     const ToolResult result =
         ToolProcess({"plot", std::string(QOR_TOOL_TESTS) + "/radios/outdoor1.json"})

@@ -71,17 +71,6 @@ std::string takeId(std::string& line) {
     return id;
 }
 
-void findTrouble(const ExplainedTable& powers, BatchResult& result) {
-    if (!powers.table.failure.empty()) {
-        result.error = "no powers: " + powers.table.failure;
-    }
-    for (const Explanation& explanation : powers.explanations) {
-        if (!explanation.addsUp()) {
-            result.error = "the explanation does not add up: " + explanation.mismatch;
-        }
-    }
-}
-
 } // namespace
 
 Command BatchCommand::describe() {
@@ -192,7 +181,7 @@ BatchResult BatchCommand::answer(const LineReader::Line& line) const {
 
 void BatchCommand::query(const std::string& text, BatchResult& result) const {
     result.powers = m_query.explain(RadioFileReader::read(text));
-    findTrouble(*result.powers, result);
+    result.error = BatchResult::errorOf(*result.powers);
 }
 
 std::string BatchCommand::form(const BatchResult& result) const {

@@ -14,4 +14,7 @@ struct BatchResult {
     std::string place;                    ///< of the error in the radio file; may be empty
 
     bool isBad() const { return !error.empty(); }
+
+    /// What is wrong with powers; empty if nothing is.
+    static std::string errorOf(const ExplainedTable& powers);
 };

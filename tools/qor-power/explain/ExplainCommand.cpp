@@ -15,7 +15,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <set>
 #include <utility>
 
 namespace {
@@ -39,16 +38,11 @@ void reduce(ExplainedTable& explained, const ModulationChoice& wanted) {
 /// Says loudly what does not add up.
 /// @return whether everything does.
 bool complainOfMismatches(const std::string& where, const std::vector<Explanation>& explanations) {
-    std::set<std::string> said;
-    for (const Explanation& explanation : explanations) {
-        const std::string line = where + ": the steps for " +
-                                 convertAcmEnumToString(explanation.modulation) +
-                                 " do not add up: " + explanation.mismatch;
-        if (!explanation.addsUp() && said.insert(line).second) {
-            complain(line);
-        }
+    const std::vector<std::string> lines = mismatchesOf(explanations);
+    for (const std::string& line : lines) {
+        complain(where + ": " + line);
     }
-    return said.empty();
+    return lines.empty();
 }
 
 } // namespace

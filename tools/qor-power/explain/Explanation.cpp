@@ -1,8 +1,22 @@
 #include "Explanation.h"
 
+#include <algorithm>
+
 Rule Explanation::decisiveRule() const {
     if (const Bound* const bound = binding()) {
         return bound->rule;
     }
     return refusal.value_or(Rule::Unexplained);
+}
+
+std::vector<std::string> mismatchesOf(const std::vector<Explanation>& explanations) {
+    std::vector<std::string> lines;
+    for (const Explanation& explanation : explanations) {
+        const std::string line = "the steps for " + convertAcmEnumToString(explanation.modulation) +
+                                 " do not add up: " + explanation.mismatch;
+        if (!explanation.addsUp() && std::find(lines.begin(), lines.end(), line) == lines.end()) {
+            lines.push_back(line);
+        }
+    }
+    return lines;
 }

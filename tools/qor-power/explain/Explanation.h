@@ -109,3 +109,7 @@ struct ExplainedTable {
     std::string pmaxTable = {}; ///< the Pmax table that was read, with the fallback that led to it
     std::string pmaxTableKey = {}; ///< its key in the radio file, for example "pmaxDpd1Etsi"
 };
+
+/// What does not add up in explanations, a line for each modulation: "the steps for 16QAM do not
+/// add up: ...". Modulations that several codes share are told once.
+std::vector<std::string> mismatchesOf(const std::vector<Explanation>& explanations);

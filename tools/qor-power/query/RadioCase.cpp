@@ -27,12 +27,8 @@ PowerTable RadioCase::powers() const {
 ExplainedTable RadioCase::explain() const {
     ExplainedTable explained = underName(name, [this] { return query.explain(file); });
     explained.table.radioFile = name;
-    for (const Explanation& explanation : explained.explanations) {
-        if (!explanation.addsUp()) {
-            complain((name.empty() ? "" : name + ": ") + "the steps for " +
-                     convertAcmEnumToString(explanation.modulation) +
-                     " do not add up: " + explanation.mismatch);
-        }
+    for (const std::string& line : mismatchesOf(explained.explanations)) {
+        complain((name.empty() ? "" : name + ": ") + line);
     }
     return explained;
 }
