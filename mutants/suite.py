@@ -52,7 +52,7 @@ PROGRAMS = {
         Program("service_tests"),
         Program("service_substitute_tests"),
         Program("service_allocation_tests"),
-        Program("allocation_drill_tests"),
+        Program("allocation_drill"),
         Program("calculators_board_tests"),
         Program(
             "qor-compare-replays",

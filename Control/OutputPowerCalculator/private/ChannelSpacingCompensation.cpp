@@ -71,8 +71,7 @@ bool readVariable(TraceSource& trace, const char* name, const void*& content, st
 /// The compensation of the first pair with a channel spacing, 0 without one.
 /// @param size elements of the array that may be read.
 /// @param validSize elements that are calibrated, at least 1. The first pair is compared even if
-/// that
-///        is less than a pair.
+///        that is less than a pair.
 long findCompensation(const std::int32_t* elements, std::uint32_t size, std::uint32_t validSize,
                       std::int32_t channelSpacing) {
     const std::uint32_t end = std::min(size, validSize);

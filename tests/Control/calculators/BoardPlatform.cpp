@@ -119,8 +119,8 @@ std::uint32_t CStorageManager_GetVariableContentAddressByName(const char* name,
     if (found->second.address != nullptr) {
         *address = found->second.address;
     }
-    if (size != nullptr) {
-        *size = found->second.size;
+    if (size != nullptr && found->second.size) {
+        *size = *found->second.size;
     }
     return found->second.status;
 }

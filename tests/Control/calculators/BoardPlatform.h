@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,8 +22,8 @@ struct TraceObject {
 /// behind the address.
 struct Variable {
     std::uint32_t status;
-    const void* address; ///< null: the store writes no address
-    std::uint32_t size;
+    const void* address;               ///< null: the store writes no address
+    std::optional<std::uint32_t> size; ///< none: the store writes no size
 };
 
 /// Every trace object of the program.

@@ -255,6 +255,14 @@ TEST_P(StoredCompensation, Is0WhenTheStoreGivesNoAddress) {
     EXPECT_EQ(at(1), 0);
 }
 
+TEST_P(StoredCompensation, Is0WhenTheStoreGivesNoSize) {
+    calibrate(6, 6);
+    BoardPlatform::variables()[array].size.reset();
+
+    EXPECT_EQ(at(1), 0);
+    EXPECT_EQ(at(5), 0);
+}
+
 template <class Family>
 Calculator* calculatorOf() {
     return Family::getInstance();
