@@ -197,6 +197,7 @@ const CLI::App& CommandLine::Parser::given() const {
 
 void CommandLine::Parser::refuseCommand(const std::string& word) const {
     std::vector<std::string> known;
+    known.reserve(m_commands.size());
     for (const Command& command : m_commands) {
         known.push_back(command.name);
     }

@@ -15,11 +15,11 @@ ModulationChoice::ModulationChoice(const std::vector<std::string>& words) {
 }
 
 bool ModulationChoice::includes(Modulation modulation) const {
-    return isEverything() || m_modulations.count(modulation) != 0;
+    return isEverything() || m_modulations.contains(modulation);
 }
 
 bool ModulationChoice::includes(const PowerTable::Row& row) const {
-    return includes(row.modulation) || m_codes.count(row.modulationAndCode) != 0;
+    return includes(row.modulation) || m_codes.contains(row.modulationAndCode);
 }
 
 void ModulationChoice::take(const std::string& word) {

@@ -25,6 +25,7 @@ std::vector<RuleCounts::Count> RuleCounts::sortedByNodes() const {
 
 std::vector<RuleCounts::Count> RuleCounts::sortedBy(std::uint64_t Count::*number) const {
     std::vector<Count> counts;
+    counts.reserve(m_counts.size());
     for (const auto& [rule, count] : m_counts) {
         counts.push_back(count);
     }

@@ -62,8 +62,10 @@ std::string CheckText::list(const std::vector<std::string>& words) {
     std::string text;
     const std::size_t count = words.size() <= shown ? words.size() : shown - 1;
     for (std::size_t index = 0; index < count; ++index) {
-        const bool isLast = index > 0 && index + 1 == words.size();
-        text += (index == 0 ? "" : isLast ? " and " : ", ") + words[index];
+        if (index > 0) {
+            text += index + 1 == words.size() ? " and " : ", ";
+        }
+        text += words[index];
     }
     if (count < words.size()) {
         text += " and " + std::to_string(words.size() - count) + " more";

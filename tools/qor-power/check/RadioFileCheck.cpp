@@ -254,8 +254,9 @@ void Check::checkAnswers() {
     std::unique_ptr<State> state = startState();
     std::size_t lineCount = 0;
     Replay(warnings).play(m_file, [&](const std::string& line) {
+        ++lineCount;
         // The first line is the start of the service.
-        if (lineCount++ == 0 || lineCount - 2 >= m_requestCount) {
+        if (lineCount == 1 || lineCount - 2 >= m_requestCount) {
             return;
         }
         const std::size_t index = lineCount - 2;

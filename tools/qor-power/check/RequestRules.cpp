@@ -88,7 +88,7 @@ class RequestRules::Visitor {
 public:
     Visitor(RequestRules& rules, std::size_t index, const CheckedNode& node)
         : m_rules(rules)
-        , m_place(rules.placeOf(index))
+        , m_place(placeOf(index))
         , m_written(rules.written(index))
         , m_node(node) {}
 

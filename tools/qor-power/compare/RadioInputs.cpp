@@ -4,10 +4,12 @@
 #include "InputAxis.h"
 #include "OneLine.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <utility>
+#include <map>
+#include <set>
+#include <string_view>
+#include <unordered_map>
 
 namespace {
 
@@ -23,17 +25,7 @@ std::string resultText(const ResultOnly& answer) {
     return "result " + std::to_string(answer.result);
 }
 
-/// A name that no other input of the list has: repetitions are numbered.
-std::string uniqueName(const RadioInputs& inputs, const std::string& name) {
-    std::string unique = name;
-    const auto isTaken = [&unique](const RadioInput& input) { return input.name == unique; };
-    for (int number = 2; std::any_of(inputs.begin(), inputs.end(), isTaken); ++number) {
-        unique = name + '#' + std::to_string(number);
-    }
-    return unique;
-}
-
-/// A Pmax table row by row; an odd integer at its end is no row.
+/// A Pmax table row by row, rows of one modulation numbered; an odd integer at its end is no row.
 void addPmax(RadioInputs& inputs, const std::string& name,
              const std::optional<CapabilityHandlerAnswers::Pmax>& pmax) {
     if (!pmax) {
@@ -44,10 +36,15 @@ void addPmax(RadioInputs& inputs, const std::string& name,
         return;
     }
     const auto& integers = std::get<std::vector<int>>(*pmax);
+    std::map<std::string, int> timesOf;
     for (std::size_t place = 0; place + 1 < integers.size(); place += 2) {
         const auto modulation = static_cast<Modulation>(integers[place]);
-        inputs.push_back({uniqueName(inputs, name + '/' + convertAcmEnumToString(modulation)),
-                          Decibels::format(integers[place + 1]) + " dBm"});
+        std::string row = name + '/' + convertAcmEnumToString(modulation);
+        const int times = ++timesOf[row];
+        if (times > 1) {
+            row += '#' + std::to_string(times);
+        }
+        inputs.push_back({row, Decibels::format(integers[place + 1]) + " dBm"});
     }
 }
 
@@ -66,12 +63,13 @@ void addCapabilities(RadioInputs& inputs, const CapabilityHandlerAnswers& handle
 }
 
 void addOffsets(RadioInputs& inputs, const SystemPowerControllerAnswers& controller) {
+    std::set<std::int32_t> known;
     for (const auto& offset : controller.minOutputPowerOffsets) {
         const auto spacing = static_cast<std::int32_t>(offset.channelSpacing);
-        const std::string name = "min-output-power-offset/" + std::to_string(spacing);
         // Of two offsets for one spacing the first counts.
-        if (uniqueName(inputs, name) == name) {
-            inputs.push_back({name, Decibels::format(offset.offset) + " dB"});
+        if (known.insert(spacing).second) {
+            inputs.push_back({"min-output-power-offset/" + std::to_string(spacing),
+                              Decibels::format(offset.offset) + " dB"});
         }
     }
 }
@@ -96,11 +94,15 @@ std::string codesOf(const PowerTable& table) {
     return codes.empty() ? noValue : codes;
 }
 
-const RadioInput* find(const RadioInputs& inputs, const std::string& name) {
-    const auto found = std::find_if(inputs.begin(), inputs.end(), [&name](const RadioInput& input) {
-        return input.name == name;
-    });
-    return found == inputs.end() ? nullptr : &*found;
+/// The values of inputs by their names. A radio may have as many as a file has variables.
+using ValuesByName = std::unordered_map<std::string_view, std::string_view>;
+
+ValuesByName valuesOf(const RadioInputs& inputs) {
+    ValuesByName values;
+    for (const RadioInput& input : inputs) {
+        values.emplace(input.name, input.value);
+    }
+    return values;
 }
 
 } // namespace
@@ -141,15 +143,18 @@ std::vector<RadioInput> inputsOf(const RadioCase& radio, const PowerTable& table
 
 std::vector<InputChange> changesBetween(const std::vector<RadioInput>& before,
                                         const std::vector<RadioInput>& after) {
+    const ValuesByName valuesBefore = valuesOf(before);
+    const ValuesByName valuesAfter = valuesOf(after);
     std::vector<InputChange> changes;
     for (const RadioInput& input : before) {
-        const RadioInput* const other = find(after, input.name);
-        if (other == nullptr || other->value != input.value) {
-            changes.push_back({input.name, input.value, other == nullptr ? "" : other->value});
+        const auto other = valuesAfter.find(input.name);
+        const bool isThere = other != valuesAfter.end();
+        if (!isThere || other->second != input.value) {
+            changes.push_back({input.name, input.value, std::string(isThere ? other->second : "")});
         }
     }
     for (const RadioInput& input : after) {
-        if (find(before, input.name) == nullptr) {
+        if (!valuesBefore.contains(input.name)) {
             changes.push_back({input.name, "", input.value});
         }
     }

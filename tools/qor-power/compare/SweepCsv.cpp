@@ -19,6 +19,7 @@ std::string decibelsOrNothing(const std::optional<long>& power) {
 
 std::vector<std::string> valuesOf(const Sweep::Point& point) {
     std::vector<std::string> fields;
+    fields.reserve(point.values.size());
     for (const Inputs::Value& value : point.values) {
         fields.push_back(Inputs::textOf(value));
     }
@@ -59,6 +60,7 @@ std::vector<PowerTable::Row> rowsOf(const Sweep& sweep, const Sweep::Point& poin
 
 std::string csvForm(const Sweep& sweep) {
     std::vector<std::string> names;
+    names.reserve(sweep.lines.size());
     for (const Sweep::Line& line : sweep.lines) {
         names.push_back(columnOf(*line.axis));
     }

@@ -124,7 +124,7 @@ std::string RadioFilePlaces::pmaxRow(EDpdVersion dpdVersion, EFrameFormatMarket 
         return {};
     }
     std::vector<std::string> path = {"capabilityHandler", table.key};
-    if (m_file.flatPmaxTables.count(table.key) != 0) {
+    if (m_file.flatPmaxTables.contains(table.key)) {
         path.insert(path.end(), {"integers", std::to_string(*row + 1)});
     } else {
         path.insert(path.end(), {std::to_string(*row / 2), "1"});

@@ -237,6 +237,8 @@ void Search::searchCode(const std::string& name, const std::string& words,
                   return std::make_pair(std::abs(left.code - current.code), left.code) <
                          std::make_pair(std::abs(right.code - current.code), right.code);
               });
+    // A frame format may list a code again and again; it is tried once.
+    codes.erase(std::unique(codes.begin(), codes.end()), codes.end());
     for (const ModulationAndCoding code : codes) {
         if (const Power power = allowedBy(Inputs::varied(m_radio, Selected{code}))) {
             const bool isSelected = current.code != ModulationAndCoding::UNDEFINED;

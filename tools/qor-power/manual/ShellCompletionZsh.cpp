@@ -51,7 +51,12 @@ std::string entriesOf(const CommandOption& option) {
 }
 
 std::string entryOfArgument(const CommandOption& argument) {
-    const std::string prefix = argument.isRepeatable() ? "*" : argument.isRequired ? "" : ":";
+    std::string prefix;
+    if (argument.isRepeatable()) {
+        prefix = "*";
+    } else if (!argument.isRequired) {
+        prefix = ":";
+    }
     return " \\\n            '" + prefix + valueOf(argument, argument.name) + '\'';
 }
 

@@ -31,6 +31,7 @@ Drawn drawnFrom(const RadioCase& radio) {
 std::vector<Inputs::Value> thinnedOut(const std::vector<Inputs::Value>& values,
                                       std::size_t wanted) {
     std::vector<Inputs::Value> chosen;
+    chosen.reserve(wanted);
     for (std::size_t index = 0; index < wanted; ++index) {
         chosen.push_back(values[index * (values.size() - 1) / (wanted - 1)]);
     }

@@ -24,9 +24,7 @@ std::int64_t nextStep(std::int64_t step) {
 } // namespace
 
 PlotScale::PlotScale(std::int64_t least, std::int64_t greatest, std::int64_t maxTicks)
-    : m_low(0)
-    , m_high(0)
-    , m_step(oneDecibel) {
+    : m_step(oneDecibel) {
     // Around a power that is itself a tick there are two steps, however wide: three ticks.
     constexpr std::int64_t fewestTicks = 3;
     for (;; m_step = nextStep(m_step)) {

@@ -18,7 +18,7 @@ public:
     std::int64_t placeOf(std::int64_t power, std::int64_t length) const;
 
 private:
-    std::int64_t m_low;
-    std::int64_t m_high;
+    std::int64_t m_low = 0;
+    std::int64_t m_high = 0;
     std::int64_t m_step;
 };

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <numeric>
 #include <set>
 #include <vector>
 
@@ -98,9 +99,9 @@ private:
     std::vector<std::string> m_title;
     std::vector<std::string> m_conditions;
     PlotScale m_scale;
-    Tenths m_stepWidth;
-    Tenths m_width;
-    Tenths m_top;
+    Tenths m_stepWidth = 0;
+    Tenths m_width = 0;
+    Tenths m_top = 0;
     SvgDocument m_svg;
     PlotCanvas m_canvas{m_svg};
 };
@@ -109,10 +110,7 @@ Picture::Picture(const PowerPlot& plot)
     : m_plot(plot)
     , m_limiting(plot.limitingRules())
     , m_denying(plot.denyingRules())
-    , m_scale(scaleOf(plot))
-    , m_stepWidth(0)
-    , m_width(0)
-    , m_top(0) {
+    , m_scale(scaleOf(plot)) {
     const auto steps = static_cast<Tenths>(std::max<std::size_t>(plot.modulations.size(), 1));
     std::size_t longest = 0;
     for (const std::string& modulation : plot.modulations) {
@@ -327,10 +325,8 @@ void Picture::drawLabel(std::size_t index, const std::vector<std::string>& lines
 }
 
 void Picture::drawLabels() {
-    std::vector<std::size_t> order;
-    for (std::size_t index = 0; index < m_plot.series.size(); ++index) {
-        order.push_back(index);
-    }
+    std::vector<std::size_t> order(m_plot.series.size());
+    std::iota(order.begin(), order.end(), 0);
     const auto placeOf = [this](std::size_t index) {
         const PowerPlot::Series& series = m_plot.series[index];
         const std::size_t end = endOf(series);

@@ -17,11 +17,8 @@ StepsByModulation stepsOf(const ExplainedTable& powers) {
     StepsByModulation steps;
     for (std::size_t index = 0; index < powers.table.rows.size(); ++index) {
         const PowerTable::Row& row = powers.table.rows[index];
-        PowerPlot::Step step{std::nullopt, powers.explanations[index].decisiveRule()};
-        if (row.maxPower) {
-            step.power = *row.maxPower;
-        }
-        steps.emplace(row.modulation, step);
+        steps.emplace(row.modulation,
+                      PowerPlot::Step{row.maxPower, powers.explanations[index].decisiveRule()});
     }
     return steps;
 }
@@ -31,9 +28,7 @@ PowerPlot::Series seriesOf(const ExplainedTable& powers, const std::string& labe
     for (const auto& [modulation, step] : stepsOf(powers)) {
         series.steps.push_back(step);
     }
-    if (powers.table.minOutputPower) {
-        series.minimum = *powers.table.minOutputPower;
-    }
+    series.minimum = powers.table.minOutputPower;
     return series;
 }
 

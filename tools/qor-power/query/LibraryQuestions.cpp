@@ -62,7 +62,7 @@ LibraryQuestions::Offsets askForOffsets(EReferenceSEC rsec) {
     trace.clear();
     trace.setLevel(6);
     {
-        Node node(file.channel, file.node);
+        const Node node(file.channel, file.node);
         OutputPowerCalculator service(file.channel);
         service.initialize();
         long minPower = 0;
@@ -104,7 +104,7 @@ std::optional<std::int32_t> LibraryQuestions::pmax(const RadioFile& file, EDpdVe
     trace.setLevel(2);
     long power = 0;
     {
-        Node node(file.channel, answers);
+        const Node node(file.channel, answers);
         OutputPowerCalculator service(file.channel);
         service.initialize();
         trace.clear();

@@ -162,7 +162,7 @@ std::string textOf(const Heading& heading) {
 }
 
 std::string textForm(const PowerTable& table) {
-    const std::string heading = textOf(headingOf(table));
+    std::string heading = textOf(headingOf(table));
     if (table.rows.empty()) {
         return heading;
     }
