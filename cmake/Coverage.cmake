@@ -12,7 +12,4 @@ if(QOR_COVERAGE)
     add_compile_options(
         "${counting}" -fcoverage-mapping -fcoverage-mcdc -fcoverage-compilation-dir=.)
     add_link_options("${counting}")
-    # GCC's standard library uses a function of its own that it calls deprecated (stable_sort), which
-    # this compiler tells whoever sorts.
-    add_compile_options(-Wno-deprecated-declarations)
 endif()

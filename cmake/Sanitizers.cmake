@@ -1,6 +1,16 @@
 # QOR_SANITIZE=address,undefined or QOR_SANITIZE=thread builds everything with them. The first report
-# ends the program.
+# ends the program, and so does what the standard library finds wrong, such as an empty optional that is
+# read.
 if(QOR_SANITIZE)
     add_compile_options(-fsanitize=${QOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_compile_definitions(_GLIBCXX_ASSERTIONS)
     add_link_options(-fsanitize=${QOR_SANITIZE})
 endif()
+
+# qor_optimise_sanitized(TARGET): even a debug build with sanitizers optimises the target. For those in
+# which the tests spend their time; what is compiled for longer than it runs stays as it is.
+function(qor_optimise_sanitized target)
+    if(QOR_SANITIZE)
+        target_compile_options(${target} PRIVATE $<$<CONFIG:Debug>:-O1>)
+    endif()
+endfunction()

@@ -10,9 +10,9 @@ class FailureDrill {
 public:
     /// Makes one call fail: it answers a result code (or that nothing is known, where the operation
     /// has no code), and writes nothing.
-    /// @param call which one, counted from now over those operations of the neighbour that can
-    /// fail: 1
-    ///        is the next. 0 calls an outstanding failure off.
+    /// @param call which one, counted from now over those operations of the
+    ///        neighbour that can fail: 1 is the next. 0 calls an outstanding failure
+    ///        off.
     /// @param code what the call returns.
     void failAt(unsigned call, unsigned code = ResultCode::Failure);
 

@@ -34,9 +34,9 @@ public:
     /// first counts. A null count, a null table and a count below 1 all mean an empty table.
     /// @param[out] table where to write the address of the table.
     /// @param[out] count where to write the address of the count.
-    /// @return result code; on a failure the next table of the fallback order is tried. What a
-    /// failed
-    ///         call wrote stays written. Default: 0 with both untouched.
+    /// @return result code; on a failure the next table of the fallback order is tried.
+    ///         What a failed call wrote stays written.
+    ///         Default: 0 with both untouched.
     virtual unsigned getPmaxCapabilityDpd1Ansi(const int** table, const int** count) const;
 
     /// As getPmaxCapabilityDpd1Ansi(), for DPD version 2 and the ANSI market.

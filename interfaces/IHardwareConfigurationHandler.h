@@ -28,8 +28,8 @@ public:
     /// All frame formats, in the handler's order; of two records with one id the first counts.
     /// @param flag the service always passes false.
     /// @param[out] records replaced by the records; its storage is reused. A channel spacing of
-    /// 3000
-    ///        in a record means that it has none.
+    ///        3000 in a record means that it has none: where the minimum power is concerned, it
+    ///        counts as 0 MHz.
     virtual void getFrameFormatRecords(bool flag,
                                        std::vector<FrameFormatRecord>& records) const = 0;
 

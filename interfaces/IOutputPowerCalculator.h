@@ -34,14 +34,14 @@ public:
     /// @param minModulationAndCodeIn lowest selected code; ModulationAndCoding::UNDEFINED: the ACM
     ///        handler's selection.
     /// @param maxModulationAndCodeIn highest selected code; likewise.
-    /// @param referenceSec RSEC of the link; EReferenceSEC::UNDEFINED: the one that the system
-    /// power
+    /// @param referenceSec RSEC of the link;
+    ///        EReferenceSEC::UNDEFINED: the one that the system power
     ///        controller reports.
     /// @param[out] minOutputPower minimum output power of the frame format's channel spacing;
     ///        untouched on failure.
-    /// @param[in,out] powerMap one entry is inserted or overwritten for each code that the radio
-    /// can
-    ///        carry. It is not cleared: codes that get no power keep what the caller put there.
+    /// @param[in,out] powerMap one entry is inserted or overwritten for each code that the
+    ///        radio can carry. It is not cleared: codes that get no power keep what the caller
+    ///        put there.
     /// @return 0; 32771 for an array that is empty or whose highest code has no modulation (the map
     ///         is untouched); 32768 if the channel-spacing compensation could not be read
     ///         (likewise). A code whose own power fails is left out of the map and is no failure.
@@ -65,13 +65,13 @@ public:
     /// modulation within the operator's selection, with the cutback in force.
     ///
     /// @param[out] minPower minimum output power; written in every case.
-    /// @param[out] maxPower the lower of the Pmax at the selected minimum modulation and at the
-    /// asked
-    ///        one, plus the channel-spacing compensation; with a booster what the family's
-    ///        calculator allows. Written only on success.
-    /// @return 0; 32768 if no modulation is selected anywhere, the compensation could not be read,
-    /// or
-    ///         the calculator refused.
+    /// @param[out] maxPower the lower of the Pmax at the selected minimum
+    ///        modulation and at the asked one, plus the channel-spacing
+    ///        compensation; with a booster what the family's calculator allows.
+    ///        Written only on success.
+    /// @return 0;
+    ///         32768 if no modulation is selected anywhere, the compensation could not be read,
+    ///         or the calculator refused.
     virtual int calculatePowerCapabilities(Modulation modulation, long& minPower,
                                            long& maxPower) const = 0;
 
@@ -79,10 +79,10 @@ public:
     /// modulation, with the cutback in force.
     ///
     /// @param[out] minPower written only on success (0).
-    /// @param[out] maxPower what the family's calculator allows. On a failure it is untouched,
-    /// except
-    ///        that a radio-unit family whose booster tables have no entry leaves the power before
-    ///        the booster in it.
+    /// @param[out] maxPower what the family's calculator allows. On a
+    ///        failure it is untouched, except that a radio-unit family whose
+    ///        booster tables have no entry leaves the power before the
+    ///        booster in it.
     /// @return 0; 2 if the calculator does not apply to the modulation; 32768, 32776 or 32778.
     virtual int calculateAdmodPowerCapabilities(Modulation actualModulation, EReferenceSEC rsec,
                                                 long& minPower, long& maxPower) = 0;

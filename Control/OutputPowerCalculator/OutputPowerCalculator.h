@@ -35,10 +35,10 @@ public:
         ById = 1        ///< IHardwareConfigurationHandler
     };
 
-    /// @param radioChannel the channel to serve, 1 or 2; any other number serves channel 1. The
-    /// four
-    ///        Pmax tables look their capability handler up under the number as it was given, 0
-    ///        being the handler without a channel: that is meant.
+    /// @param radioChannel the channel to serve, 1 or 2; any other number serves channel 1.
+    ///        The four Pmax tables look their capability handler up under the number
+    ///        as it was given, 0 being the handler without a channel:
+    ///        that is meant.
     explicit OutputPowerCalculator(unsigned long radioChannel);
 
     /// Withdraws the service from the broker, whether or not it was ever published.

@@ -18,14 +18,15 @@
 
 namespace {
 
-using Place = std::tuple<Family, bool /* booster */, int /* trace level */>;
+using Place =
+    std::tuple<Family, bool /* booster */, bool /* adaptive modulation */, int /* trace level */>;
 
 class AllocationDrill : public ::testing::TestWithParam<Place> {
 protected:
     AllocationDrill()
-        : sides({std::get<0>(GetParam()), std::get<1>(GetParam()), true,
+        : sides({std::get<0>(GetParam()), std::get<1>(GetParam()), std::get<2>(GetParam()),
                  Limit::ByCarrierAggregationProfile}) {
-        DeskTrace::getInstance().setLevel(std::get<2>(GetParam()));
+        DeskTrace::getInstance().setLevel(std::get<3>(GetParam()));
     }
 
     ~AllocationDrill() override {
@@ -159,11 +160,12 @@ TEST_P(AllocationDrill, theStartPublishesTheServiceOrLeavesItUnpublished) {
 
 INSTANTIATE_TEST_SUITE_P(EveryFamily, AllocationDrill,
                          ::testing::Combine(::testing::ValuesIn(families), ::testing::Bool(),
-                                            ::testing::Values(0, 6)),
+                                            ::testing::Bool(), ::testing::Values(0, 6)),
                          [](const auto& place) {
                              return std::string(std::get<0>(place.param).name) +
                                     (std::get<1>(place.param) ? "WithBooster" : "") +
-                                    (std::get<2>(place.param) == 0 ? "Untraced" : "Traced");
+                                    (std::get<2>(place.param) ? "Adaptive" : "Fixed") +
+                                    (std::get<3>(place.param) == 0 ? "Untraced" : "Traced");
                          });
 
 TEST(Destruction, takesNothingFromTheHeap) {

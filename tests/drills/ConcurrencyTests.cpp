@@ -15,6 +15,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstddef>
 #include <latch>
 #include <map>
@@ -129,13 +130,21 @@ std::vector<long> answersOf(OutputPowerCalculator& service) {
     return answers;
 }
 
-void pushInputs(OutputPowerCalculator& service, int round) {
-    long power = 0;
-    service.setPowerCutback(static_cast<unsigned long>(round));
-    service.setTemporaryPowerCutback(round % 2 == 0, 50);
-    service.setTemperature(round);
-    service.setBoosterPresence(round % 8, 2500, 700, Modulation::QAM512);
-    service.applyCutbackToMaxPower(power);
+/// Sets every operating input, each time to something else.
+/// @return what each time was left of a power.
+std::vector<long> pushInputs(OutputPowerCalculator& service) {
+    constexpr int roundCount = 20;
+    std::vector<long> powers;
+    for (int round = 0; round < roundCount; ++round) {
+        service.setPowerCutback(static_cast<unsigned long>(round));
+        service.setTemporaryPowerCutback(round % 2 == 0, 50);
+        service.setTemperature(round);
+        service.setBoosterPresence(round % 8, 2500, 700, Modulation::QAM512);
+        long power = highestPmax;
+        service.applyCutbackToMaxPower(power);
+        powers.push_back(power);
+    }
+    return powers;
 }
 
 struct Family {
@@ -167,34 +176,38 @@ protected:
     SimulatedHardwareConfigurationHandler m_hardwareConfigurationHandler;
 };
 
-/// Asks each of two services from several threads at once, while two more services get inputs.
-/// @return the answers of each round of each asking thread; a thread's number is even if it asked
-///         the first service.
-std::vector<std::vector<std::vector<long>>> askAtOnce(OutputPowerCalculator& even,
-                                                      OutputPowerCalculator& odd) {
+/// What many threads were told.
+struct Answers {
+    /// The answers of each round of each asking thread; a thread's number is even if it asked the
+    /// first service.
+    std::vector<std::vector<std::vector<long>>> asked;
+    std::vector<std::vector<long>> pushed; ///< the powers of each thread that set inputs
+};
+
+/// Asks each of two services from several threads at once, while others get inputs, a thread each.
+Answers askAtOnce(OutputPowerCalculator& even, OutputPowerCalculator& odd,
+                  std::array<OutputPowerCalculator, 2>& others) {
     constexpr int askingThreads = 6;
-    constexpr int inputThreads = 2;
     constexpr int roundCount = 20;
-    std::latch start(askingThreads + inputThreads);
-    std::vector<std::vector<std::vector<long>>> answers(askingThreads);
+    std::latch start(askingThreads + static_cast<int>(others.size()));
+    Answers answers;
+    answers.asked.resize(askingThreads);
+    answers.pushed.resize(others.size());
     std::vector<std::thread> threads;
     for (int number = 0; number < askingThreads; ++number) {
         threads.emplace_back([&, number] {
             OutputPowerCalculator& service = number % 2 == 0 ? even : odd;
-            std::vector<std::vector<long>>& mine = answers[static_cast<std::size_t>(number)];
+            std::vector<std::vector<long>>& mine = answers.asked[static_cast<std::size_t>(number)];
             start.arrive_and_wait();
             for (int round = 0; round < roundCount; ++round) {
                 mine.push_back(answersOf(service));
             }
         });
     }
-    for (int number = 0; number < inputThreads; ++number) {
-        threads.emplace_back([&start] {
-            OutputPowerCalculator another(1);
+    for (std::size_t number = 0; number < others.size(); ++number) {
+        threads.emplace_back([&, number] {
             start.arrive_and_wait();
-            for (int round = 0; round < roundCount; ++round) {
-                pushInputs(another, round);
-            }
+            answers.pushed[number] = pushInputs(others[number]);
         });
     }
     for (std::thread& thread : threads) {
@@ -203,12 +216,15 @@ std::vector<std::vector<std::vector<long>>> askAtOnce(OutputPowerCalculator& eve
     return answers;
 }
 
-void expectEach(const std::vector<std::vector<std::vector<long>>>& answers,
-                const std::vector<long>& ofEven, const std::vector<long>& ofOdd) {
-    for (std::size_t thread = 0; thread < answers.size(); ++thread) {
-        for (const std::vector<long>& round : answers[thread]) {
+void expectEach(const Answers& answers, const std::vector<long>& ofEven,
+                const std::vector<long>& ofOdd, const std::vector<long>& ofPushed) {
+    for (std::size_t thread = 0; thread < answers.asked.size(); ++thread) {
+        for (const std::vector<long>& round : answers.asked[thread]) {
             ASSERT_EQ(round, thread % 2 == 0 ? ofEven : ofOdd) << "in thread " << thread;
         }
+    }
+    for (const std::vector<long>& powers : answers.pushed) {
+        EXPECT_EQ(powers, ofPushed);
     }
 }
 
@@ -217,6 +233,7 @@ void expectEach(const std::vector<std::vector<std::vector<long>>>& answers,
 TEST_P(Concurrency, changesNoAnswer) {
     const Radio firstRadio(1, GetParam().productNumber);
     const Radio secondRadio(2, GetParam().productNumber);
+    std::array<OutputPowerCalculator, 2> others{OutputPowerCalculator{1}, OutputPowerCalculator{1}};
     OutputPowerCalculator first(1);
     OutputPowerCalculator second(2);
     ASSERT_EQ(first.initialize(), 0U);
@@ -224,9 +241,9 @@ TEST_P(Concurrency, changesNoAnswer) {
     second.setBoosterPresence(1, 2500, 700, Modulation::QAM1024);
 
     DeskTrace::getInstance().setLevel(0);
-    const auto untraced = askAtOnce(first, second);
+    const auto untraced = askAtOnce(first, second, others);
     DeskTrace::getInstance().setLevel(6);
-    const auto traced = askAtOnce(first, second);
+    const auto traced = askAtOnce(first, second, others);
     DeskTrace::getInstance().setLevel(0);
 
     const std::vector<long> serialFirst = answersOf(first);
@@ -236,8 +253,12 @@ TEST_P(Concurrency, changesNoAnswer) {
               (std::vector<long>{0, -990, 2801}));
     EXPECT_EQ(std::vector<long>(serialSecond.begin(), serialSecond.begin() + 3),
               (std::vector<long>{0, -980, 2802}));
-    expectEach(untraced, serialFirst, serialSecond);
-    expectEach(traced, serialFirst, serialSecond);
+    // A permanent cutback of the round's number, or a temporary one of 50, by turns.
+    const std::vector<long> serialPushed = pushInputs(others[0]);
+    EXPECT_EQ(std::vector<long>(serialPushed.begin(), serialPushed.begin() + 4),
+              (std::vector<long>{2750, 2799, 2750, 2797}));
+    expectEach(untraced, serialFirst, serialSecond, serialPushed);
+    expectEach(traced, serialFirst, serialSecond, serialPushed);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryFamily, Concurrency,

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -22,6 +23,10 @@ constexpr double mostSeconds = 60;
 
 bool isControl(char byte) {
     return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
+}
+
+bool isControlWithinLines(char byte) {
+    return byte != '\n' && isControl(byte);
 }
 
 void expectOneLine(const std::string& errors) {
@@ -67,5 +72,60 @@ void expectComplaint(const ToolRun& run, int status, const std::string& problem)
 void expectTrouble(const ToolRun& run, int status, const std::string& problem) {
     expectComplaint(run, status, problem);
     EXPECT_EQ(run.outputSize, 0U) << run;
+    expectWithinLimits(run);
+}
+
+void expectRefusal(const ToolCommand& command, const ToolRun& run, const std::string& problem) {
+    const std::string& output = run.firstOutput;
+    switch (command.refusal) {
+    case ToolCommand::Refusal::Complaint:
+        expectTrouble(run, badRadioFile, problem);
+        return;
+    case ToolCommand::Refusal::Finding:
+        expectComplaint(run, badRadioFile, problem);
+        EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 2) << run;
+        EXPECT_THAT(output, testing::HasSubstr(": error: "));
+        EXPECT_THAT(output, testing::EndsWith(": 1 error\n"));
+        EXPECT_TRUE(std::none_of(output.begin(), output.end(), isControlWithinLines)) << run;
+        break;
+    case ToolCommand::Refusal::JsonFinding:
+        expectComplaint(run, badRadioFile, problem);
+        EXPECT_THAT(output, testing::HasSubstr("\"isRadioFile\": false,"));
+        EXPECT_TRUE(std::none_of(output.begin(), output.end(), isControlWithinLines)) << run;
+        break;
+    case ToolCommand::Refusal::LineOfOutput:
+        expectBadLine(run, problem);
+        return;
+    }
+    expectWithinLimits(run);
+}
+
+void expectUnreadable(const ToolCommand& command, const ToolRun& run, const std::string& problem) {
+    switch (command.refusal) {
+    case ToolCommand::Refusal::Complaint:
+    case ToolCommand::Refusal::Finding:
+        expectTrouble(run, otherTrouble, problem);
+        return;
+    case ToolCommand::Refusal::JsonFinding:
+        expectComplaint(run, otherTrouble, problem);
+        EXPECT_EQ(run.firstOutput, "{\n  \"files\": []\n}\n");
+        expectWithinLimits(run);
+        return;
+    case ToolCommand::Refusal::LineOfOutput:
+        expectBadLine(run, problem);
+        return;
+    }
+}
+
+void expectBadLine(const ToolRun& run, const std::string& problem) {
+    EXPECT_EQ(run.status, badRadioFile) << run;
+    EXPECT_TRUE(run.errors.empty()) << run;
+    ASSERT_EQ(std::count(run.firstOutput.begin(), run.firstOutput.end(), '\n'), 1) << run;
+    ASSERT_EQ(run.firstOutput.size(), run.outputSize) << run;
+    const auto line = nlohmann::json::parse(run.firstOutput, nullptr, false);
+    ASSERT_TRUE(line.is_object() && line.at("error").is_string()) << run;
+    const std::string place = line.at("place").is_null() ? "" : line.at("place").get<std::string>();
+    EXPECT_THAT((place.empty() ? "" : place + ": ") + line.at("error").get<std::string>(),
+                testing::HasSubstr(problem));
     expectWithinLimits(run);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MeasuredTool.h"
+#include "ToolCommand.h"
 
 #include <cstddef>
 #include <string>
@@ -9,6 +10,7 @@ inline constexpr std::size_t mebibyte = std::size_t{1} << 20;
 
 // The documented statuses.
 inline constexpr int done = 0;
+inline constexpr int answerIsNo = 1;
 inline constexpr int badRadioFile = 2;
 inline constexpr int serviceDidNotStart = 3;
 inline constexpr int otherTrouble = 4;
@@ -30,3 +32,12 @@ void expectComplaint(const ToolRun& run, int status, const std::string& problem)
 
 /// The same, with nothing on standard output and within the limits.
 void expectTrouble(const ToolRun& run, int status, const std::string& problem);
+
+/// The command refused a bad radio file as it documents, and took no more than the limits.
+void expectRefusal(const ToolCommand& command, const ToolRun& run, const std::string& problem);
+
+/// The same for a radio file that cannot be read.
+void expectUnreadable(const ToolCommand& command, const ToolRun& run, const std::string& problem);
+
+/// The run answered a list of radio files with one line of JSON that says what is wrong.
+void expectBadLine(const ToolRun& run, const std::string& problem);

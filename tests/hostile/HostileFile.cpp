@@ -42,3 +42,10 @@ bool HostileFile::isUntouched() const {
     return std::distance(Entries(m_folder.path()), Entries()) == 1 &&
            std::filesystem::file_size(path()) == m_size;
 }
+
+bool HostileFile::begins(const std::string& text) const {
+    std::string start(text.size(), '\0');
+    std::ifstream stream(path(), std::ios::binary);
+    stream.read(start.data(), static_cast<std::streamsize>(start.size()));
+    return stream.good() && start == text;
+}

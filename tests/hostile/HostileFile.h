@@ -24,6 +24,9 @@ public:
     /// Whether the file is still alone and as long as it was written.
     bool isUntouched() const;
 
+    /// Whether the file begins with this text.
+    bool begins(const std::string& text) const;
+
 private:
     ScratchFolder m_folder;
     std::size_t m_size = 0;

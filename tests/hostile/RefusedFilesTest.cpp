@@ -1,9 +1,12 @@
 #include "Expectations.h"
 #include "HostileFile.h"
 #include "MeasuredTool.h"
+#include "ToolCommand.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -27,17 +30,19 @@ std::ostream& operator<<(std::ostream& stream, const Refused& refused) {
     return stream << refused.name;
 }
 
-class RefusedFile : public testing::TestWithParam<std::tuple<const char*, Refused>> {};
+class RefusedFile : public testing::TestWithParam<std::tuple<ToolCommand, Refused>> {};
 
 TEST_P(RefusedFile, isOneLineAndStatus2) {
     const auto& [command, refused] = GetParam();
+    StagedCommand staged(command);
     HostileFile file;
     refused.write(file);
 
-    const ToolRun run = MeasuredTool({command, file.path()}).run();
+    const ToolRun run = staged.on(file.path()).run();
 
-    expectTrouble(run, badRadioFile, refused.problem);
+    expectRefusal(command, run, refused.problem);
     EXPECT_TRUE(file.isUntouched());
+    EXPECT_TRUE(staged.isUntouched());
 }
 
 constexpr const char* tooLarge = "(document): larger than 2097152 bytes";
@@ -216,27 +221,72 @@ const std::vector<Refused> oddTexts{
      "1:16: syntax error"},
 };
 
+std::vector<ToolCommand> commandsNamed(const std::vector<std::string_view>& names) {
+    std::vector<ToolCommand> found;
+    for (const ToolCommand& command : radioFileCommands()) {
+        if (std::find(names.begin(), names.end(), command.name) != names.end()) {
+            found.push_back(command);
+        }
+    }
+    return found;
+}
+
+/// Commands with a way of their own to read a file, or to say what is wrong with it.
+const std::vector<std::string_view> ownWays{"replay", "check", "batch"};
+
+/// All the others, which have one way in common. Files of each kind are enough for them.
+std::vector<ToolCommand> commandsInCommonWay() {
+    std::vector<ToolCommand> found;
+    for (const ToolCommand& command : radioFileCommands()) {
+        if (std::find(ownWays.begin(), ownWays.end(), command.name) == ownWays.end()) {
+            found.push_back(command);
+        }
+    }
+    return found;
+}
+
+std::vector<Refused> filesOfEachKind() {
+    const std::vector<std::string_view> names{
+        "aByteTooMany",  "emptyLists",        "keyOfHalfAMebibyteTwice", "numberOfAMebibyte",
+        "objects",       "largeExponent",     "nulInAText",              "invalidByteInAText",
+        "keyTwice",      "terminalCodesInAKey", "nothing"};
+    std::vector<Refused> found;
+    for (const auto& files : {largeFiles, deepFiles, oddNumbers, oddTexts}) {
+        std::copy_if(files.begin(), files.end(), std::back_inserter(found),
+                     [&names](const Refused& refused) {
+                         return std::find(names.begin(), names.end(), refused.name) != names.end();
+                     });
+    }
+    return found;
+}
+
+std::string nameOf(const testing::TestParamInfo<std::tuple<ToolCommand, Refused>>& test) {
+    return std::string(std::get<0>(test.param).name) + '_' + std::get<1>(test.param).name;
+}
+
 INSTANTIATE_TEST_SUITE_P(Large, RefusedFile,
-                         testing::Combine(testing::Values("replay"), testing::ValuesIn(largeFiles)),
-                         [](const auto& test) { return std::get<1>(test.param).name; });
+                         testing::Combine(testing::ValuesIn(commandsNamed(ownWays)),
+                                          testing::ValuesIn(largeFiles)),
+                         nameOf);
 
 INSTANTIATE_TEST_SUITE_P(Deep, RefusedFile,
-                         testing::Combine(testing::Values("replay"), testing::ValuesIn(deepFiles)),
-                         [](const auto& test) { return std::get<1>(test.param).name; });
+                         testing::Combine(testing::ValuesIn(commandsNamed(ownWays)),
+                                          testing::ValuesIn(deepFiles)),
+                         nameOf);
 
 INSTANTIATE_TEST_SUITE_P(Numbers, RefusedFile,
-                         testing::Combine(testing::Values("replay"), testing::ValuesIn(oddNumbers)),
-                         [](const auto& test) { return std::get<1>(test.param).name; });
+                         testing::Combine(testing::ValuesIn(commandsNamed(ownWays)),
+                                          testing::ValuesIn(oddNumbers)),
+                         nameOf);
 
 INSTANTIATE_TEST_SUITE_P(Texts, RefusedFile,
-                         testing::Combine(testing::Values("replay"), testing::ValuesIn(oddTexts)),
-                         [](const auto& test) { return std::get<1>(test.param).name; });
+                         testing::Combine(testing::ValuesIn(commandsNamed(ownWays)),
+                                          testing::ValuesIn(oddTexts)),
+                         nameOf);
 
-// The other command reads its file the same way.
-INSTANTIATE_TEST_SUITE_P(Table, RefusedFile,
-                         testing::Combine(testing::Values("table"),
-                                          testing::Values(largeFiles.front(), deepFiles.front(),
-                                                          oddNumbers.front(), oddTexts.front())),
-                         [](const auto& test) { return std::get<1>(test.param).name; });
+INSTANTIATE_TEST_SUITE_P(OfEachKind, RefusedFile,
+                         testing::Combine(testing::ValuesIn(commandsInCommonWay()),
+                                          testing::ValuesIn(filesOfEachKind())),
+                         nameOf);
 
 } // namespace

@@ -15,10 +15,10 @@ public:
     Modulation getMaxRefModulation(Modulation availableMaxModulation,
                                    Modulation selectedMaxModulation) override;
 
-    /// @return 0; 2 above the booster's highest modulation; 32770 without a table entry. `maxPower`
-    /// is
-    ///         untouched by 2 and by a missing offset; a missing booster entry leaves the power
-    ///         before the booster in it.
+    /// @return 0; 2 above the booster's highest modulation; 32770 without a
+    ///         table entry. `maxPower` is untouched by 2 and by a missing
+    ///         offset; a missing booster entry leaves the power before the
+    ///         booster in it.
     int getMaxPower(CalculationData data, long& maxPower, int boosterPresence, int boosterGain,
                     int boosterMaxInputPower, Modulation boosterMaxModulation) override;
 
