@@ -1,19 +1,29 @@
 #!/usr/bin/env python3
-"""What the operators make of small texts, written down by hand."""
+"""What the operators make of small texts, written down by hand, what is said of a mutant and what is kept."""
 
 import sys
+import tempfile
 import unittest
+from importlib.machinery import SourceFileLoader
+from importlib.util import module_from_spec, spec_from_loader
 from pathlib import Path
+from types import SimpleNamespace
+from unittest import mock
 
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(Path(__file__).resolve().parent))
 
 from mutate import mutants_of  # noqa: E402
+from suite import PROGRAMS, SANITIZED, SANITIZERS, Bench, SuiteError, Unit, order_for  # noqa: E402
+
+SCRIPT = Path(__file__).resolve().parent.parent / "scripts" / "mutants"
+run = module_from_spec(spec_from_loader("run", SourceFileLoader("run", str(SCRIPT))))
+run.__spec__.loader.exec_module(run)
 
 
-def changes(text, operator=None):
+def changes(text, operator=None, file="a.cpp"):
     """The text of each mutant, a line for the sake of the reader."""
-    return [" ".join(mutant.apply(text).split()) for mutant in mutants_of("a.cpp", text)
+    return [" ".join(mutant.apply(text).split()) for mutant in mutants_of(file, text)
             if operator in (None, mutant.operator)]
 
 
@@ -36,9 +46,65 @@ class Operators(unittest.TestCase):
         self.assertEqual(changes("int f() { return a() ? 7 : 9; }", "condition negated"),
                          ["int f() { return !(a()) ? 7 : 9; }"])
 
+    def test_arithmetic_is_exchanged_and_signs_and_references_are_not(self):
+        for before, after in (("a + b", "a - b"), ("a - b", "a + b"), ("a * b", "a + b"),
+                              ("a / b", "a * b"), ("a % b", "a / b"), ("a & b", "a | b"),
+                              ("a += b", "a -= b"), ("a -= b", "a += b"), ("++a", "--a"), ("a--", "a++")):
+            with self.subTest(before):
+                self.assertEqual(changes(f"void f() {{ {before}; }}", "arithmetic"),
+                                 [f"void f() {{ {after}; }}"])
+        self.assertEqual(changes("int f(int& a, int* b) { return -a; }", "arithmetic"), [])
+
+    def test_names_become_their_opposites(self):
+        for before, after in (("a = true", "a = false"), ("a = false", "a = true"),
+                              ("std::min(a, b)", "std::max(a, b)"), ("std::max(a, b)", "std::min(a, b)"),
+                              ("continue", "break"),
+                              ("Power::add(a, b)", "Power::subtract(a, b)"),
+                              ("Power::subtract(a, b)", "Power::add(a, b)"),
+                              ("a.empty()", "a.size()"), ("a.begin()", "a.end()"),
+                              ("a = INT16_MIN", "a = INT16_MAX")):
+            with self.subTest(before):
+                self.assertEqual(changes(f"void f() {{ {before}; }}", "opposite"),
+                                 [f"void f() {{ {after}; }}"])
+
+    def test_names_of_others_have_no_opposite(self):
+        self.assertEqual(changes("void f() { a.min(b); a.add(b); std::empty(a); begin(a); break; }",
+                                 "opposite"), [])
+
+    def test_an_enumerator_becomes_the_next_and_the_last_the_first(self):
+        self.assertEqual(changes("f(Modulation::QAM4);", "enumerator"), ["f(Modulation::QAM16);"])
+        self.assertEqual(changes("f(EDpdVersion::Dpd3);", "enumerator"), ["f(EDpdVersion::Dpd1);"])
+        self.assertEqual(changes("f(ResultCode::Failure);", "enumerator"),
+                         ["f(ResultCode::NotProvided);"])
+        self.assertEqual(changes("f(PmaxTableDpd2Etsi);", "enumerator"), ["f(PmaxTableDpd1Ansi);"])
+
+    def test_enumerators_stay_in_labels_and_where_they_are_declared(self):
+        self.assertEqual(changes("void f() { switch (a) { case Modulation::QAM4: g(); } }", "enumerator"),
+                         [])
+        self.assertEqual(changes("enum PmaxTable { PmaxTableDpd1Ansi = 0 };", "enumerator"), [])
+        self.assertEqual(changes("f(Other::QAM4);", "enumerator"), [])
+
+    def test_a_label_is_dropped(self):
+        self.assertEqual(
+            changes("int f() { switch (a) { case E::A: case E::B: return 1; default: return 2; } }",
+                    "case dropped"),
+            ["int f() { switch (a) { case E::B: return 1; default: return 2; } }",
+             "int f() { switch (a) { case E::A: return 1; default: return 2; } }"])
+
     def test_constants_go_up_and_down(self):
         self.assertEqual(changes("int a = 0x10U;", "constant"),
                          ["int a = 17U;", "int a = 15U;"])
+
+    def test_a_function_without_a_body_is_no_constant(self):
+        self.assertEqual(changes("struct S { virtual int f() const = 0; virtual void g() = 0; };"), [])
+        self.assertEqual(changes("int a = 0;", "constant"), ["int a = 1;", "int a = -1;"])
+
+    def test_numbers_of_the_interfaces_enumerators_stay(self):
+        text = "enum class E : int { A = 3 }; constexpr int b = 5;"
+        self.assertEqual(len(changes(text, "constant")), 4)
+        self.assertEqual(changes(text, "constant", "interfaces/E.h"),
+                         ["enum class E : int { A = 3 }; constexpr int b = 6;",
+                          "enum class E : int { A = 3 }; constexpr int b = 4;"])
 
     def test_a_statement_is_dropped_and_a_declaration_is_not(self):
         self.assertEqual(
@@ -103,6 +169,191 @@ class Ids(unittest.TestCase):
     def test_differ_between_files(self):
         self.assertNotEqual(mutants_of("a.cpp", "int a = 1;")[0].id,
                             mutants_of("b.cpp", "int a = 1;")[0].id)
+
+
+class Order(unittest.TestCase):
+    def test_the_closest_program_goes_first_and_every_other_follows(self):
+        for file, first in (("interfaces/ResultCode.h", "interfaces_tests"),
+                            ("platform/VelTrace.h", "platform_tests"),
+                            ("Control/OutputPowerCalculator/private/Trace.cpp", "calculators_tests")):
+            with self.subTest(file):
+                names = [program.name for program in order_for(file)]
+                self.assertEqual(names[0], first)
+                others = set(PROGRAMS) - set(names)
+                self.assertEqual(others, set() if first == "platform_tests" else {"platform_tests"})
+
+
+class ToldBench(Bench):
+    """A bench whose compiler, linker and programs do what a test says."""
+
+    def __init__(self, folder, suite, does_compile=None, does_link=None, status=None):
+        self.suite = suite
+        self.tree = folder
+        self.does_compile = does_compile or (lambda text, options: True)
+        self.does_link = does_link or (lambda is_changed, options: True)
+        self.status = status or (lambda program, options: 0)
+
+    def compile(self, unit, *options):
+        text = (self.tree / "interfaces" / "a.h").read_text()
+        return f"{unit.source}.o" if self.does_compile(text, options) else None
+
+    def _link(self, program, objects, *options):
+        return "program" if self.does_link(bool(objects), options) else None
+
+    def run(self, program, objects, seconds, *options):
+        linked = self._link(program, objects, *options)
+        return self.status(program.name, options) if linked else None
+
+    def _is_same_code(self, mutant, text):
+        return False
+
+
+class Verdicts(unittest.TestCase):
+    ORIGINAL = "int a = 1;"
+
+    def judge(self, **told):
+        unit = Unit("interfaces/a.cpp", (), "a.o")
+        suite = SimpleNamespace(
+            library=[unit], own={name: [] for name in PROGRAMS}, limit_of=lambda program: 2,
+            touched_by=lambda file, units: units, try_unchanged_once=lambda *what: None)
+        with tempfile.TemporaryDirectory() as folder:
+            (Path(folder) / "interfaces").mkdir()
+            mutant = mutants_of("interfaces/a.h", self.ORIGINAL)[0]
+            return ToldBench(Path(folder), suite, **told).judge(mutant, self.ORIGINAL)
+
+    def is_original(self, text):
+        return text == self.ORIGINAL
+
+    def test_survived_when_every_program_passes(self):
+        self.assertEqual(self.judge(), ("survived", ""))
+
+    def test_killed_when_a_program_fails(self):
+        self.assertEqual(self.judge(status=lambda name, _: int(name == "service_tests")),
+                         ("killed", "service_tests"))
+
+    def test_killed_when_a_program_fails_under_the_sanitizers_only(self):
+        self.assertEqual(self.judge(status=lambda _, options: int(options == SANITIZERS)),
+                         ("killed", f"{SANITIZED[0]} under the sanitizers"))
+
+    def test_invalid_when_the_change_does_not_compile(self):
+        told = self.judge(does_compile=lambda text, _: self.is_original(text))
+        self.assertEqual(told, ("invalid", "does not compile"))
+
+    def test_invalid_when_the_change_does_not_compile_under_the_sanitizers(self):
+        told = self.judge(does_compile=lambda text, options: not options or self.is_original(text))
+        self.assertEqual(told, ("invalid", "does not compile with the sanitizers"))
+
+    def test_invalid_when_the_change_does_not_link(self):
+        for needed in ((), SANITIZERS):
+            told = self.judge(does_link=lambda changed, options: not changed or options != needed)
+            self.assertEqual(told[0], "invalid")
+
+    def test_nothing_is_said_when_the_unchanged_source_does_not_compile_either(self):
+        for needed in ((), SANITIZERS):
+            with self.subTest(needed), self.assertRaises(SuiteError):
+                self.judge(does_compile=lambda _, options: options != needed)
+
+    def test_nothing_is_said_when_the_unchanged_program_does_not_link_either(self):
+        for needed in ((), SANITIZERS):
+            with self.subTest(needed), self.assertRaises(SuiteError):
+                self.judge(does_link=lambda _, options: options != needed)
+
+
+class Kept(unittest.TestCase):
+    """A library of a.cpp, which includes a.h, which includes deep.h; a program of its own source."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        self.texts = {"a.cpp": "int f() { return a; }", "a.h": "int a = b;", "deep.h": "int b = 1;",
+                      "tests.cpp": "TEST(f);", "other.cpp": "TEST(g);"}
+        self.included = {"a.cpp": ("a.h", "deep.h"), "tests.cpp": (), "other.cpp": ()}
+        self.program = b"as linked"
+        self.mutant = mutants_of("a.cpp", self.texts["a.cpp"])[0]
+        patched = mock.patch.object(run, "PROJECT", self.folder)
+        patched.start()
+        self.addCleanup(patched.stop)
+
+    def results(self):
+        for file, text in self.texts.items():
+            (self.folder / file).write_text(text)
+        suite = SimpleNamespace(
+            build=self.folder, library=["a.cpp"],
+            own={"service_tests": ["tests.cpp"], "platform_tests": ["other.cpp"]},
+            fingerprints={"service_tests": self.program},
+            touched_by=lambda file, units: [u for u in units if u == file or file in self.included[u]],
+            files_of=lambda units: {f for u in units for f in (u, *self.included[u])})
+        sources = {file: self.texts[file] for file in ("a.cpp", "a.h")}
+        return run.Results(suite, sources, False)
+
+    def keep(self, verdict, by):
+        results = self.results()
+        results.keep(results.key(self.mutant), verdict, by)
+
+    def is_known_after(self, file, text):
+        self.texts[file] = text
+        results = self.results()
+        return results.find(results.key(self.mutant)) is not None
+
+    def test_a_kill_outlives_comments_and_the_tests_of_other_programs(self):
+        self.keep("killed", "service_tests under the sanitizers")
+        self.assertTrue(self.is_known_after("deep.h", "int b = 1; // one"))
+        self.assertTrue(self.is_known_after("tests.cpp", "// f\nTEST(f);"))
+        self.assertTrue(self.is_known_after("other.cpp", ""))
+
+    def test_a_kill_ends_with_the_test_that_made_it(self):
+        self.keep("killed", "service_tests")
+        self.assertFalse(self.is_known_after("tests.cpp", ""))
+
+    def test_a_kill_ends_when_a_header_changes_however_deep(self):
+        self.keep("killed", "service_tests")
+        self.assertFalse(self.is_known_after("deep.h", "int b = 2;"))
+
+    def test_a_survival_ends_when_any_test_or_program_changes(self):
+        self.keep("survived", "")
+        self.assertTrue(self.is_known_after("other.cpp", "TEST(g); // g"))
+        self.assertFalse(self.is_known_after("other.cpp", "TEST(h);"))
+        self.keep("survived", "")
+        self.program = b"linked anew"
+        self.assertFalse(self.is_known_after("a.h", "int a = b;"))
+
+
+class ListOfEquivalents(unittest.TestCase):
+    TEXT = "int a = 1;"
+
+    def mistakes(self, line):
+        mutants = mutants_of("a.cpp", self.TEXT)
+        entries = {line.split()[0]: ("a reason", line, 7)}
+        return list(run.mistakes_of_list(entries, mutants, {"a.cpp": self.TEXT}))
+
+    def test_an_entry_reads_as_its_mutant_is_printed(self):
+        mutant = mutants_of("a.cpp", self.TEXT)[0]
+        self.assertEqual(self.mistakes(f"{mutant.id} a.cpp:1: constant: 1 -> 2"), [])
+        self.assertEqual(self.mistakes(f"{mutant.id} a.cpp:2: constant: 1 -> 2"),
+                         [f"equivalent.txt:7: this should read: {mutant.id} a.cpp:1: constant: 1 -> 2"])
+
+    def test_an_entry_belongs_to_a_mutant(self):
+        self.assertEqual(self.mistakes("0123456789 a.cpp:1: constant: 1 -> 2"),
+                         ["equivalent.txt:7: 0123456789 is no mutant any more"])
+
+
+class Limits(unittest.TestCase):
+    def test_a_run_that_reaches_nothing_fails(self):
+        mutants = mutants_of("a.cpp", "int a = 1;")
+        self.assertEqual([c for c, _ in run.complaints(mutants, {}, {}, {})],
+                         ["none of 2 was reached"])
+        reached = {mutants[0]: ("killed", "service_tests")}
+        self.assertEqual(list(run.complaints(mutants, reached, {}, {})), [])
+
+    def test_numbers_from_nothing_down_are_refused(self):
+        for text in ("0", "-1", "x", "1.5", ""):
+            with self.subTest(text), self.assertRaises(run.argparse.ArgumentTypeError):
+                run.count(text)
+        for text in ("0", "-1", "x", "nan", "inf"):
+            with self.subTest(text), self.assertRaises(run.argparse.ArgumentTypeError):
+                run.minutes(text)
+        self.assertEqual((run.count("3"), run.minutes("0.5")), (3, 0.5))
 
 
 if __name__ == "__main__":

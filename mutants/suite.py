@@ -4,6 +4,11 @@ Everything is built once without a change. For a mutant the source files that it
 from a copy of the tree, and the test programs are linked again with those objects in place of the
 unchanged ones, by the build's own commands. Only that the mutants themselves are compiled by clang,
 which does so in one process and in half the time.
+
+The headers of interfaces/ and platform/ are used by the tests as they are by the library: for a mutant of
+one of them a program's own sources that include it are compiled as well, or an unchanged copy of an inline
+function would stand beside the changed one. The libraries that the programs share, such as the desk's
+platform, stay as they are.
 """
 
 import hashlib
@@ -21,6 +26,7 @@ from pathlib import Path
 QUICK_COMPILER = "clang++-14"
 ROOMS = ("Control", "interfaces", "platform")
 OBJECT_FOLDERS = ("qor_control.dir", "qor_interfaces.dir")
+CONTRACT = ("interfaces/", "platform/")
 GTEST = ("--gtest_brief=1", "--gtest_fail_fast")
 COMPARED_FILES = 100
 
@@ -31,6 +37,7 @@ SANITIZED = ("calculators_tests", "service_tests", "interfaces_tests")
 # What takes the most time to compile, done once: the standard headers, which no mutant changes.
 STANDARD_HEADERS = ("algorithm array cstddef cstdint cstring iterator limits map ostream sstream "
                     "string string_view tuple vector")
+TEST_HEADERS = "gmock/gmock.h gtest/gtest.h"
 
 
 @dataclass(frozen=True)
@@ -41,12 +48,28 @@ class Program:
     arguments: tuple = GTEST
     target: str = ""  # what is linked with a mutant's objects, the program itself if empty
     library: str = ""  # name by which a program finds the shared library that is linked for it
+    room: str = ""  # it looks at this folder only, if not empty
+
+
+@dataclass(frozen=True)
+class Unit:
+    """A source as the build compiles it: into a library, or into a program of its own."""
+
+    source: str
+    arguments: tuple
+    output: str
+
+    def options(self):
+        """What decides, besides the source and where its headers are, how it is compiled."""
+        words = self.arguments[1 : self.arguments.index("-o")]
+        return tuple(word for word in words if word != "-c" and not word.startswith("-I"))
 
 
 PROGRAMS = {
     program.name: program
     for program in (
         Program("interfaces_tests"),
+        Program("platform_tests", room="platform/"),
         Program("calculators_tests"),
         Program("calculators_first_query_tests"),
         Program("service_tests"),
@@ -66,6 +89,7 @@ PROGRAMS = {
 # The programs that look most closely at a file go first.
 FIRST = (
     ("interfaces/", ("interfaces_tests",)),
+    ("platform/", ("platform_tests",)),
     ("Control/OutputPowerCalculator/OutputPowerCalculator.h", ("service_tests",)),
     ("Control/OutputPowerCalculator/private/OutputPowerCalculator.cpp",
      ("service_tests", "service_substitute_tests")),
@@ -76,7 +100,12 @@ FIRST = (
 
 def order_for(file):
     first = next(names for prefix, names in FIRST if file.startswith(prefix))
-    return [PROGRAMS[name] for name in (*first, *(n for n in PROGRAMS if n not in first))]
+    programs = [PROGRAMS[name] for name in (*first, *(n for n in PROGRAMS if n not in first))]
+    return [program for program in programs if file.startswith(program.room)]
+
+
+def is_contract_header(file):
+    return file.startswith(CONTRACT) and file.endswith(".h")
 
 
 def digest(*parts):
@@ -88,7 +117,7 @@ def digest(*parts):
 
 
 class SuiteError(Exception):
-    """The unchanged tree does not build or does not pass."""
+    """The unchanged tree does not build or does not pass; nothing can be said of a mutant then."""
 
 
 class Suite:
@@ -105,33 +134,37 @@ class Suite:
         if not is_built:
             self._build_programs()
         self._learn_compiling()
-        self._precompile()
+        self.precompiled = {}
+        self._precompile_lock = threading.Lock()
         self.linking = {p.name: self._link_command(p.target or p.name) for p in PROGRAMS.values()}
         self.linker = {name: self._linker_of(command) for name, command in self.linking.items()}
         self.fingerprints = {name: self._fingerprint(name) for name in PROGRAMS}
         self.seconds = {}
-        self._try_unchanged(PROGRAMS, ())
-        self._sanitizers_lock = threading.Lock()
-        self._are_sanitizers_tried = False
+        self._try_unchanged(PROGRAMS, (), False)
+        self._unchanged_lock = threading.Lock()
+        self._tried_unchanged = set()
 
-    def try_sanitizers_unchanged(self):
-        """Once, before the first mutant is judged by them."""
-        with self._sanitizers_lock:
-            if not self._are_sanitizers_tried:
-                self._try_unchanged(SANITIZED, SANITIZERS)
-                self._are_sanitizers_tried = True
+    def try_unchanged_once(self, names, options, with_own):
+        """Before the first mutant is judged by what only few of them need."""
+        with self._unchanged_lock:
+            if (names, options, with_own) not in self._tried_unchanged:
+                self._try_unchanged(names, options, with_own)
+                self._tried_unchanged.add((names, options, with_own))
 
-    def _try_unchanged(self, names, options):
+    def _try_unchanged(self, names, options, with_own):
         """What happens to a mutant must pass without one, or every mutant would seem killed."""
         bench = Bench(self, "unchanged")
         objects = {}
-        for i, (source, (_, output)) in enumerate(sorted(self.compiling.items())):
-            objects[output] = bench.compile(source, i, *options)
-            if objects[output] is None:
-                raise SuiteError(f"{source} does not compile without any change")
+        own = [unit for name in names for unit in self.own[name]] if with_own else []
+        for unit in (*self.library, *own):
+            objects[unit.output] = bench.compile(unit, *options)
+            if objects[unit.output] is None:
+                raise SuiteError(f"{unit.source} does not compile without any change")
         for name in names:
             started = time.monotonic()
             status = bench.run(PROGRAMS[name], objects, 300, *options)
+            if status is None:
+                raise SuiteError(f"{name} does not link without any change")
             if status != 0:
                 raise SuiteError(f"{name} fails without any change, status {status}")
             self.seconds.setdefault(name, time.monotonic() - started)
@@ -151,41 +184,57 @@ class Suite:
         return done.stdout
 
     def _learn_compiling(self):
-        """Command, object and included files of each of the library's sources."""
-        entries = json.loads((self.build / "compile_commands.json").read_text())
-        self.compiling = {}
-        for entry in entries:
+        """How the library's and the programs' own sources are compiled, and what they include."""
+        self.library = []
+        self.own = {name: [] for name in PROGRAMS}
+        for entry in json.loads((self.build / "compile_commands.json").read_text()):
             arguments = shlex.split(entry["command"])
             while arguments[0].endswith("ccache"):
                 del arguments[0]
             output = arguments[arguments.index("-o") + 1]
+            unit = Unit(os.path.relpath(entry["file"], self.project), tuple(arguments), output)
             if any(f"/{folder}/" in output for folder in OBJECT_FOLDERS):
-                source = os.path.relpath(entry["file"], self.project)
-                self.compiling[source] = (arguments, output)
-        self.includers = {}
-        lines = self._run_or_raise(["ninja", "-C", str(self.build), "-t", "deps"]).splitlines()
-        outputs = {output: source for source, (_, output) in self.compiling.items()}
-        source = None
-        for line in lines:
+                self.library.append(unit)
+            for name, units in self.own.items():
+                if f"/{name}.dir/" in output:
+                    units.append(unit)
+        self.library.sort(key=lambda unit: unit.source)
+        known = {unit.output for units in (self.library, *self.own.values()) for unit in units}
+        self.included = {output: set() for output in known}
+        output = None
+        for line in self._run_or_raise(["ninja", "-C", str(self.build), "-t", "deps"]).splitlines():
             if line and not line[0].isspace():
-                source = outputs.get(line.split(":")[0])
-            elif source and line.strip():
-                header = os.path.relpath(os.path.join(self.build, line.strip()), self.project)
-                self.includers.setdefault(header, []).append(source)
+                output = line.split(":")[0]
+            elif output in known and line.strip():
+                path = os.path.relpath(os.path.join(self.build, line.strip()), self.project)
+                if not path.startswith(".."):
+                    self.included[output].add(path)
 
-    def _precompile(self):
-        """Compiles the standard headers with the options that all sources of the library share."""
-        header = self.build / "benches" / "standard.h"
+    def precompiled_for(self, unit):
+        """The options by which a source finds the headers compiled before, with options like its own."""
+        options = unit.options()
+        with self._precompile_lock:
+            if options not in self.precompiled:
+                self.precompiled[options] = self._precompile(options, len(self.precompiled))
+            return self.precompiled[options]
+
+    def _precompile(self, options, number):
+        headers = STANDARD_HEADERS
+        if any("GTEST" in option for option in options):
+            headers += " " + TEST_HEADERS
+        header = self.build / "benches" / f"standard{number}.h"
         header.parent.mkdir(exist_ok=True)
-        header.write_text("".join(f"#include <{name}>\n" for name in STANDARD_HEADERS.split()))
-        arguments, _ = next(iter(self.compiling.values()))
-        options = [word for word in arguments[: arguments.index("-o")] if not word.startswith("-I")]
-        options = [word for word in options[1:] if word != "-c"]
+        header.write_text("".join(f"#include <{name}>\n" for name in headers.split()))
         self._run_or_raise([QUICK_COMPILER, *options, "-x", "c++-header", str(header), "-o", f"{header}.pch"])
-        self.precompiled = ("-include-pch", f"{header}.pch")
+        return ("-include-pch", f"{header}.pch")
 
-    def sources_touched_by(self, file):
-        return [file] if file in self.compiling else sorted(self.includers.get(file, []))
+    def touched_by(self, file, units):
+        """The units that are compiled with a file, or from it."""
+        return [u for u in units if u.source == file or file in self.included[u.output]]
+
+    def files_of(self, units):
+        """The project's files that units are compiled from."""
+        return {f for u in units for f in (u.source, *self.included[u.output])}
 
     def _link_command(self, target):
         """The linker's command of a target; what runs after it is left out."""
@@ -233,24 +282,24 @@ class Bench:
         for room in ROOMS:
             shutil.copytree(suite.project / room, self.tree / room)
 
-    def _compile(self, source, output, *options):
-        arguments, _ = self.suite.compiling[source]
-        if options == self.suite.precompiled:
-            arguments = [QUICK_COMPILER, *arguments[1:]]
+    def _compile(self, unit, output, *options):
+        arguments = list(unit.arguments)
         at = arguments.index("-o")
-        arguments = arguments[:at] + list(options) + ["-o", str(output)] + arguments[at + 2 :]
+        arguments = [*arguments[:at], *options, "-o", str(output), *arguments[at + 2 :]]
         for room in ROOMS:
             arguments = [re.sub(rf"^(-I|-isystem)?{re.escape(str(self.suite.project))}/{room}\b",
                                 rf"\g<1>{self.tree}/{room}", word) for word in arguments]
+        if options and options == self.suite.precompiled.get(unit.options()):
+            arguments[0] = QUICK_COMPILER
         done = subprocess.run(arguments, cwd=self.suite.build, env=self.suite.environment,
                               capture_output=True)
         return done.returncode == 0
 
-    def compile(self, source, number, *options):
+    def compile(self, unit, *options):
         """The object of a source as it is in this place's tree; None if it does not compile."""
-        output = self.folder / f"{number}.o"
-        options = options or self.suite.precompiled
-        return str(output) if self._compile(source, output, *options) else None
+        output = self.folder / (unit.output.replace("/", "_"))
+        options = options or self.suite.precompiled_for(unit)
+        return str(output) if self._compile(unit, output, *options) else None
 
     def _link(self, program, objects, *options):
         """The program, or the library that it is given; None if it cannot be linked."""
@@ -297,49 +346,84 @@ class Bench:
             path.write_text(text)
 
     def _judge(self, mutant, text):
-        objects = self._objects(mutant)
-        if objects is None:
+        objects = {}
+        if not self._add_objects(objects, self.suite.library, mutant, text):
             return "invalid", "does not compile"
         slow = PROGRAMS["qor-compare-replays"]
         for program in order_for(mutant.file):
             if program is slow and self._is_same_code(mutant, text):
                 return "same code", "the optimiser makes the same object of it"
-            status = self.run(program, objects, self.suite.limit_of(program))
+            status = self._run_changed(program, objects, mutant, text, self.suite.limit_of(program))
             if status is None:
-                return "invalid", "does not link"
+                return "invalid", f"{program.name} does not link"
             if status != 0:
                 return "killed", program.name
         return self._judge_sanitized(mutant, text)
 
-    def _objects(self, mutant, *options):
-        """The objects of what a mutant touches, by those whose place they take."""
-        objects = {}
-        for i, source in enumerate(self.suite.sources_touched_by(mutant.file)):
-            compiled = self.compile(source, i, *options)
+    def _add_objects(self, objects, units, mutant, text, *options):
+        """Compiles what a mutant touches of units; whether that can be done.
+
+        What does not compile with the change must compile without it, or it says nothing of the mutant.
+        """
+        path = self.tree / mutant.file
+        for unit in self.suite.touched_by(mutant.file, units):
+            if unit.output in objects:
+                continue
+            compiled = self.compile(unit, *options)
             if compiled is None:
-                return None
-            objects[self.suite.compiling[source][1]] = compiled
-        return objects
+                path.write_text(text)
+                if self.compile(unit, *options) is None:
+                    raise SuiteError(f"{unit.source} does not compile without any change any more")
+                path.write_text(mutant.apply(text))
+                return False
+            objects[unit.output] = compiled
+        return True
+
+    def _run_changed(self, program, objects, mutant, text, seconds, *options):
+        """As run(), with the program's own sources compiled again where the mutant touches them.
+
+        A source of the tests that does not compile has noticed the change as well: status 1.
+        """
+        own = []
+        if is_contract_header(mutant.file):
+            self.suite.try_unchanged_once((program.name,), options, True)
+            own = self.suite.own[program.name]
+        if not self._add_objects(objects, own, mutant, text, *options):
+            return 1
+        status = self.run(program, objects, seconds, *options)
+        if status is None and self._link(program, {}, *options) is None:
+            raise SuiteError(f"{program.name} does not link without any change any more")
+        return status
 
     def _judge_sanitized(self, mutant, text):
-        self.suite.try_sanitizers_unchanged()
+        self.suite.try_unchanged_once(SANITIZED, SANITIZERS, False)
         (self.tree / mutant.file).write_text(mutant.apply(text))
-        objects = self._objects(mutant, *SANITIZERS)
+        objects = {}
+        if not self._add_objects(objects, self.suite.library, mutant, text, *SANITIZERS):
+            return "invalid", "does not compile with the sanitizers"
         for program in (PROGRAMS[name] for name in SANITIZED):
             seconds = 5 * self.suite.limit_of(program)
-            if objects is None or self.run(program, objects, seconds, *SANITIZERS) != 0:
+            status = self._run_changed(program, objects, mutant, text, seconds, *SANITIZERS)
+            if status is None:
+                return "invalid", f"{program.name} does not link with the sanitizers"
+            if status != 0:
                 return "killed", f"{program.name} under the sanitizers"
         return "survived", ""
 
     def _is_same_code(self, mutant, text):
-        """Whether the shipped optimisation makes the same of the mutant as of the original."""
+        """Whether the shipped optimisation makes the same of the mutant as of the original.
+
+        That the library makes no use of an inline function of a contract says nothing of other users.
+        """
+        if is_contract_header(mutant.file):
+            return False
         path = self.tree / mutant.file
         output = self.folder / "optimised.o"
-        for source in self.suite.sources_touched_by(mutant.file):
+        for unit in self.suite.touched_by(mutant.file, self.suite.library):
             contents = []
             for state in (mutant.apply(text), text):
                 path.write_text(state)
-                if not self._compile(source, output, "-O2", "-g0"):
+                if not self._compile(unit, output, "-O2", "-g0"):
                     return False
                 contents.append(output.read_bytes())
             if contents[0] != contents[1]:
