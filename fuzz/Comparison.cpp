@@ -103,7 +103,7 @@ void Comparison::replay(const RadioFile& file, const json& document, int traceLe
     expect(started == (result < firstFailure), "whether the service started is told wrong");
 }
 
-void Comparison::tables(const RadioFile& file, const json& document) {
+std::set<std::int32_t> Comparison::frameFormatIds(const json& document) {
     constexpr std::size_t enough = 4;
     std::set<std::int32_t> ids{0, 1};
     if (document.contains("hardwareConfigurationHandler")) {
@@ -114,7 +114,11 @@ void Comparison::tables(const RadioFile& file, const json& document) {
             }
         }
     }
-    for (const std::int32_t id : ids) {
+    return ids;
+}
+
+void Comparison::tables(const RadioFile& file, const json& document) {
+    for (const std::int32_t id : frameFormatIds(document)) {
         table(file, document, id);
     }
 }

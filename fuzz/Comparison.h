@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <nlohmann/json.hpp>
+#include <set>
 
 /// Holds what the library and the tool answer to a radio file against the plain restatement of the
 /// power rules. Whatever differs is a find.
@@ -14,8 +15,11 @@ public:
     /// @param document what the file was read from.
     void replay(const RadioFile& file, const nlohmann::json& document, int traceLevel);
 
-    /// Asks for the power table of every frame format of the file and compares the powers; its
-    /// forms have to be well formed.
+    /// The frame formats that are asked for: the configured one and the first of the file's.
+    static std::set<std::int32_t> frameFormatIds(const nlohmann::json& document);
+
+    /// Asks for the power tables of those frame formats and compares the powers; their forms have
+    /// to be well formed.
     void tables(const RadioFile& file, const nlohmann::json& document);
 
 private:

@@ -1,8 +1,10 @@
 #include "Comparison.h"
+#include "ExampleRadios.h"
 #include "Find.h"
 #include "FuzzTarget.h"
 #include "RadioFileReader.h"
 #include "TextChecks.h"
+#include "ToolForms.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -13,7 +15,7 @@
 #include <string_view>
 
 /// The bytes are the text of a radio file on its way through the tool: read and checked, and if it
-/// is accepted replayed and shown as power tables.
+/// is accepted replayed, shown as power tables, explained and drawn.
 
 namespace {
 
@@ -69,20 +71,51 @@ std::optional<RadioFile> read(std::string_view text) {
     }
 }
 
+constexpr int everyTrace = 6;
+
+/// Explanations cost as much as everything else together, so under libFuzzer only some inputs are
+/// explained, chosen by their content: the same input is always treated alike. The ordinary test
+/// explains all.
+bool isExplained(const std::string& text) {
+#ifdef QOR_FUZZ_EXPLAINS_ONE_IN
+    std::uint32_t hash = 2166136261U; // FNV-1a
+    for (const char letter : text) {
+        hash = (hash ^ static_cast<unsigned char>(letter)) * 16777619U;
+    }
+    return hash % QOR_FUZZ_EXPLAINS_ONE_IN == 0;
+#else
+    return !text.empty();
+#endif
+}
+
+/// The comparison, with what happens once in a process behind it: the commands that ask the library
+/// by themselves would else use it up unseen by the restatement.
+Comparison started() {
+    Comparison comparison;
+    for (const ExampleRadio& radio : exampleRadios()) {
+        comparison.replay(RadioFileReader::read(radio.text),
+                          json::parse(radio.text, nullptr, true, true), everyTrace);
+    }
+    return comparison;
+}
+
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    static Comparison comparison;
+    static Comparison comparison = started();
 
     const std::string text(bytes, bytes + size);
     const std::optional<RadioFile> file = read(text);
+    ToolForms::check(text, file.has_value());
     if (!file) {
         return 0;
     }
     const json document = json::parse(text, nullptr, true, true);
-    constexpr int everyTrace = 6;
     comparison.replay(*file, document, everyTrace);
     comparison.tables(*file, document);
+    if (isExplained(text)) {
+        ToolForms::explain(*file, document);
+    }
 
     // Blanks, comments and the order of keys mean nothing.
     expect(read(document.dump(2)).has_value(), "refused when it is written out another way");

@@ -24,6 +24,9 @@ std::vector<Path> filesAt(const Path& place) {
     for (const auto& entry : std::filesystem::directory_iterator(place)) {
         files.push_back(entry.path());
     }
+    if (files.empty()) {
+        throw std::runtime_error("no inputs in " + place.string());
+    }
     std::sort(files.begin(), files.end());
     return files;
 }
