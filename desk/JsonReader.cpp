@@ -39,8 +39,9 @@ std::size_t lengthOf(const std::string& problem, const std::string& lastToken) {
 /// Builds the document from the parser's events and refuses what the parser lets through.
 class DocumentBuilder : public nlohmann::json_sax<json> {
 public:
-    explicit DocumentBuilder(std::string_view text)
-        : m_text(text) {}
+    DocumentBuilder(std::string_view text, std::size_t maxValueCount)
+        : m_text(text)
+        , m_maxValueCount(maxValueCount) {}
 
     json takeDocument() { return std::move(m_document); }
 
@@ -127,9 +128,9 @@ private:
     }
 
     json& add(json value) {
-        if (m_valueCount == JsonReader::maxValues) {
+        if (m_valueCount == m_maxValueCount) {
             throw RadioFileError(pathOfNext(),
-                                 "more than " + std::to_string(JsonReader::maxValues) + " values");
+                                 "more than " + std::to_string(m_maxValueCount) + " values");
         }
         ++m_valueCount;
         if (m_open.empty()) {
@@ -160,6 +161,7 @@ private:
     }
 
     std::string_view m_text;
+    std::size_t m_maxValueCount;
     json m_document;
     std::size_t m_valueCount = 0;
     std::vector<json*> m_open;       ///< the containers that have not ended, outermost first
@@ -168,7 +170,7 @@ private:
 
 } // namespace
 
-json JsonReader::read(std::string_view text, std::size_t maxSize) {
+json JsonReader::read(std::string_view text, std::size_t maxSize, std::size_t maxValueCount) {
     if (text.size() > maxSize) {
         throw RadioFileError(std::vector<std::string>(),
                              "larger than " + std::to_string(maxSize) + " bytes");
@@ -180,7 +182,7 @@ json JsonReader::read(std::string_view text, std::size_t maxSize) {
     }
     constexpr bool isWhole = true;
     constexpr bool ignoreComments = true;
-    DocumentBuilder builder(text);
+    DocumentBuilder builder(text, maxValueCount);
     json::sax_parse(text.begin(), text.end(), &builder, json::input_format_t::json, isWhole,
                     ignoreComments);
     return builder.takeDocument();

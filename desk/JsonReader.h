@@ -20,7 +20,8 @@ public:
 
     /// @param maxSize in bytes.
     /// @throw RadioFileError
-    static nlohmann::json read(std::string_view text, std::size_t maxSize);
+    static nlohmann::json read(std::string_view text, std::size_t maxSize,
+                               std::size_t maxValueCount = maxValues);
 
     /// A number that is no 64-bit integer is kept as it was written: as a binary value of this
     /// subtype if it is an integer, else of the other.

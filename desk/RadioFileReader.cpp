@@ -302,6 +302,9 @@ HardwareConfigurationHandlerAnswers readHardwareConfigurationHandler(const JsonV
 
 NodeAnswers::Variables readVariables(const JsonValue& value) {
     value.expectObject();
+    if (value.json().size() > RadioFileReader::maxVariables) {
+        value.fail("more than " + std::to_string(RadioFileReader::maxVariables) + " variables");
+    }
     NodeAnswers::Variables variables;
     for (const auto& [name, content] : value.json().items()) {
         const JsonValue variable = value.member(name);

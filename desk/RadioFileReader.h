@@ -18,6 +18,9 @@ public:
     /// Elements of every list but the requests, which are played one by one.
     static constexpr std::size_t maxListLength = 4096;
 
+    /// Stored variables; a node has some hundreds.
+    static constexpr std::size_t maxVariables = 4096;
+
     /// Bytes of the sections that the patches of a file change, once for each patch: every patch
     /// leaves a state of its own.
     static constexpr std::size_t maxPatchedBytes = std::size_t{16} << 20;

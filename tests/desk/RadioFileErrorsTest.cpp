@@ -494,6 +494,19 @@ TEST(RadioFileErrorsMessageTest, refusesAListOfMoreThan4096Elements) {
     EXPECT_EQ(errorOf(fileWith(4097)), "/variables/a: longer than 4096 elements");
 }
 
+TEST(RadioFileErrorsMessageTest, refusesMoreThan4096Variables) {
+    const auto fileWith = [](int variables) {
+        std::string file = R"({"channel": 1, "variables": {"v": 0)";
+        for (int variable = 1; variable < variables; ++variable) {
+            file += ", \"v" + std::to_string(variable) + "\": 0";
+        }
+        return file + "}}";
+    };
+
+    EXPECT_EQ(errorOf(fileWith(4096)), "");
+    EXPECT_EQ(errorOf(fileWith(4097)), "/variables: more than 4096 variables");
+}
+
 TEST(RadioFileErrorsMessageTest, letsTheRequestsBeMoreThan4096) {
     std::string file = R"({"channel": 1, "requests": [{"call": "findPminPmax"})";
     for (int request = 1; request < 5000; ++request) {

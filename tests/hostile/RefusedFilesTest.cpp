@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <ostream>
 #include <string>
@@ -221,35 +222,37 @@ const std::vector<Refused> oddTexts{
      "1:16: syntax error"},
 };
 
-std::vector<ToolCommand> commandsNamed(const std::vector<std::string_view>& names) {
-    std::vector<ToolCommand> found;
-    for (const ToolCommand& command : radioFileCommands()) {
-        if (std::find(names.begin(), names.end(), command.name) != names.end()) {
-            found.push_back(command);
-        }
-    }
+/// Whether a command reads a file in its own way, or has its own way to say what is wrong with it.
+bool hasOwnWay(const ToolCommand& command) {
+    const std::vector<std::string_view> names{"replay", "check"};
+    return std::find(names.begin(), names.end(), command.name) != names.end();
+}
+
+std::vector<ToolCommand> commandsInOwnWay() {
+    std::vector<ToolCommand> found = radioFileCommands();
+    std::erase_if(found, std::not_fn(hasOwnWay));
     return found;
 }
 
-/// Commands with a way of their own to read a file, or to say what is wrong with it.
-const std::vector<std::string_view> ownWays{"replay", "check", "batch"};
-
-/// All the others, which have one way in common. Files of each kind are enough for them.
+/// The others share one way. Some files of each kind are enough for them.
 std::vector<ToolCommand> commandsInCommonWay() {
-    std::vector<ToolCommand> found;
-    for (const ToolCommand& command : radioFileCommands()) {
-        if (std::find(ownWays.begin(), ownWays.end(), command.name) == ownWays.end()) {
-            found.push_back(command);
-        }
-    }
+    std::vector<ToolCommand> found = radioFileCommands();
+    std::erase_if(found, hasOwnWay);
     return found;
 }
 
 std::vector<Refused> filesOfEachKind() {
-    const std::vector<std::string_view> names{
-        "aByteTooMany",  "emptyLists",        "keyOfHalfAMebibyteTwice", "numberOfAMebibyte",
-        "objects",       "largeExponent",     "nulInAText",              "invalidByteInAText",
-        "keyTwice",      "terminalCodesInAKey", "nothing"};
+    const std::vector<std::string_view> names{"aByteTooMany",
+                                              "emptyLists",
+                                              "keyOfHalfAMebibyteTwice",
+                                              "numberOfAMebibyte",
+                                              "objects",
+                                              "largeExponent",
+                                              "nulInAText",
+                                              "invalidByteInAText",
+                                              "keyTwice",
+                                              "terminalCodesInAKey",
+                                              "nothing"};
     std::vector<Refused> found;
     for (const auto& files : {largeFiles, deepFiles, oddNumbers, oddTexts}) {
         std::copy_if(files.begin(), files.end(), std::back_inserter(found),
@@ -265,22 +268,22 @@ std::string nameOf(const testing::TestParamInfo<std::tuple<ToolCommand, Refused>
 }
 
 INSTANTIATE_TEST_SUITE_P(Large, RefusedFile,
-                         testing::Combine(testing::ValuesIn(commandsNamed(ownWays)),
+                         testing::Combine(testing::ValuesIn(commandsInOwnWay()),
                                           testing::ValuesIn(largeFiles)),
                          nameOf);
 
 INSTANTIATE_TEST_SUITE_P(Deep, RefusedFile,
-                         testing::Combine(testing::ValuesIn(commandsNamed(ownWays)),
+                         testing::Combine(testing::ValuesIn(commandsInOwnWay()),
                                           testing::ValuesIn(deepFiles)),
                          nameOf);
 
 INSTANTIATE_TEST_SUITE_P(Numbers, RefusedFile,
-                         testing::Combine(testing::ValuesIn(commandsNamed(ownWays)),
+                         testing::Combine(testing::ValuesIn(commandsInOwnWay()),
                                           testing::ValuesIn(oddNumbers)),
                          nameOf);
 
 INSTANTIATE_TEST_SUITE_P(Texts, RefusedFile,
-                         testing::Combine(testing::ValuesIn(commandsNamed(ownWays)),
+                         testing::Combine(testing::ValuesIn(commandsInOwnWay()),
                                           testing::ValuesIn(oddTexts)),
                          nameOf);
 

@@ -12,9 +12,9 @@ struct ToolCommand {
     /// How a command says that a radio file is bad. Most say it on standard error alone.
     enum class Refusal {
         Complaint,
-        Finding,       ///< `check` lists it as a finding too
-        JsonFinding,   ///< the same, in an object for all files
-        LineOfOutput,  ///< `batch` answers the line, and complains of nothing
+        Finding,      ///< `check` lists it as a finding too
+        JsonFinding,  ///< the same, in an object for all files
+        LineOfOutput, ///< `batch` answers the line, and complains of nothing
     };
 
     const char* name; ///< for the names of tests
@@ -22,8 +22,9 @@ struct ToolCommand {
     std::vector<std::string> words;
     Refusal refusal = Refusal::Complaint;
 
-    static constexpr const char* file = "FILE";       ///< the file in question
-    static constexpr const char* list = "LIST";       ///< a list of radio files with nothing but that file
+    static constexpr const char* file = "FILE"; ///< the file in question
+    static constexpr const char* list =
+        "LIST"; ///< a list of radio files with nothing but that file
     static constexpr const char* radio = "RADIO";     ///< a radio file that is in order
     static constexpr const char* picture = "PICTURE"; ///< a file that is there and may be replaced
     static constexpr const char* log = "LOG";         ///< a log of traces that is in order

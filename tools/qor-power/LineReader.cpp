@@ -1,5 +1,7 @@
 #include "LineReader.h"
 
+#include <utility>
+
 LineReader::LineReader(const std::string& path, std::size_t limit)
     : m_file(path)
     , m_limit(limit) {}
@@ -27,7 +29,7 @@ std::optional<LineReader::Line> LineReader::next() {
         m_start = 0;
         m_end = m_file.read(m_block.data(), m_block.size());
         if (m_end == 0) {
-            return isBegun ? std::optional(line) : std::nullopt;
+            return isBegun ? std::optional(std::move(line)) : std::nullopt;
         }
     }
 }

@@ -6,6 +6,9 @@ namespace {
 
 constexpr const char* gap = "  ";
 
+/// A cell beyond it does not widen its column: each other line would be filled up to it.
+constexpr std::size_t widest = 200;
+
 } // namespace
 
 std::size_t textWidth(std::string_view text) {
@@ -25,7 +28,8 @@ std::string alignedColumns(const std::vector<Align>& align,
     std::vector<std::size_t> widths(align.size(), 0);
     for (const std::vector<std::string>& line : lines) {
         for (std::size_t column = 0; column < align.size(); ++column) {
-            widths[column] = std::max(widths[column], textWidth(line[column]));
+            const std::size_t width = textWidth(line[column]);
+            widths[column] = std::max(widths[column], width <= widest ? width : 0);
         }
     }
     std::string text;

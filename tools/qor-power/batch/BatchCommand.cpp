@@ -161,10 +161,10 @@ BatchResult BatchCommand::answer(const LineReader::Line& line) const {
             result.error = "longer than " + std::to_string(RadioFileReader::maxSize) + " bytes";
         } else if (text.empty()) {
             result.error = "an empty line";
-        } else if (text.find('\0') != std::string::npos) {
-            result.error = "cannot be read: a path holds no NUL";
         } else if (isDocument) {
             query(text, result);
+        } else if (text.find('\0') != std::string::npos) {
+            result.error = "cannot be read: a path holds no NUL";
         } else {
             // Standard input is not for radio files here.
             query(readText(text == standardInput ? "./-" : text), result);

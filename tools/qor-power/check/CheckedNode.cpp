@@ -1,6 +1,5 @@
 #include "CheckedNode.h"
 
-#include "JsonPointer.h"
 #include "Node.h"
 
 #include <algorithm>
@@ -88,7 +87,7 @@ const std::vector<PmaxTableName>& pmaxTableNames() {
 }
 
 CheckedNode::CheckedNode(std::uint32_t channel, const NodeAnswers& answers,
-                         const nlohmann::json& document)
+                         const SharedDocument& document)
     : m_channel(channel)
     , m_answers(answers)
     , m_document(&document) {
@@ -158,7 +157,7 @@ FilePlace CheckedNode::pmaxRow(const PmaxTableName& name, std::size_t row) const
 }
 
 const nlohmann::json* CheckedNode::at(const FilePlace& place) const {
-    return valueAt(*m_document, place.path);
+    return m_document->at(place.path);
 }
 
 std::string CheckedNode::calibrationName() const {

@@ -3,6 +3,7 @@
 #include "Finding.h"
 #include "NodeAnswers.h"
 #include "RadioFile.h"
+#include "SharedDocument.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -44,7 +45,7 @@ const std::vector<PmaxTableName>& pmaxTableNames();
 class CheckedNode {
 public:
     /// @param document that the answers were read from; must outlive this object.
-    CheckedNode(std::uint32_t channel, const NodeAnswers& answers, const nlohmann::json& document);
+    CheckedNode(std::uint32_t channel, const NodeAnswers& answers, const SharedDocument& document);
 
     const NodeAnswers& answers() const { return m_answers; }
 
@@ -84,6 +85,6 @@ private:
 
     std::uint32_t m_channel;
     NodeAnswers m_answers;
-    const nlohmann::json* m_document;
+    const SharedDocument* m_document;
     std::vector<CheckedFrameFormat> m_frameFormats;
 };

@@ -13,6 +13,7 @@
 #include "Replay.h"
 #include "RequestRules.h"
 #include "ResultCode.h"
+#include "SharedDocument.h"
 
 #include <algorithm>
 #include <memory>
@@ -28,11 +29,11 @@ using nlohmann::json;
 
 /// The radio as the file itself or one of its patches leaves it.
 struct State {
-    json document;                    ///< without its requests
+    SharedDocument document;          ///< without its requests
     std::optional<std::size_t> patch; ///< the request that led to it; nothing: the file itself
     CheckedNode node;
 
-    State(std::uint32_t channel, const NodeAnswers& answers, json file,
+    State(std::uint32_t channel, const NodeAnswers& answers, SharedDocument file,
           std::optional<std::size_t> request)
         : document(std::move(file))
         , patch(request)
@@ -65,8 +66,8 @@ private:
     static constexpr std::size_t maxPatches = 64;
 
     const RadioFile& m_file;
-    json m_document; ///< without its requests
-    json m_requests = json::array();
+    json m_requests;
+    SharedDocument m_document; ///< without its requests
     FindingList m_findings;
     FindingList m_seen; ///< on the radio, as if every patch were made in the file itself
     LibraryRules m_library{m_seen};
@@ -74,16 +75,22 @@ private:
     std::size_t m_requestCount; ///< that are checked
 };
 
+/// Takes the requests out of a document.
+json takeRequests(json& document) {
+    if (!document.contains("requests")) {
+        return json::array();
+    }
+    json requests = std::move(document["requests"]);
+    document.erase("requests");
+    return requests;
+}
+
 Check::Check(const RadioFile& file, json document)
     : m_file(file)
+    , m_requests(takeRequests(document))
     , m_document(std::move(document))
     , m_requestRules(file, m_requests, m_library, m_seen, m_findings)
-    , m_requestCount(file.requests.size()) {
-    if (m_document.contains("requests")) {
-        m_requests = std::exchange(m_document["requests"], json());
-        m_document.erase("requests");
-    }
-}
+    , m_requestCount(file.requests.size()) {}
 
 std::unique_ptr<State> Check::startState() const {
     return std::make_unique<State>(m_file.channel, m_file.node, m_document, std::nullopt);
@@ -94,8 +101,7 @@ bool Check::isPatch(std::size_t request) const {
 }
 
 std::unique_ptr<State> Check::patched(const State& before, std::size_t request) const {
-    json document = before.document;
-    document.merge_patch(m_requests[request].at("file"));
+    SharedDocument document = before.document.patched(m_requests[request].at("file"));
     const NodeAnswers& answers = std::get<Calls::Patch>(m_file.requests[request].call).answers;
     return std::make_unique<State>(m_file.channel, answers, std::move(document), request);
 }
@@ -189,12 +195,12 @@ bool Check::checkNewInState(const State& state) {
 }
 
 /// What the capability handler hands out once, when the service starts.
-json handedOut(const json& document) {
+json handedOut(const SharedDocument& document) {
     json answers = json::object();
     for (const char* const key :
          {"pmaxDpd1Etsi", "pmaxDpd2Etsi", "pmaxDpd1Ansi", "pmaxDpd2Ansi", "minOutputPower"}) {
-        if (document.contains("capabilityHandler") && document["capabilityHandler"].contains(key)) {
-            answers[key] = document["capabilityHandler"][key];
+        if (const json* const answer = document.at({"capabilityHandler", key})) {
+            answers[key] = *answer;
         }
     }
     return answers;

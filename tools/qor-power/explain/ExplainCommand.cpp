@@ -169,13 +169,16 @@ ExitStatus ExplainCommand::explainLog(Output& output) const {
             status = ExitStatus::OtherTrouble;
         }
     });
-    // A line of a replay holds the traces of a whole call.
-    constexpr std::size_t longestLine = std::size_t{64} << 20;
-    LineReader reader(*m_options.traceLog, longestLine);
-    while (const auto line = reader.next()) {
-        log.read(line->text);
+    LineReader reader(*m_options.traceLog, TraceLog::maxSize);
+    try {
+        while (const auto line = reader.next()) {
+            log.read(line->text, line->isTooLong);
+        }
+        log.end();
+    } catch (const TraceLogError& error) {
+        output.flush();
+        throw ToolError(ExitStatus::OtherTrouble, name + ": " + error.what());
     }
-    log.end();
     output.flush();
 
     if (log.leftOut() != 0) {

@@ -1,5 +1,9 @@
 #include "TraceLog.h"
 
+#include "CalculationFigures.h"
+#include "JsonReader.h"
+#include "OneLine.h"
+#include "RadioFileError.h"
 #include "TraceText.h"
 
 #include <algorithm>
@@ -122,6 +126,8 @@ std::optional<TraceRecord> TraceLog::recordIn(const std::string& line) {
 void TraceLog::begin(const std::string& name, const std::string& arguments) {
     end();
     m_call = {name, m_line, arguments, {}, {}};
+    m_callSize = 0;
+    m_calculations = 0;
     m_isOpen = true;
 }
 
@@ -132,8 +138,16 @@ void TraceLog::end() {
     }
 }
 
-void TraceLog::read(const std::string& line) {
+void TraceLog::fail(const std::string& problem) const {
+    throw TraceLogError("line " + std::to_string(m_line) + ": " + oneLine(problem) +
+                        "; take its call out of the log");
+}
+
+void TraceLog::read(const std::string& line, bool isTooLong) {
     ++m_line;
+    if (isTooLong) {
+        fail("longer than " + std::to_string(maxSize) + " bytes");
+    }
     if (line.find_first_not_of(" \t\r") == std::string::npos || readReplayLine(line)) {
         return;
     }
@@ -151,34 +165,66 @@ void TraceLog::readRecord(const TraceRecord& record) {
     } else if (!m_isOpen) {
         begin("", "");
     }
+    keep(record);
+}
+
+void TraceLog::keep(const TraceRecord& record) {
+    const std::size_t size = record.file.size() + record.function.size() + record.text.size();
+    m_callSize += size;
+    if (size > maxTraceSize) {
+        fail("a trace longer than " + std::to_string(maxTraceSize) + " bytes");
+    }
+    if (m_callSize > maxSize) {
+        fail("traces of more than " + std::to_string(maxSize) + " bytes in one call");
+    }
+    if (m_call.records.size() == maxTraces) {
+        fail("more than " + std::to_string(maxTraces) + " traces in one call");
+    }
+    if (CalculationFigures::isStart(record) && ++m_calculations > maxCalculations) {
+        fail("more than " + std::to_string(maxCalculations) + " calculations in one call");
+    }
     m_call.records.push_back(record);
+}
+
+Json TraceLog::objectIn(const std::string& line) const {
+    try {
+        return JsonReader::read(line, maxSize, maxValues);
+    } catch (const RadioFileError& error) {
+        if (!error.textPlace()) {
+            fail(error.what());
+        }
+        return nullptr;
+    }
 }
 
 bool TraceLog::readReplayLine(const std::string& line) {
     if (line.front() != '{') {
         return false;
     }
-    Json json = Json::parse(line, nullptr, false);
-    if (const auto record = json.is_discarded() ? std::nullopt : recordOf(json)) {
+    Json json = objectIn(line);
+    if (!json.is_object()) {
+        return false;
+    }
+    if (const auto record = recordOf(json)) {
         readRecord(*record);
         return true;
     }
-    const auto trace = json.find("trace");
-    if (!json.is_object() || trace == json.end() || !trace->is_array() ||
+    if (!json.contains("trace") || !json["trace"].is_array() ||
         !json.value("call", Json()).is_string()) {
         return false;
     }
+    const Json trace = std::move(json["trace"]);
+    json.erase("trace");
     begin(json["call"].get<std::string>(), "");
-    for (const Json& entry : *trace) {
+    for (const Json& entry : trace) {
         if (const auto record = recordOf(entry)) {
             ++m_records;
             if (beginsCall(*record) && record->kind == Kind::Enter) {
                 m_call.arguments = record->text;
             }
-            m_call.records.push_back(*record);
+            keep(*record);
         }
     }
-    json.erase("trace");
     m_call.answer = std::move(json);
     end();
     return true;

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,12 @@ struct LoggedCall {
     nlohmann::json answer; ///< the line of the replay; null in a log of plain traces
 };
 
+/// What cannot be read of a log: "line N: PROBLEM; REMEDY".
+class TraceLogError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 /// Takes a log apart, line by line, into calls of the service.
 ///
 /// Two forms of lines are known, also mixed: a line of `qor-power replay --trace 6`, which is a
@@ -31,11 +38,31 @@ class TraceLog {
 public:
     using CallSink = std::function<void(const LoggedCall& call)>;
 
+    // Bounds that no real node comes near. They keep what any log can ask for, its explanations
+    // included, below 64 MiB of memory.
+
+    /// In bytes: of a line, and of what is kept of all traces of one call.
+    static constexpr std::size_t maxSize = std::size_t{8} << 20;
+
+    /// Bytes of one trace.
+    static constexpr std::size_t maxTraceSize = std::size_t{64} << 10;
+
+    /// Traces of one call.
+    static constexpr std::size_t maxTraces = 32768;
+
+    /// Calculations of one call.
+    static constexpr std::size_t maxCalculations = 8192;
+
+    /// Values in a line of a replay, which has six for each trace.
+    static constexpr std::size_t maxValues = 200000;
+
     /// @param sink gets each call when the log goes on to the next one.
     explicit TraceLog(CallSink sink)
         : m_sink(std::move(sink)) {}
 
-    void read(const std::string& line);
+    /// @param isTooLong whether this is only the beginning of a line beyond maxSize.
+    /// @throw TraceLogError for a line that goes beyond a bound.
+    void read(const std::string& line, bool isTooLong = false);
 
     /// Hands out what is still open at the end of the log.
     void end();
@@ -53,12 +80,18 @@ public:
     static bool isQuery(const std::string& name);
 
 private:
+    [[noreturn]] void fail(const std::string& problem) const;
+    /// The object that a line holds; null if the line is no JSON.
+    nlohmann::json objectIn(const std::string& line) const;
     bool readReplayLine(const std::string& line);
+    void keep(const TraceRecord& record);
     void readRecord(const TraceRecord& record);
     void begin(const std::string& name, const std::string& arguments);
 
     CallSink m_sink;
     LoggedCall m_call;
+    std::size_t m_callSize = 0;     ///< bytes of its traces
+    std::size_t m_calculations = 0; ///< of the call
     bool m_isOpen = false;
     std::size_t m_line = 0;
     std::size_t m_records = 0;
