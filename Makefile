@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test setup asan tsan coverage board packages abi reproducible fuzz fuzz-sample valgrind bench bench-count bench-board format format-check lint mutants mutants-sample proof proof-check ci clean
+.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample valgrind bench bench-count bench-board format format-check lint mutants mutants-sample proof proof-check ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 MINUTES ?= 1
@@ -24,19 +24,13 @@ test: build ## build and run all tests
 setup: ## install what is missing from Debian's packages
 	scripts/setup
 
-asan: ## run all tests under the address and undefined-behaviour sanitizers
-	scripts/setup sanitizers
-	cmake --preset asan
-	cmake --build --preset asan
-	ctest --preset asan
-
 tsan: ## run all tests under the thread sanitizer
-	scripts/setup sanitizers
+	scripts/setup coverage
 	cmake --preset tsan
 	cmake --build --preset tsan
 	ctest --preset tsan
 
-coverage: ## run all tests and fail below 100 % of the library's lines, branches and conditions
+coverage: ## run all tests under the address and undefined-behaviour sanitizers; fail below 100 % of the library's lines, branches and conditions
 	scripts/coverage
 
 board: build ## build and test everything for the board, under the emulator
@@ -57,10 +51,10 @@ fuzz: ## run each fuzzer for a minute on all processors (MINUTES=N for longer)
 	scripts/fuzz $(MINUTES)
 
 fuzz-sample: ## run each fuzzer for a minute in the build of the sanitizers
-	scripts/setup sanitizers
-	cmake --preset asan
-	cmake --build --preset asan --target fuzz_radio_file fuzz_service
-	QOR_FUZZ_BUILD=build/asan QOR_FUZZ_NO_BUILD=1 scripts/fuzz 1
+	scripts/setup coverage
+	cmake --preset coverage
+	cmake --build --preset coverage --target fuzz_radio_file fuzz_service
+	QOR_FUZZ_BUILD=build/coverage QOR_FUZZ_NO_BUILD=1 scripts/fuzz 1
 
 valgrind: build ## run the test programs under valgrind
 	scripts/valgrind build/release
@@ -99,7 +93,7 @@ proof-check: ## fail if a figure of the page is not what the last run gave
 	scripts/proof --check
 
 # What fails soonest comes first.
-ci: format-check test bench-count lint asan fuzz-sample tsan coverage mutants-sample board packages ## everything that has to pass before a change lands
+ci: format-check test bench-count lint coverage fuzz-sample tsan mutants-sample board packages ## everything that has to pass before a change lands
 
 clean: ## remove everything that was built
 	rm -rf build

@@ -19,7 +19,7 @@ constexpr double mostPeakMiB = 4096;
 
 // Other programs take their share of a busy machine, so this one only tells a tool that waits for
 // something.
-constexpr double mostSeconds = 60;
+constexpr double mostSeconds = 300;
 
 bool isControl(char byte) {
     return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
