@@ -7,7 +7,8 @@ script=${1:A}
 cd ${0:A:h}
 failures=0
 
-# The shell under test prints every match between marks instead of showing a menu.
+# The shell under test prints every match between marks instead of showing a menu. The marks are written
+# in two halves: what a busy machine's terminal echoes of these lines must not be taken for a mark.
 zpty shell zsh -f -i
 zpty -w shell "PROMPT=; stty -echo; autoload -U compinit; compinit -u -D; source ${(q)script}"
 zpty -w shell '
@@ -22,11 +23,11 @@ compadd() {
 }
 bindkey "^I" complete-word
 zstyle ":completion:*" list-grouped false
-null-line() { print -- "begin"; zle complete-word; print -- "finish"; zle kill-whole-line }
+null-line() { print -- "be""gin"; zle complete-word; print -- "fin""ish"; zle kill-whole-line }
 zle -C complete-word .complete-word _main_complete
 zle -N null-line
 bindkey "^T" null-line
-print ready'
+print rea""dy'
 zpty -r shell output $'*ready*' || exit 1
 
 # offers LINE EXPECTED...
