@@ -10,6 +10,8 @@ if(QOR_COVERAGE)
     set(counting "-fprofile-instr-generate=${CMAKE_BINARY_DIR}/profiles/%m.profraw")
     # Sources are named by their path below the project's folder.
     add_compile_options(
-        "${counting}" -fcoverage-mapping -fcoverage-mcdc -fcoverage-compilation-dir=.)
+        "${counting}" -fcoverage-mapping -fcoverage-mcdc -fcoverage-compilation-dir=.
+        # Some counts are differences of others, so that one lost between threads makes them wrong.
+        -fprofile-update=atomic)
     add_link_options("${counting}")
 endif()
