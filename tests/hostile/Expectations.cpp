@@ -12,14 +12,14 @@ namespace {
 #ifdef QOR_HOSTILE_LIMITS
 constexpr double mostProcessorSeconds = 1;
 constexpr double mostPeakMiB = 64;
+// Other programs take their share of a busy machine, so this one only tells a tool that waits for
+// something.
+constexpr double mostSeconds = 60;
 #else
 constexpr double mostProcessorSeconds = 60;
 constexpr double mostPeakMiB = 4096;
-#endif
-
-// Other programs take their share of a busy machine, so this one only tells a tool that waits for
-// something.
 constexpr double mostSeconds = 300;
+#endif
 
 bool isControl(char byte) {
     return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F;
