@@ -8,7 +8,7 @@
 using nlohmann::json;
 
 SharedDocument::SharedDocument(json document) {
-    for (auto& [key, value] : document.items()) {
+    for (auto& [key, value] : document.get_ref<json::object_t&>()) {
         m_members[key] = std::make_shared<const json>(std::move(value));
     }
 }
