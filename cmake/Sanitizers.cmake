@@ -14,3 +14,16 @@ function(qor_optimise_sanitized target)
         target_compile_options(${target} PRIVATE $<$<CONFIG:Debug>:-O1>)
     endif()
 endfunction()
+
+# qor_replaces_operator_new(TARGET): the program has an operator new of its own. clang links its thread
+# sanitizer as a whole, operators included, which would then be there twice; its shared form gives way.
+function(qor_replaces_operator_new target)
+    if(QOR_SANITIZE MATCHES "thread" AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        execute_process(
+            COMMAND ${CMAKE_CXX_COMPILER}
+                -print-file-name=libclang_rt.tsan-${CMAKE_SYSTEM_PROCESSOR}.so
+            OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+        cmake_path(GET runtime PARENT_PATH folder)
+        target_link_options(${target} PRIVATE -shared-libsan "LINKER:-rpath,${folder}")
+    endif()
+endfunction()
