@@ -93,7 +93,7 @@ proof-check: ## fail if a figure of the page is not what the last run gave
 	scripts/proof --check
 
 # What fails soonest comes first.
-ci: format-check test bench-count coverage fuzz-sample board packages ## everything that has to pass before a change lands
+ci: format-check test bench-count lint mutants-sample coverage fuzz-sample tsan board packages ## everything that has to pass before a change lands
 
 clean: ## remove everything that was built
 	rm -rf build

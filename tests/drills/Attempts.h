@@ -34,12 +34,13 @@ Course whileFailing(std::size_t nth, Action action) {
 
 /// Tries something once with each of its allocations failing.
 /// @param attempt is told which allocation fails, has it fail, and says whether it came to that.
+/// @param stride every second one only, every third, and so on.
 /// @return how many failed.
 template <class Attempt>
-std::size_t withEachAllocationFailing(Attempt attempt) {
-    std::size_t nth = 1;
-    while (attempt(nth)) {
-        ++nth;
+std::size_t withEachAllocationFailing(Attempt attempt, std::size_t stride = 1) {
+    std::size_t failures = 0;
+    while (attempt(1 + failures * stride)) {
+        ++failures;
     }
-    return nth - 1;
+    return failures;
 }
