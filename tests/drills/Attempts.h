@@ -34,7 +34,7 @@ Course whileFailing(std::size_t nth, Action action) {
 
 /// Tries something once with each of its allocations failing.
 /// @param attempt is told which allocation fails, has it fail, and says whether it came to that.
-/// @param stride every second one only, every third, and so on.
+/// @param stride 1: each; 2: every second one; and so on.
 /// @return how many failed.
 template <class Attempt>
 std::size_t withEachAllocationFailing(Attempt attempt, std::size_t stride = 1) {
