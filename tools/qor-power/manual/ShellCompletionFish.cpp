@@ -3,7 +3,7 @@
 
 namespace {
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     const std::string safe = ShellCompletion::replaced(text, '\\', "\\\\");
     return '\'' + ShellCompletion::replaced(safe, '\'', "\\'") + '\'';
 }
@@ -18,27 +18,28 @@ std::string valueOf(const CommandOption& option) {
     case CommandOption::Completion::Words:
         break;
     }
-    return option.words.empty() ? " -x" : " -x -a " + quoted(ShellCompletion::joined(option.words));
+    return option.words.empty() ? " -x"
+                                : " -x -a " + inQuotes(ShellCompletion::joined(option.words));
 }
 
 std::string lineOf(const CommandOption& option, const std::string& condition) {
-    std::string line = "complete -c qor-power -n " + quoted(condition);
+    std::string line = "complete -c qor-power -n " + inQuotes(condition);
     for (const std::string& name : option.names()) {
         line += name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1);
     }
-    return line + (option.isFlag() ? "" : valueOf(option)) + " -d " + quoted(option.description) +
+    return line + (option.isFlag() ? "" : valueOf(option)) + " -d " + inQuotes(option.description) +
            '\n';
 }
 
 /// An argument is what follows no option; its words have no option in front.
 std::string lineOfArgument(const CommandOption& argument, const std::string& condition) {
-    const std::string line = "complete -c qor-power -n " + quoted(condition);
+    const std::string line = "complete -c qor-power -n " + inQuotes(condition);
     if (argument.completion == CommandOption::Completion::Files) {
         return line + " -F\n";
     }
     return argument.words.empty()
                ? ""
-               : line + " -a " + quoted(ShellCompletion::joined(argument.words)) + '\n';
+               : line + " -a " + inQuotes(ShellCompletion::joined(argument.words)) + '\n';
 }
 
 } // namespace
@@ -51,7 +52,7 @@ std::string ShellCompletion::forFish(const std::vector<Command>& commands) {
     }
     for (const Command& command : commands) {
         text += "complete -c qor-power -n " + first + " -a " + command.name + " -d " +
-                quoted(command.summary) + '\n';
+                inQuotes(command.summary) + '\n';
     }
     for (const Command& command : commands) {
         const std::string behind = "__fish_seen_subcommand_from " + command.name;
