@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample valgrind bench bench-count bench-board format format-check lint mutants mutants-sample proof proof-check ci clean
+.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample valgrind bench bench-count bench-board format format-check lint lint-sample mutants mutants-sample proof proof-check ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 MINUTES ?= 1
@@ -50,11 +50,12 @@ reproducible: ## build the libraries in two folders and compare the bytes, for b
 fuzz: ## run each fuzzer for a minute on all processors (MINUTES=N for longer)
 	scripts/fuzz $(MINUTES)
 
-fuzz-sample: ## run each fuzzer for a minute in the build of the sanitizers
+fuzz-sample: ## run both fuzzers beside each other for a minute, in the build of the sanitizers
 	scripts/setup coverage
 	cmake --preset coverage
 	cmake --build --preset coverage --target fuzz_radio_file fuzz_service
-	QOR_FUZZ_BUILD=build/coverage QOR_FUZZ_NO_BUILD=1 scripts/fuzz 1
+	printf '%s\n' radio_file service | QOR_FUZZ_BUILD=build/coverage QOR_FUZZ_NO_BUILD=1 \
+		QOR_FUZZ_WORKERS=1 xargs -P 2 -n 1 scripts/fuzz 1
 
 valgrind: build ## run the test programs under valgrind
 	scripts/valgrind build/release
@@ -78,6 +79,10 @@ lint: build ## look for mistakes with clang-tidy, cppcheck and the compiler's an
 	scripts/setup lint
 	scripts/lint build/release
 
+lint-sample: build ## likewise, but clang-tidy sees a quarter of the desk and the tool, another after each commit
+	scripts/setup lint
+	scripts/lint build/release --sample 4
+
 mutants: setup ## change the library in every small way; fail if the tests let a change through
 	scripts/setup mutants
 	scripts/mutants
@@ -93,7 +98,13 @@ proof-check: ## fail if a figure of the page is not what the last run gave
 	scripts/proof --check
 
 # What fails soonest comes first.
-ci: format-check test bench-count lint mutants-sample coverage fuzz-sample tsan board packages ## everything that has to pass before a change lands
+ci_steps := format-check test bench-count lint-sample mutants-sample coverage fuzz-sample tsan board packages
+
+ci: ## everything that has to pass before a change lands, and how long each step takes
+	@begin=$$(date +%s); took=; for step in $(ci_steps); do \
+		before=$$(date +%s); $(MAKE) --no-print-directory $$step || exit; now=$$(date +%s); \
+		took="$$took $$step $$((now - before)) s,"; echo "ci:$$took $$((now - begin)) s in all"; \
+	done
 
 clean: ## remove everything that was built
 	rm -rf build

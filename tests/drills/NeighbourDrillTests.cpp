@@ -30,6 +30,13 @@ Scene sceneOf(const Place& place) {
     return {family, hasBooster, isAdaptive, limit};
 }
 
+/// Whether the next case is tried where not all are. The count goes on from one scene to the next,
+/// so that an answer that one scene leaves out is another's.
+bool isTurn() {
+    static std::size_t turn = 0;
+    return turn++ % QOR_LOOP_STRIDE == 0;
+}
+
 class NeighbourDrill : public ::testing::TestWithParam<Place> {
 protected:
     NeighbourDrill() {
@@ -88,6 +95,9 @@ protected:
         for (const ScriptedAnswer& odd :
              oddAnswers(call, m_sides->usual[static_cast<std::size_t>(call)])) {
             for (std::size_t nth = 1; nth <= times; ++nth) {
+                if (!isTurn()) {
+                    continue;
+                }
                 m_sides->library.script.restart(call, nth, odd);
                 m_sides->reference.script.restart(call, nth, odd);
                 const std::string when = "when call " + std::to_string(nth) + " of " +
