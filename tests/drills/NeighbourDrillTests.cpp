@@ -98,6 +98,7 @@ protected:
                 if (!isTurn()) {
                     continue;
                 }
+                ++m_oddAnswers;
                 m_sides->library.script.restart(call, nth, odd);
                 m_sides->reference.script.restart(call, nth, odd);
                 const std::string when = "when call " + std::to_string(nth) + " of " +
@@ -120,11 +121,13 @@ protected:
     }
 
     void countCases() {
+        EXPECT_GT(m_oddAnswers, 0U) << "no odd answer was tried";
         RecordProperty("cases", static_cast<int>(m_cases));
         std::cout << "[ CASES    ] " << m_cases << '\n';
     }
 
     std::size_t m_cases = 0;
+    std::size_t m_oddAnswers = 0;
     std::optional<BothSides> m_sides;
 };
 

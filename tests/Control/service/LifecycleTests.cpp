@@ -1,3 +1,4 @@
+#include "InterfaceBroker.h"
 #include "ServiceTest.h"
 
 #include <memory>

@@ -1,5 +1,7 @@
 #include "MockNeighbours.h"
 
+#include "InterfaceBroker.h"
+
 namespace {
 
 /// What the hardware configuration returns and writes when it is asked about a frame format.

@@ -8,7 +8,6 @@
 #include "IFrameFormat.h"
 #include "IHardwareConfigurationHandler.h"
 #include "ISystemPowerController.h"
-#include "InterfaceBroker.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -197,8 +196,8 @@ public:
     Strictness<MockHardwareConfigurationHandler> handler;
 };
 
-// They are compiled once: what GoogleMock makes of a neighbour takes longer than a test program's
-// tests do.
+// Only MockNeighbours.cpp instantiates them: what GoogleMock makes of five neighbours would double
+// the time that each test's source takes to compile.
 extern template class ChannelNeighbours<::testing::NiceMock>;
 extern template class ChannelNeighbours<::testing::StrictMock>;
 extern template class HardwareConfiguration<::testing::NiceMock>;
