@@ -1,11 +1,11 @@
 #include "Comparison.h"
 
+#include "AnalysisError.h"
 #include "Find.h"
 #include "PowerTableForms.h"
 #include "PowerTableQuery.h"
 #include "Replay.h"
 #include "TextChecks.h"
-#include "ToolError.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -131,9 +131,8 @@ void Comparison::table(const RadioFile& file, const json& document, std::int32_t
         query.frameFormatId = frameFormatId;
         table = query.run(file);
         table->radioFile = "radio.json";
-    } catch (const ToolError& error) {
-        expect(error.status() == ExitStatus::ServiceDidNotStart,
-               "a table ends with another status");
+    } catch (const AnalysisError& error) {
+        expect(error.outcome() == Outcome::ServiceDidNotStart, "a table ends with another status");
         expect(TextChecks::isOneLine(error.what()), "the reason for no table is not one line");
     }
 

@@ -1,5 +1,6 @@
 #include "ToolForms.h"
 
+#include "AnalysisError.h"
 #include "CheckForms.h"
 #include "Comparison.h"
 #include "ExplanationForms.h"
@@ -9,7 +10,6 @@
 #include "PowerTableQuery.h"
 #include "RadioFileCheck.h"
 #include "TextChecks.h"
-#include "ToolError.h"
 #include "tools/ExplanationAudit.h"
 
 #include <algorithm>
@@ -23,8 +23,8 @@ namespace {
 
 using nlohmann::json;
 
-const Terminal plain(-1, ColorChoice::Never);
-const Terminal colored(-1, ColorChoice::Always);
+const TextLook plain;
+const TextLook colored{true, 80};
 
 /// A text without the sequences that give it a style.
 std::string withoutStyles(const std::string& text) {
@@ -110,12 +110,12 @@ void explainFrameFormat(const RadioFile& file, const json& document, std::int32_
     std::optional<ExplainedTable> explained;
     try {
         table = query.run(file);
-    } catch (const ToolError&) { // Comparison::tables() looks at when this happens
+    } catch (const AnalysisError&) { // Comparison::tables() looks at when this happens
         table = std::nullopt;
     }
     try {
         explained = query.explain(file);
-    } catch (const ToolError& error) {
+    } catch (const AnalysisError& error) {
         expect(TextChecks::isOneLine(error.what()),
                "the reason for no explanation is not one line");
     }

@@ -1,6 +1,6 @@
 #include "Arguments.h"
 
-#include "ToolError.h"
+#include "AnalysisError.h"
 
 #include <gtest/gtest.h>
 
@@ -14,8 +14,8 @@ namespace {
 std::string refusal(const std::function<void()>& read) {
     try {
         read();
-    } catch (const UsageError& error) {
-        EXPECT_EQ(error.status(), ExitStatus::OtherTrouble);
+    } catch (const QuestionError& error) {
+        EXPECT_EQ(error.outcome(), Outcome::OtherTrouble);
         return error.what();
     }
     return "accepted";

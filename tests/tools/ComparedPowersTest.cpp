@@ -1,8 +1,8 @@
+#include "AnalysisError.h"
 #include "PlotForms.h"
 #include "PowerDiff.h"
 #include "RadioFileReader.h"
 #include "Sweep.h"
-#include "ToolError.h"
 #include "reference/RandomRadioFile.h"
 
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ const std::vector<RadioCase>& radios() {
             try {
                 static_cast<void>(radio.powers());
                 found.push_back(std::move(radio));
-            } catch (const ToolError&) {
+            } catch (const AnalysisError&) {
                 // Some radios lack a neighbour.
             }
         }
@@ -116,12 +116,12 @@ TEST(ComparedPowers, AtARadiosOwnValueOfAnInputAreItsOwn) {
 }
 
 TEST(ComparedPowers, OfAnyRadioCanBeDrawn) {
-    const Terminal terminal(-1, ColorChoice::Never);
+    const TextLook look;
     for (const RadioCase& radio : radios()) {
         const PowerPlot plot = PowerPlot::of(radio.explain());
 
         const std::string svg = svgForm(plot);
-        const std::string blocks = blockForm(plot, terminal);
+        const std::string blocks = blockForm(plot, look);
 
         EXPECT_TRUE(svg.ends_with("</svg>\n"));
         EXPECT_EQ(svg, svgForm(plot));

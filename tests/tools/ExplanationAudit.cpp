@@ -1,10 +1,10 @@
 #include "ExplanationAudit.h"
 
+#include "AnalysisError.h"
 #include "LoggedPowers.h"
 #include "PowerTableQuery.h"
 #include "RadioFileReader.h"
 #include "Replay.h"
-#include "ToolError.h"
 #include "reference/RandomRadioFile.h"
 
 #include <algorithm>
@@ -101,8 +101,8 @@ void ExplanationAudit::auditRandomFile(std::uint64_t seed) {
             try {
                 audit(query.explain(file), document, name);
                 ++m_starts;
-            } catch (const ToolError& error) {
-                if (error.status() != ExitStatus::ServiceDidNotStart) {
+            } catch (const AnalysisError& error) {
+                if (error.outcome() != Outcome::ServiceDidNotStart) {
                     find(name, error.what());
                 }
             }

@@ -1,7 +1,7 @@
 #include "InputAxis.h"
 
+#include "AnalysisError.h"
 #include "RadioFileReader.h"
-#include "ToolError.h"
 #include "ToolProcess.h"
 
 #include <gtest/gtest.h>
@@ -36,7 +36,7 @@ std::vector<std::string> usualValuesOf(const std::string& name, const RadioCase&
 std::string refusalOf(const std::string& name, const std::string& list) {
     try {
         valuesOf(name, list);
-    } catch (const UsageError& error) {
+    } catch (const QuestionError& error) {
         return error.what();
     }
     return "nothing was refused";
@@ -62,7 +62,7 @@ TEST(InputAxis, OfAnUnknownNameSuggestsTheNearest) {
     try {
         axis("chanel-spacing");
         FAIL() << "nothing was refused";
-    } catch (const UsageError& error) {
+    } catch (const QuestionError& error) {
         EXPECT_STREQ(error.what(),
                      R"(--over "chanel-spacing": unknown; did you mean "channel-spacing"?)");
     }
@@ -188,7 +188,7 @@ TEST(UsualValues, WhereTheRadioNamesNoneAreAskedFor) {
     try {
         usualValuesOf("booster", outdoorRadio());
         FAIL() << "nothing was refused";
-    } catch (const UsageError& error) {
+    } catch (const QuestionError& error) {
         EXPECT_STREQ(error.what(), "--over booster: the radio file names no booster; list the "
                                    "values, --over booster=LIST");
     }
@@ -250,12 +250,12 @@ TEST(VariedRadio, IsLeftWithoutWhatItDoesNotHave) {
 }
 
 TEST(LabelOfAnInput, HasItsUnit) {
-    EXPECT_EQ(Inputs::labelOf(EChannelSpacingType::MHz28), "28 MHz");
-    EXPECT_EQ(Inputs::labelOf(Inputs::PermanentCutback{150}), "1.50 dB");
-    EXPECT_EQ(Inputs::labelOf(OperatingInputs::TemporaryCutback{}), "none");
-    EXPECT_EQ(Inputs::labelOf(OperatingInputs::Booster{1, 1500, 1400, Modulation::QAM256}),
+    EXPECT_EQ(InputAxis::labelOf(EChannelSpacingType::MHz28), "28 MHz");
+    EXPECT_EQ(InputAxis::labelOf(Inputs::PermanentCutback{150}), "1.50 dB");
+    EXPECT_EQ(InputAxis::labelOf(OperatingInputs::TemporaryCutback{}), "none");
+    EXPECT_EQ(InputAxis::labelOf(OperatingInputs::Booster{1, 1500, 1400, Modulation::QAM256}),
               "presence 1, gain 15.00 dB, input at most 14.00 dBm, up to 256QAM");
-    EXPECT_EQ(Inputs::labelOf(Inputs::ProductNumber{""}), "none");
+    EXPECT_EQ(InputAxis::labelOf(Inputs::ProductNumber{""}), "none");
 }
 
 } // namespace

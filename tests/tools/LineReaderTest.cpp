@@ -1,6 +1,6 @@
 #include "LineReader.h"
 
-#include "ToolError.h"
+#include "AnalysisError.h"
 
 #include <gtest/gtest.h>
 
@@ -88,7 +88,7 @@ TEST(LineReader, KnowsWhetherItHasToWaitForALine) {
 }
 
 TEST(LineReader, RefusesAPathThatCannotBeRead) {
-    EXPECT_THROW(LineReader("/no/such/file", 10), ToolError);
+    EXPECT_THROW(LineReader("/no/such/file", 10), AnalysisError);
 }
 
 } // namespace

@@ -1,9 +1,9 @@
+#include "AnalysisError.h"
 #include "FileWriter.h"
 #include "FootNotes.h"
 #include "PlotScale.h"
 #include "RuleStyle.h"
 #include "SvgDocument.h"
-#include "ToolError.h"
 
 #include <gtest/gtest.h>
 
@@ -206,9 +206,9 @@ TEST_F(FileWriterTest, LeavesTheFileAsItWasWhenTheDiskIsFull) {
     std::string message;
     try {
         writeFile(path("old.svg"), std::string(1000, 'x'));
-    } catch (const ToolError& error) {
+    } catch (const AnalysisError& error) {
         message = error.what();
-        EXPECT_EQ(error.status(), ExitStatus::OtherTrouble);
+        EXPECT_EQ(error.outcome(), Outcome::OtherTrouble);
     }
 
     ::setrlimit(RLIMIT_FSIZE, &before);
@@ -219,8 +219,8 @@ TEST_F(FileWriterTest, LeavesTheFileAsItWasWhenTheDiskIsFull) {
 }
 
 TEST_F(FileWriterTest, RefusesAFolderAndAPathBelowNothing) {
-    EXPECT_THROW(writeFile(path("."), "picture"), ToolError);
-    EXPECT_THROW(writeFile(path("missing/new.svg"), "picture"), ToolError);
+    EXPECT_THROW(writeFile(path("."), "picture"), AnalysisError);
+    EXPECT_THROW(writeFile(path("missing/new.svg"), "picture"), AnalysisError);
     EXPECT_EQ(filesInFolder(), 0U);
 }
 

@@ -1,11 +1,12 @@
 #include "CommandLine.h"
 
+#include "AnalysisError.h"
 #include "Commands.h"
 #include "CommonOptions.h"
+#include "ExitStatus.h"
 #include "OneLine.h"
 #include "Suggestion.h"
 #include "TextWrap.h"
-#include "ToolError.h"
 
 #include <CLI/CLI.hpp>
 
@@ -75,7 +76,7 @@ std::string examplesOf(const std::vector<Command>& commands) {
 std::string exitStatusHelp() {
     std::string text = "Exit status:";
     for (const ExitStatusMeaning& row : exitStatusTable) {
-        text += "\n  " + std::to_string(static_cast<int>(row.status)) + "  " + row.meaning;
+        text += "\n  " + std::to_string(exitStatusOf(row.outcome)) + "  " + row.meaning;
     }
     return text;
 }
@@ -125,8 +126,8 @@ std::vector<std::string> leftOversOf(const CLI::App& app) {
 
 [[noreturn]] void refuseOption(const std::string& word, const CLI::App& owner) {
     const std::string option = word.substr(0, word.find('='));
-    throw UsageError("unknown option " + inQuotes(option) + "; " +
-                     Suggestion::remedy(option, optionNamesOf(owner)));
+    throw QuestionError("unknown option " + inQuotes(option) + "; " +
+                        Suggestion::remedy(option, optionNamesOf(owner)));
 }
 
 } // namespace
@@ -137,7 +138,7 @@ class CommandLine::Parser {
 public:
     explicit Parser(std::vector<Command> commands);
 
-    ExitStatus run(int argc, const char* const* argv, Output& output);
+    Outcome run(int argc, const char* const* argv, Output& output);
 
 private:
     CLI::App* add(const Command& command);
@@ -201,7 +202,8 @@ void CommandLine::Parser::refuseCommand(const std::string& word) const {
     for (const Command& command : m_commands) {
         known.push_back(command.name);
     }
-    throw UsageError("unknown command " + inQuotes(word) + "; " + Suggestion::remedy(word, known));
+    throw QuestionError("unknown command " + inQuotes(word) + "; " +
+                        Suggestion::remedy(word, known));
 }
 
 void CommandLine::Parser::refuseLeftOvers(const std::vector<std::string>& arguments) const {
@@ -224,7 +226,7 @@ void CommandLine::Parser::refuseLeftOvers(const std::vector<std::string>& argume
     if (&given() == &m_app) {
         refuseCommand(word);
     }
-    throw UsageError("too much on the command line: " + inQuotes(word));
+    throw QuestionError("too much on the command line: " + inQuotes(word));
 }
 
 void CommandLine::Parser::refuse(const CLI::ParseError& error) const {
@@ -232,17 +234,17 @@ void CommandLine::Parser::refuse(const CLI::ParseError& error) const {
         "; try qor-power " + (&given() == &m_app ? "" : given().get_name() + " ") + "--help";
     for (const CLI::Option* const option : given().get_options()) {
         if (option->get_items_expected_max() == 1 && option->count() > 1) {
-            throw UsageError(option->get_name() + " is given more than once");
+            throw QuestionError(option->get_name() + " is given more than once");
         }
         if (option->get_required() && option->count() == 0) {
-            throw UsageError(option->get_name() + " is missing" + help);
+            throw QuestionError(option->get_name() + " is missing" + help);
         }
     }
     const std::string what = error.what();
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-        throw UsageError(oneLine(what.substr(0, what.find(':'))) + " needs a value" + help);
+        throw QuestionError(oneLine(what.substr(0, what.find(':'))) + " needs a value" + help);
     }
-    throw UsageError(oneLine(what) + help);
+    throw QuestionError(oneLine(what) + help);
 }
 
 bool CommandLine::Parser::parse(int argc, const char* const* argv, Output& output) {
@@ -264,9 +266,9 @@ bool CommandLine::Parser::parse(int argc, const char* const* argv, Output& outpu
     return false;
 }
 
-ExitStatus CommandLine::Parser::run(int argc, const char* const* argv, Output& output) {
+Outcome CommandLine::Parser::run(int argc, const char* const* argv, Output& output) {
     if (parse(argc, argv, output)) {
-        return ExitStatus::Done;
+        return Outcome::Done;
     }
     for (const Command& command : m_commands) {
         if (given().get_name() == command.name) {
@@ -274,7 +276,7 @@ ExitStatus CommandLine::Parser::run(int argc, const char* const* argv, Output& o
             return command.run(output);
         }
     }
-    throw UsageError("a command is missing; try qor-power --help");
+    throw QuestionError("a command is missing; try qor-power --help");
 }
 
 CommandLine::CommandLine(std::vector<Command> commands)
@@ -282,6 +284,6 @@ CommandLine::CommandLine(std::vector<Command> commands)
 
 CommandLine::~CommandLine() = default;
 
-ExitStatus CommandLine::run(int argc, const char* const* argv, Output& output) {
+Outcome CommandLine::run(int argc, const char* const* argv, Output& output) {
     return m_parser->run(argc, argv, output);
 }

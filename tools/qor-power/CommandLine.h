@@ -12,8 +12,8 @@ public:
     explicit CommandLine(std::vector<Command> commands);
     ~CommandLine();
 
-    /// @throw ToolError, a UsageError for what the words ask in vain.
-    ExitStatus run(int argc, const char* const* argv, Output& output);
+    /// @throw AnalysisError, a QuestionError for what the words ask in vain.
+    Outcome run(int argc, const char* const* argv, Output& output);
 
 private:
     class Parser;

@@ -1,8 +1,8 @@
 #include "CommandLine.h"
 #include "Commands.h"
+#include "ExitStatus.h"
 #include "Messages.h"
 #include "OneLine.h"
-#include "ToolError.h"
 
 #include <csignal>
 #include <cstdio>
@@ -11,17 +11,17 @@
 int main(int argc, char** argv) {
     // A closed pipe is then a failed write, which is reported like any other.
     std::signal(SIGPIPE, SIG_IGN);
-    ExitStatus status = ExitStatus::OtherTrouble;
+    Outcome outcome = Outcome::OtherTrouble;
     try {
         Output output(stdout);
-        status = CommandLine(allCommands()).run(argc, argv, output);
+        outcome = CommandLine(allCommands()).run(argc, argv, output);
         output.flush();
-    } catch (const ToolError& error) {
+    } catch (const AnalysisError& error) {
         complain(error.what());
-        status = error.status();
+        outcome = error.outcome();
     } catch (const std::exception& error) {
         complain(oneLine(error.what()));
-        status = ExitStatus::OtherTrouble;
+        outcome = Outcome::OtherTrouble;
     }
-    return static_cast<int>(status);
+    return exitStatusOf(outcome);
 }

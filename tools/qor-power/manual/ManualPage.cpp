@@ -1,7 +1,7 @@
 #include "ManualPage.h"
 
-#include "Commands.h"
 #include "CommonOptions.h"
+#include "ExitStatus.h"
 #include "TextWrap.h"
 
 #include <cstddef>
@@ -110,7 +110,7 @@ std::string description(const Command& command) {
 std::string exitStatusSection() {
     std::string text = section("EXIT STATUS");
     for (const ExitStatusMeaning& row : exitStatusTable) {
-        text += entry(bold(std::to_string(static_cast<int>(row.status))), sentence(row.meaning));
+        text += entry(bold(std::to_string(exitStatusOf(row.outcome))), sentence(row.meaning));
     }
     return text;
 }

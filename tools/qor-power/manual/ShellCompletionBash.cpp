@@ -87,7 +87,7 @@ std::string patternOf(const Command& command, const CommandOption& option) {
 std::string optionsWithValue(const std::vector<Command>& commands) {
     std::string text = "_qor_power_takes_value() {\n    case $1 in\n";
     for (const Command& command : commands) {
-        for (const CommandOption& option : command.allOptions()) {
+        for (const CommandOption& option : CommonOptions::allOf(command)) {
             if (!option.isFlag()) {
                 text += "    " + patternOf(command, option) + ") return 0 ;;\n";
             }
@@ -99,7 +99,7 @@ std::string optionsWithValue(const std::vector<Command>& commands) {
 std::string valuesOfOptions(const std::vector<Command>& commands) {
     std::string text;
     for (const Command& command : commands) {
-        for (const CommandOption& option : command.allOptions()) {
+        for (const CommandOption& option : CommonOptions::allOf(command)) {
             if (!option.isFlag()) {
                 const std::string call = offer(option);
                 text += "    " + patternOf(command, option) + ") " + call +
@@ -122,7 +122,7 @@ std::string namesOf(const std::vector<CommandOption>& options) {
 
 std::string argumentsOf(const Command& command) {
     std::string text = "    " + command.name + ")\n        if [[ $current == -* ]]; then\n";
-    text += "            _qor_power_words '" + namesOf(command.allOptions()) + "'\n";
+    text += "            _qor_power_words '" + namesOf(CommonOptions::allOf(command)) + "'\n";
     text += "            return\n        fi\n";
     const std::vector<CommandOption> arguments = command.arguments();
     std::string cases;

@@ -60,7 +60,7 @@ std::string ShellCompletion::forFish(const std::vector<Command>& commands) {
         for (const CommandOption& argument : command.arguments()) {
             text += lineOfArgument(argument, behind);
         }
-        for (const CommandOption& option : command.allOptions()) {
+        for (const CommandOption& option : CommonOptions::allOf(command)) {
             text += lineOf(option, behind);
         }
     }

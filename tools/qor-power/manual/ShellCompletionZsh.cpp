@@ -62,7 +62,7 @@ std::string entryOfArgument(const CommandOption& argument) {
 
 std::string argumentsOf(const Command& command) {
     std::string text = "    " + command.name + ")\n        _arguments -s -S";
-    for (const CommandOption& option : command.allOptions()) {
+    for (const CommandOption& option : CommonOptions::allOf(command)) {
         text += entriesOf(option);
     }
     for (const CommandOption& argument : command.arguments()) {

@@ -1,0 +1,200 @@
+#include "Analysis.h"
+
+#include "Arguments.h"
+#include "CheckForms.h"
+#include "DrawnPlot.h"
+#include "ExplanationForms.h"
+#include "ModulationChoice.h"
+#include "OneLine.h"
+#include "PlotForms.h"
+#include "PowerDiff.h"
+#include "PowerTableForms.h"
+#include "RadioCase.h"
+#include "RadioFileReader.h"
+#include "SweepForms.h"
+#include "WhyNotForms.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace {
+
+using Form = Question::Form;
+using Topic = Question::Topic;
+
+/// What stands in front of a message on a radio file.
+std::string behind(const std::string& name) {
+    return name.empty() ? "" : name + ": ";
+}
+
+RadioCase radioCase(const Question& question, const std::string& name, std::string_view text) {
+    try {
+        return {RadioFileReader::read(text), question.inputs.query(), name};
+    } catch (const RadioFileError& error) {
+        throw AnalysisError(Outcome::BadRadioFile, behind(name) + oneLine(error.what()));
+    }
+}
+
+std::int32_t wantedPower(const Question& question) {
+    return Arguments::power("DBM", question.power);
+}
+
+/// Says why there are no powers, if there are none.
+void tellFailure(const PowerTable& table, Reply& reply) {
+    if (!table.failure.empty()) {
+        reply.messages.push_back(behind(table.radioFile) + "no powers: " + table.failure);
+        reply.outcome = Outcome::OtherTrouble;
+    }
+}
+
+template <class Value>
+std::string tabularForm(Form form, const Value& value) {
+    if (form == Form::Csv) {
+        return csvForm(value);
+    }
+    return form == Form::Json ? jsonForm(value) : textForm(value);
+}
+
+void answerTable(const Question& question, const RadioCase& radio, Reply& reply) {
+    const PowerTable table = radio.powers();
+    reply.text = tabularForm(question.form, table);
+    tellFailure(table, reply);
+}
+
+void answerExplanation(const Question& question, const RadioCase& radio, Reply& reply) {
+    const ModulationChoice wanted(question.modulations);
+    ExplainedTable explained = radio.explain();
+    const bool hadRows = !explained.table.rows.empty();
+    wanted.reduce(explained);
+    if (hadRows && explained.table.rows.empty()) {
+        throw AnalysisError(Outcome::OtherTrouble,
+                            behind(radio.name) + "the frame format has none of these modulations "
+                                                 "and codes; try qor-power table");
+    }
+    reply.text =
+        question.form == Form::Json ? jsonForm(explained) : textForm(explained, question.look);
+    tellFailure(explained.table, reply);
+    if (!explained.mismatches.empty()) {
+        reply.messages.insert(reply.messages.end(), explained.mismatches.begin(),
+                              explained.mismatches.end());
+        reply.outcome = Outcome::OtherTrouble;
+    }
+}
+
+void answerWhyNot(const Question& question, const RadioCase& radio, Reply& reply) {
+    const std::string& asked = question.modulations.front();
+    const WhyNot whyNot = WhyNot::ask(radio, ModulationChoice({asked}), wantedPower(question));
+    reply.text = question.form == Form::Json ? jsonForm(whyNot, asked) : textForm(whyNot, asked);
+    reply.messages = whyNot.mismatches;
+    reply.outcome =
+        whyNot.isAllowed() || !whyNot.changes.empty() ? Outcome::Done : Outcome::AnswerIsNo;
+}
+
+void answerSweep(const Question& question, const RadioCase& radio, Reply& reply) {
+    const Sweep sweep = Sweep::run(radio, Sweep::linesOf(question.over, question.inputs, radio));
+    reply.text = tabularForm(question.form, sweep);
+    reply.messages = sweep.troubles();
+    reply.outcome = sweep.outcome();
+}
+
+void answerDiff(const Question& question, const RadioCase& before, Reply& reply) {
+    const RadioCase after = radioCase(question, question.otherName, question.otherRadio);
+    const PowerDiff diff = PowerDiff::between(before, after);
+    reply.text = tabularForm(question.form, diff);
+    reply.messages = diff.mismatches;
+    reply.outcome = diff.isEqual() ? Outcome::Done : Outcome::AnswerIsNo;
+    tellFailure(diff.before, reply);
+    tellFailure(diff.after, reply);
+}
+
+void answerPicture(const Question& question, const RadioCase& radio, Reply& reply) {
+    const DrawnPlot drawn = DrawnPlot::of(radio, question.over, question.inputs);
+    reply.text =
+        question.form == Form::Svg ? svgForm(drawn.plot) : blockForm(drawn.plot, question.look);
+    reply.messages = drawn.troubles;
+    reply.outcome = drawn.outcome;
+}
+
+void answerCheck(const Question& question, std::string_view radioFile, Reply& reply) {
+    const CheckedFile file{question.radioName, RadioFileCheck::run(radioFile)};
+    reply.text = question.form == Form::Json ? jsonForm({file}) : textForm(file, question.look);
+    reply.outcome = file.check.outcome(question.isStrict);
+    if (!file.check.isRadioFile) {
+        reply.messages.push_back(messageOf(file));
+    }
+}
+
+void answerRadio(const Question& question, std::string_view radioFile, Reply& reply) {
+    const RadioCase radio = radioCase(question, question.radioName, radioFile);
+    switch (question.topic) {
+    case Topic::Table:
+        return answerTable(question, radio, reply);
+    case Topic::Explanation:
+        return answerExplanation(question, radio, reply);
+    case Topic::WhyNot:
+        return answerWhyNot(question, radio, reply);
+    case Topic::Sweep:
+        return answerSweep(question, radio, reply);
+    case Topic::Diff:
+        return answerDiff(question, radio, reply);
+    case Topic::Picture:
+        return answerPicture(question, radio, reply);
+    case Topic::Check:
+        return; // asks for the text alone, see answerTo()
+    }
+}
+
+} // namespace
+
+std::vector<Question::Form> Question::formsOf(Topic topic) {
+    switch (topic) {
+    case Topic::Table:
+    case Topic::Sweep:
+    case Topic::Diff:
+        return {Form::Text, Form::Csv, Form::Json};
+    case Topic::Explanation:
+    case Topic::WhyNot:
+    case Topic::Check:
+        return {Form::Text, Form::Json};
+    case Topic::Picture:
+        return {Form::Text, Form::Svg};
+    }
+    return {};
+}
+
+void Question::validate() const {
+    static_cast<void>(inputs.query());
+    const std::vector<Form> forms = formsOf(topic);
+    if (std::find(forms.begin(), forms.end(), form) == forms.end()) {
+        throw QuestionError("this question has no answer in that form");
+    }
+    if (topic == Topic::Picture && over.size() > 1) {
+        throw QuestionError(inputs.prefix + "over is given twice; a picture has one");
+    }
+    if (topic == Topic::Sweep && over.empty()) {
+        throw QuestionError(inputs.prefix + "over is missing: a sweep varies one input or two");
+    }
+    if (topic == Topic::WhyNot) {
+        if (modulations.size() != 1) {
+            throw QuestionError("one modulation or code is wanted");
+        }
+        static_cast<void>(wantedPower(*this));
+    }
+    static_cast<void>(ModulationChoice(modulations));
+}
+
+Reply answerTo(const Question& question, std::string_view radioFile) {
+    Reply reply;
+    try {
+        question.validate();
+        if (question.topic == Topic::Check) {
+            answerCheck(question, radioFile, reply);
+        } else {
+            answerRadio(question, radioFile, reply);
+        }
+    } catch (const AnalysisError& error) {
+        reply.outcome = error.outcome();
+        reply.messages.emplace_back(error.what());
+    }
+    return reply;
+}

@@ -1,0 +1,154 @@
+#include "Arguments.h"
+
+#include "AnalysisError.h"
+#include "Decibels.h"
+#include "OneLine.h"
+#include "Suggestion.h"
+#include "TextForms.h"
+
+#include <charconv>
+#include <cstddef>
+#include <limits>
+#include <string_view>
+#include <system_error>
+
+namespace {
+
+constexpr const char* none = "none";
+
+/// One value that an option asks for: what messages call it, and what was given.
+struct Value {
+    std::string name;
+    std::string text;
+
+    [[noreturn]] void refuse(const std::string& why) const {
+        throw QuestionError(name + " " + inQuotes(text) + ": " + why);
+    }
+};
+
+std::int64_t integerOf(const Value& value, std::int64_t least, std::int64_t greatest) {
+    std::int64_t number = 0;
+    const char* const end = value.text.data() + value.text.size();
+    const auto [rest, error] = std::from_chars(value.text.data(), end, number);
+    if (rest != end || error == std::errc::invalid_argument) {
+        value.refuse("an integer is wanted");
+    }
+    if (error == std::errc::result_out_of_range || number < least || number > greatest) {
+        value.refuse("out of range, " + std::to_string(least) + " to " + std::to_string(greatest));
+    }
+    return number;
+}
+
+/// @param unit "dB" or "dBm".
+std::int64_t decibelsOf(const Value& value, const std::string& unit, std::int64_t least,
+                        std::int64_t greatest) {
+    const std::optional<std::int64_t> hundredths = Decibels::parse(value.text);
+    if (!hundredths) {
+        value.refuse("a decimal number of " + unit +
+                     " with at most two decimals is wanted, for example 1.5");
+    }
+    if (*hundredths < least || *hundredths > greatest) {
+        value.refuse("out of range, " + Decibels::format(least) + " to " +
+                     Decibels::format(greatest) + " " + unit);
+    }
+    return *hundredths;
+}
+
+std::int32_t decibels32Of(const Value& value, const std::string& unit) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(decibelsOf(value, unit, Limits::min(), Limits::max()));
+}
+
+std::uint32_t cutbackOf(const Value& value) {
+    using Limits = std::numeric_limits<std::uint32_t>;
+    return static_cast<std::uint32_t>(decibelsOf(value, "dB", Limits::min(), Limits::max()));
+}
+
+template <class Enumeration>
+Enumeration enumeratorOf(const Value& value, const TextForms<Enumeration>& forms) {
+    const std::optional<Enumeration> found = forms.find(value.text);
+    if (!found) {
+        value.refuse("unknown " + forms.noun() + "; " +
+                     Suggestion::remedy(value.text, forms.texts()));
+    }
+    return *found;
+}
+
+std::vector<std::string> splitAtCommas(std::string_view text) {
+    std::vector<std::string> parts;
+    while (true) {
+        const std::size_t comma = text.find(',');
+        parts.emplace_back(text.substr(0, comma));
+        if (comma == std::string_view::npos) {
+            return parts;
+        }
+        text.remove_prefix(comma + 1);
+    }
+}
+
+} // namespace
+
+std::int64_t Arguments::integer(const std::string& option, const std::string& text,
+                                std::int64_t least, std::int64_t greatest) {
+    return integerOf({option, text}, least, greatest);
+}
+
+std::uint32_t Arguments::cutback(const std::string& option, const std::string& text) {
+    return cutbackOf({option, text});
+}
+
+OperatingInputs::TemporaryCutback Arguments::temporaryCutback(const std::string& option,
+                                                              const std::string& text) {
+    if (text == none) {
+        return {false, 0};
+    }
+    return {true, cutbackOf({option, text})};
+}
+
+OperatingInputs::Booster Arguments::booster(const std::string& option, const std::string& text) {
+    if (text == none) {
+        return {};
+    }
+    const std::vector<std::string> parts = splitAtCommas(text);
+    constexpr std::size_t count = 4;
+    if (parts.size() != count) {
+        Value{option, text}.refuse("PRESENCE,GAIN,MAXINPUT,MAXMODULATION or none is wanted, for "
+                                   "example 1,15,14,256QAM");
+    }
+    using Limits = std::numeric_limits<std::int32_t>;
+    OperatingInputs::Booster booster;
+    booster.presence = static_cast<std::int32_t>(
+        integerOf({option + " PRESENCE", parts[0]}, Limits::min(), Limits::max()));
+    booster.gain = decibels32Of({option + " GAIN", parts[1]}, "dB");
+    booster.maxInputPower = decibels32Of({option + " MAXINPUT", parts[2]}, "dBm");
+    booster.maxModulation =
+        enumeratorOf({option + " MAXMODULATION", parts[3]}, modulationTextForms());
+    return booster;
+}
+
+std::int32_t Arguments::power(const std::string& option, const std::string& text) {
+    return decibels32Of({option, text}, "dBm");
+}
+
+EReferenceSEC Arguments::rsec(const std::string& option, const std::string& text) {
+    return enumeratorOf({option, text}, referenceSecTextForms());
+}
+
+EFrameFormatMarket Arguments::market(const std::string& option, const std::string& text) {
+    return enumeratorOf({option, text}, marketTextForms());
+}
+
+ModulationAndCoding Arguments::modulationAndCode(const std::string& option,
+                                                 const std::string& text) {
+    return enumeratorOf({option, text}, modulationAndCodeTextForms());
+}
+
+std::string Arguments::word(const std::string& option, const std::string& text,
+                            const std::vector<std::string>& known) {
+    for (const std::string& candidate : known) {
+        if (candidate == text) {
+            return candidate;
+        }
+    }
+    Value{option, text}.refuse("unknown; " + Suggestion::remedy(text, known));
+}

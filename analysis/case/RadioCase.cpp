@@ -1,0 +1,33 @@
+#include "RadioCase.h"
+
+#include "AnalysisError.h"
+
+namespace {
+
+/// Does something, and puts the file's name in front of what goes wrong.
+template <class Work>
+auto underName(const std::string& name, Work work) {
+    try {
+        return work();
+    } catch (const AnalysisError& error) {
+        throw AnalysisError(error.outcome(), (name.empty() ? "" : name + ": ") + error.what());
+    }
+}
+
+} // namespace
+
+PowerTable RadioCase::powers() const {
+    PowerTable table = underName(name, [this] { return query.run(file); });
+    table.radioFile = name;
+    return table;
+}
+
+ExplainedTable RadioCase::explain() const {
+    ExplainedTable explained = underName(name, [this] { return query.explain(file); });
+    explained.table.radioFile = name;
+    explained.mismatches = mismatchesOf(explained.explanations);
+    for (std::string& line : explained.mismatches) {
+        line.insert(0, name.empty() ? "" : name + ": ");
+    }
+    return explained;
+}

@@ -1,0 +1,248 @@
+#include "Decibels.h"
+#include "ExplanationForms.h"
+#include "OneLine.h"
+#include "PowerTableForms.h"
+#include "TextColumns.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace {
+
+using Basis = Explanation::Basis;
+using Step = Explanation::Step;
+
+struct BasisMark {
+    Basis basis;
+    const char* mark;
+    const char* meaning;
+};
+
+constexpr std::array basisMarks = {
+    BasisMark{Basis::Question, " [asked]", "the library's answer to a further query"},
+    BasisMark{Basis::Difference, " [difference]",
+              "the difference of two figures that the library gave"},
+};
+
+std::string power(std::int64_t hundredths) {
+    return Decibels::format(hundredths) + " dBm";
+}
+
+std::string withSign(std::int64_t hundredths) {
+    return (hundredths < 0 ? "" : "+") + Decibels::format(hundredths);
+}
+
+std::string markOf(Basis basis) {
+    const auto* const found =
+        std::find_if(basisMarks.begin(), basisMarks.end(),
+                     [basis](const BasisMark& candidate) { return candidate.basis == basis; });
+    return found == basisMarks.end() ? "" : found->mark;
+}
+
+/// The step that made a bound: its own, or of those before all bounds the one with its rule.
+std::size_t stepOfBound(const Explanation& explanation, std::size_t boundIndex) {
+    const std::vector<Step>& steps = explanation.steps;
+    const Rule rule = explanation.bounds[boundIndex].rule;
+    std::size_t bounds = 0;
+    std::size_t found = 0;
+    for (std::size_t index = 0; index < steps.size(); ++index) {
+        if (steps[index].kind == Step::Kind::Bound && ++bounds == boundIndex) {
+            return index;
+        }
+        if (bounds == 0 && steps[index].rule == rule) {
+            found = index;
+        }
+    }
+    return found;
+}
+
+std::string originOf(const Step& step) {
+    std::string origin = step.pointer.empty() ? step.source : step.pointer;
+    if (step.wraps) {
+        origin += (origin.empty() ? "" : "; ") + std::string("beyond 32 bits: the sum wraps");
+    }
+    return origin + markOf(step.basis);
+}
+
+std::vector<std::string> lineOf(const Step& step, bool isBinding) {
+    return {isBinding ? ">" : "",
+            step.words,
+            step.kind == Step::Kind::Start ? "" : withSign(step.amount),
+            step.bound ? Decibels::format(*step.bound) : "",
+            Decibels::format(step.running),
+            originOf(step)};
+}
+
+std::string stepsOf(const Explanation& explanation, const TextLook& look) {
+    std::vector<std::vector<std::string>> lines = {
+        {"", "Step", "Amount/dB", "Bound/dBm", "Power/dBm", "Figure from"}};
+    const std::size_t binding = explanation.bindingIndex
+                                    ? stepOfBound(explanation, *explanation.bindingIndex)
+                                    : explanation.steps.size();
+    for (std::size_t index = 0; index < explanation.steps.size(); ++index) {
+        lines.push_back(lineOf(explanation.steps[index], index == binding));
+    }
+    std::string columns = alignedColumns(
+        {Align::Left, Align::Left, Align::Right, Align::Right, Align::Right, Align::Left}, lines);
+    if (!look.allowsColor) {
+        return columns;
+    }
+    std::string styled;
+    std::size_t begin = 0;
+    for (std::size_t line = 0; begin < columns.size(); ++line) {
+        const std::size_t end = columns.find('\n', begin);
+        const std::string text = columns.substr(begin, end - begin);
+        styled += (line == binding + 1 ? look.styled(text, TextStyle::Bold) : text) + '\n';
+        begin = end + 1;
+    }
+    return styled;
+}
+
+std::string roleOf(Rule role, Explanation::Path path) {
+    if (role == Rule::PmaxSelectedMinimum) {
+        return path == Explanation::Path::Adaptive ? ", the selected minimum"
+                                                   : ", the selected modulation";
+    }
+    if (role == Rule::PmaxReference) {
+        return ", the reference modulation";
+    }
+    return role == Rule::RsecCap ? ", the cap of the RSEC" : "";
+}
+
+std::string lookupsOf(const Explanation& explanation) {
+    std::string text;
+    for (const Explanation::Lookup& lookup : explanation.lookups) {
+        text += "  Looked up: Pmax of " + convertAcmEnumToString(lookup.modulation) +
+                roleOf(lookup.role, explanation.path) + ": ";
+        if (lookup.missing) {
+            text += *lookup.missing == Rule::UnknownDpdVersion ? "no table for the DPD version"
+                                                               : "no row";
+        } else {
+            text += lookup.power ? power(*lookup.power) : "not told";
+        }
+        text += (lookup.pointer.empty() ? "" : ", " + lookup.pointer) + markOf(lookup.basis) + '\n';
+    }
+    return text;
+}
+
+std::string boundText(const Explanation::Bound& bound) {
+    return bound.words + " (" + codeOf(bound.rule) + "), " + power(bound.value);
+}
+
+std::string verdictOf(const Explanation& explanation) {
+    std::string text;
+    if (explanation.refusal) {
+        text +=
+            "  No power: " + explanation.refusalWords + " (" + codeOf(*explanation.refusal) + ")\n";
+    }
+    if (const Explanation::Bound* const binding = explanation.binding()) {
+        text += "  Limited by: " + boundText(*binding) + '\n';
+    }
+    if (const Explanation::Bound* const next = explanation.runnerUp()) {
+        text += "  Next bound: " + boundText(*next) + ", " +
+                Decibels::format(explanation.headroom.value_or(0)) + " dB above\n";
+    } else if (explanation.binding() != nullptr) {
+        text += explanation.bounds.size() == 1 ? "  Next bound: none\n"
+                                               : "  Next bound: not told apart, as sums wrap\n";
+    }
+    for (const std::string& note : explanation.notes) {
+        text += "  Note: " + note + '\n';
+    }
+    if (!explanation.addsUp()) {
+        text += "  DOES NOT ADD UP: " + explanation.mismatch + '\n';
+    }
+    return text;
+}
+
+/// The rows that share one explanation.
+struct Group {
+    const Explanation* explanation;
+    std::vector<const PowerTable::Row*> rows;
+};
+
+bool isSame(const Explanation& left, const Explanation& right) {
+    return left.modulation == right.modulation && left.answer == right.answer &&
+           left.refusalWords == right.refusalWords && left.path == right.path;
+}
+
+std::vector<Group> groupsOf(const ExplainedTable& explained) {
+    std::vector<Group> groups;
+    for (std::size_t index = 0; index < explained.table.rows.size(); ++index) {
+        const Explanation& explanation = explained.explanations[index];
+        const auto found =
+            std::find_if(groups.begin(), groups.end(), [&explanation](const Group& group) {
+                return isSame(*group.explanation, explanation);
+            });
+        Group& group =
+            found == groups.end() ? groups.emplace_back(Group{&explanation, {}}) : *found;
+        group.rows.push_back(&explained.table.rows[index]);
+    }
+    return groups;
+}
+
+std::string titleOf(const Group& group) {
+    const Explanation& explanation = *group.explanation;
+    std::string codes;
+    for (const PowerTable::Row* const row : group.rows) {
+        const std::int32_t code = row->modulationAndCode.code;
+        const std::string name = convertCodeAndModulationEnumToString(row->modulationAndCode);
+        codes += (codes.empty() ? "" : ", ") + std::to_string(code) + " " + name;
+    }
+    return convertAcmEnumToString(explanation.modulation) + ": " +
+           (explanation.answer ? power(*explanation.answer) : "no power") + " (" +
+           (group.rows.size() == 1 ? "code " : "codes ") + codes + ")";
+}
+
+bool uses(const Explanation& explanation, Basis basis) {
+    const auto has = [basis](const auto& figure) { return figure.basis == basis; };
+    return std::any_of(explanation.lookups.begin(), explanation.lookups.end(), has) ||
+           std::any_of(explanation.steps.begin(), explanation.steps.end(), has) ||
+           std::any_of(explanation.ofSelected.begin(), explanation.ofSelected.end(),
+                       [basis](const Explanation& selected) { return uses(selected, basis); });
+}
+
+} // namespace
+
+std::string textForm(const std::string& title, const Explanation& explanation,
+                     const TextLook& look) {
+    std::string text = look.styled(title, TextStyle::Bold) + '\n' + lookupsOf(explanation);
+    if (!explanation.steps.empty()) {
+        text += stepsOf(explanation, look);
+    }
+    text += verdictOf(explanation);
+    for (const Explanation& selected : explanation.ofSelected) {
+        text +=
+            textForm("  The selected modulation, " + convertAcmEnumToString(selected.modulation) +
+                         ": " + power(selected.answer.value_or(0)),
+                     selected, look);
+    }
+    return text;
+}
+
+std::string legendOf(const std::vector<Explanation>& explanations) {
+    std::string text;
+    for (const BasisMark& mark : basisMarks) {
+        const bool isUsed = std::any_of(
+            explanations.begin(), explanations.end(),
+            [&mark](const Explanation& explanation) { return uses(explanation, mark.basis); });
+        if (isUsed) {
+            text += std::string(mark.mark).substr(1) + " " + mark.meaning + '\n';
+        }
+    }
+    return text;
+}
+
+std::string textForm(const ExplainedTable& explained, const TextLook& look) {
+    Heading heading = headingOf(explained.table);
+    if (!explained.pmaxTable.empty()) {
+        heading.emplace_back("Pmax table", explained.pmaxTable);
+    }
+    std::string text = textOf(heading);
+    for (const Group& group : groupsOf(explained)) {
+        text += '\n' + textForm(titleOf(group), *group.explanation, look);
+    }
+    const std::string legend = legendOf(explained.explanations);
+    return legend.empty() ? text : text + '\n' + legend;
+}

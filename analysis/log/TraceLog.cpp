@@ -1,0 +1,293 @@
+#include "TraceLog.h"
+
+#include "CalculationFigures.h"
+#include "JsonReader.h"
+#include "OneLine.h"
+#include "RadioFileError.h"
+#include "TraceText.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+using Kind = TraceRecord::Kind;
+
+constexpr std::array<std::string_view, 4> queries = {
+    "getMinMaxOutputPowerVsModulationArray", "calculatePowerCapabilities",
+    "calculateAdmodPowerCapabilities", "getUnrestrictedPmax"};
+
+constexpr std::array<std::string_view, 6> otherCalls = {
+    "initialize",     "findPminPmax",      "setPowerCutback", "setTemporaryPowerCutback",
+    "setTemperature", "setBoosterPresence"};
+
+bool isOneOf(std::string_view word, const auto& words) {
+    return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+/// Whether a record is the first of a call.
+bool beginsCall(const TraceRecord& record) {
+    if (record.function == "setBoosterPresence") {
+        // The one operation that does not trace its entry.
+        return record.text.starts_with("New boosterPresence = ");
+    }
+    return record.kind == Kind::Enter &&
+           (isOneOf(record.function, queries) || isOneOf(record.function, otherCalls)) &&
+           // A family builds its tables in an operation of the same name.
+           record.file.find("/Calculator") == std::string::npos;
+}
+
+std::optional<Kind> kindNamed(std::string_view word) {
+    if (word == "enter") {
+        return Kind::Enter;
+    }
+    if (word == "msg") {
+        return Kind::Message;
+    }
+    return word == "raw" ? std::optional(Kind::Raw) : std::nullopt;
+}
+
+/// A record of a replay's "trace" list; nothing if something else stands there.
+std::optional<TraceRecord> recordOf(const nlohmann::json& json) {
+    const auto text = [&json](const char* key) {
+        const auto found = json.find(key);
+        return found != json.end() && found->is_string() ? found->get<std::string>() : "";
+    };
+    const std::optional<Kind> kind =
+        json.is_object() ? kindNamed(text("kind")) : std::optional<Kind>();
+    if (!kind) {
+        return std::nullopt;
+    }
+    TraceRecord record{*kind, 0, 0, text("file"), text("function"), 0, text("text")};
+    if (*kind == Kind::Raw) {
+        record.code = json.value("code", nlohmann::json(0)).is_number_unsigned()
+                          ? json.value("code", std::uint32_t{0})
+                          : 0;
+        constexpr std::uint32_t firstFailure = 32768;
+        record.level = record.code >= firstFailure ? 1 : 5;
+    } else if (const auto level = json.find("level");
+               level != json.end() && level->is_number_integer()) {
+        record.level = level->get<int>();
+    }
+    return record;
+}
+
+/// The last words before a place, split at blanks.
+std::string_view wordBefore(std::string_view text, std::size_t end) {
+    const std::size_t blank = text.substr(0, end).find_last_of(" \t");
+    const std::size_t begin = blank == std::string_view::npos ? 0 : blank + 1;
+    return text.substr(begin, end - begin);
+}
+
+} // namespace
+
+bool TraceLog::isQuery(const std::string& name) {
+    return isOneOf(name, queries);
+}
+
+std::optional<TraceRecord> TraceLog::recordIn(const std::string& line) {
+    for (const char* const word : {"enter", "msg", "raw"}) {
+        const std::string mark = std::string(" ") + word + " ";
+        const std::size_t place = line.find(mark);
+        if (place == std::string::npos) {
+            continue;
+        }
+        const auto level = TraceText::number(wordBefore(line, place));
+        const std::string_view rest = std::string_view(line).substr(place + mark.size());
+        const std::size_t fileEnd = rest.find(' ');
+        const std::size_t functionEnd = rest.find(':', fileEnd);
+        if (!level || *level < 1 || *level > 6 || fileEnd == std::string_view::npos ||
+            functionEnd == std::string_view::npos) {
+            continue;
+        }
+        const std::string_view file = rest.substr(0, rest.substr(0, fileEnd).rfind(':'));
+        const std::string_view function = rest.substr(fileEnd + 1, functionEnd - fileEnd - 1);
+        if (function.empty() || function.find(' ') != std::string_view::npos) {
+            continue;
+        }
+        std::string_view text = rest.substr(functionEnd + 1);
+        text.remove_prefix(text.starts_with(' ') ? 1 : 0);
+        return TraceRecord{kindNamed(word).value_or(Kind::Raw),
+                           static_cast<int>(*level),
+                           0,
+                           std::string(file),
+                           std::string(function),
+                           0,
+                           std::string(text)};
+    }
+    return std::nullopt;
+}
+
+void TraceLog::begin(const std::string& name, const std::string& arguments) {
+    end();
+    m_call = {name, m_line, arguments, {}, {}};
+    m_callSize = 0;
+    m_calculations = 0;
+    m_isOpen = true;
+}
+
+void TraceLog::end() {
+    if (m_isOpen) {
+        m_isOpen = false;
+        m_sink(std::exchange(m_call, {}));
+    }
+}
+
+void TraceLog::fail(const std::string& problem) const {
+    throw TraceLogError("line " + std::to_string(m_line) + ": " + oneLine(problem) +
+                        "; take its call out of the log");
+}
+
+void TraceLog::read(const std::string& line, bool isTooLong) {
+    ++m_line;
+    if (isTooLong) {
+        fail("longer than " + std::to_string(maxSize) + " bytes");
+    }
+    if (line.find_first_not_of(" \t\r") == std::string::npos || readReplayLine(line)) {
+        return;
+    }
+    if (const auto record = recordIn(line)) {
+        readRecord(*record);
+    } else {
+        ++m_leftOut;
+    }
+}
+
+void TraceLog::readRecord(const TraceRecord& record) {
+    ++m_records;
+    if (beginsCall(record)) {
+        begin(record.function, record.kind == Kind::Enter ? record.text : "");
+    } else if (!m_isOpen) {
+        begin("", "");
+    }
+    keep(record);
+}
+
+void TraceLog::keep(const TraceRecord& record) {
+    const std::size_t size = record.file.size() + record.function.size() + record.text.size();
+    m_callSize += size;
+    if (size > maxTraceSize) {
+        fail("a trace longer than " + std::to_string(maxTraceSize) + " bytes");
+    }
+    if (m_callSize > maxSize) {
+        fail("traces of more than " + std::to_string(maxSize) + " bytes in one call");
+    }
+    if (m_call.records.size() == maxTraces) {
+        fail("more than " + std::to_string(maxTraces) + " traces in one call");
+    }
+    if (CalculationFigures::isStart(record) && ++m_calculations > maxCalculations) {
+        fail("more than " + std::to_string(maxCalculations) + " calculations in one call");
+    }
+    m_call.records.push_back(record);
+}
+
+nlohmann::json TraceLog::objectIn(const std::string& line) const {
+    try {
+        return JsonReader::read(line, maxSize, maxValues);
+    } catch (const RadioFileError& error) {
+        if (!error.textPlace()) {
+            fail(error.what());
+        }
+        return nullptr;
+    }
+}
+
+bool TraceLog::readReplayLine(const std::string& line) {
+    if (line.front() != '{') {
+        return false;
+    }
+    nlohmann::json json = objectIn(line);
+    if (!json.is_object()) {
+        return false;
+    }
+    if (const auto record = recordOf(json)) {
+        readRecord(*record);
+        return true;
+    }
+    if (!json.contains("trace") || !json["trace"].is_array() ||
+        !json.value("call", nlohmann::json()).is_string()) {
+        return false;
+    }
+    const nlohmann::json trace = std::move(json["trace"]);
+    json.erase("trace");
+    begin(json["call"].get<std::string>(), "");
+    for (const nlohmann::json& entry : trace) {
+        if (const auto record = recordOf(entry)) {
+            ++m_records;
+            if (beginsCall(*record) && record->kind == Kind::Enter) {
+                m_call.arguments = record->text;
+            }
+            keep(*record);
+        }
+    }
+    m_call.answer = std::move(json);
+    end();
+    return true;
+}
+
+// Operating inputs
+
+void LoggedInputs::follow(const LoggedCall& call, bool isFirst) {
+    if (isFirst && call.name == "initialize") {
+        m_permanent = 0;
+        m_temporary = OperatingInputs::TemporaryCutback();
+        m_booster = ExplanationContext::Booster();
+    }
+    for (const TraceRecord& record : call.records) {
+        followRecord(record);
+    }
+}
+
+void LoggedInputs::followRecord(const TraceRecord& record) {
+    const std::string& text = record.text;
+    if (TraceText::isEntryOf(record, "setPowerCutback")) {
+        if (const auto cutback = TraceText::number(text)) {
+            m_permanent = static_cast<std::uint32_t>(*cutback);
+        }
+    } else if (TraceText::isEntryOf(record, "setTemporaryPowerCutback")) {
+        const auto cutback = TraceText::numberBehind(text, "temporaryPowerCutback=");
+        m_temporary = {TraceText::numberBehind(text, "useTemporaryPowerCutback=") == 1,
+                       static_cast<std::uint32_t>(cutback.value_or(0))};
+    } else if (text.starts_with("New boosterPresence = ")) {
+        // The gain follows for a presence of 1 and more; nothing depends on it at 0.
+        m_booster.reset();
+    } else if (const auto gain = TraceText::numberAfter(text, "New boosterGain = ")) {
+        const auto input = TraceText::numberBehind(text, "new boosterMaxInputPower = ");
+        m_booster = {static_cast<std::int32_t>(*gain),
+                     static_cast<std::int32_t>(input.value_or(0)),
+                     {},
+                     {},
+                     "by the log"};
+    }
+}
+
+void LoggedInputs::fix(const OperatingInputs& inputs) {
+    m_fixed = inputs;
+}
+
+std::optional<ExplanationContext::Cutback> LoggedInputs::cutback() const {
+    const auto& temporary = m_fixed.temporaryCutback ? m_fixed.temporaryCutback : m_temporary;
+    const auto& permanent = m_fixed.permanentCutback ? m_fixed.permanentCutback : m_permanent;
+    if (temporary && temporary->inForce) {
+        return ExplanationContext::Cutback{
+            true, temporary->cutback, {}, m_fixed.temporaryCutback ? "as given" : "by the log"};
+    }
+    if (temporary && permanent) {
+        return ExplanationContext::Cutback{
+            false, *permanent, {}, m_fixed.permanentCutback ? "as given" : "by the log"};
+    }
+    return std::nullopt;
+}
+
+std::optional<ExplanationContext::Booster> LoggedInputs::booster() const {
+    if (m_fixed.booster) {
+        ExplanationContext::Booster given{m_fixed.booster->gain, m_fixed.booster->maxInputPower};
+        given.source = "as given";
+        return given;
+    }
+    return m_booster;
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Analysis.h"
+#include "Command.h"
+#include "Output.h"
+#include "QueryOptions.h"
+
+#include <string>
+#include <vector>
+
+/// A question about one radio file as the command line puts it: the options that such commands
+/// share, and the way from the file to what is printed.
+struct RadioQuestion {
+    explicit RadioQuestion(Question::Topic topic) { question.topic = topic; }
+
+    /// --format, with the forms that the topic has.
+    CommandOption describeFormat();
+
+    /// Adds the options of the query behind others.
+    std::vector<CommandOption> withQuery(std::vector<CommandOption> options);
+
+    /// Reads the options, before any file.
+    /// @throw QuestionError
+    void validate();
+
+    /// Answers for the text of a radio file, without printing anything.
+    /// @param output where the answer's text will go.
+    Reply answerFor(const std::string& radioFile, const Output& output);
+
+    /// Reads the radio file, asks, prints the answer and says what else there is to say.
+    /// @throw AnalysisError
+    Outcome run(Output& output);
+
+    Question question;
+    std::string file;
+    std::string format = "text";
+    QueryOptions query;
+};
+
+/// Prints an answer, then its messages.
+void print(const Reply& reply, Output& output);

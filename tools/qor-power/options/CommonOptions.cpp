@@ -1,0 +1,78 @@
+#include "CommonOptions.h"
+
+#include "Arguments.h"
+#include "InputAxis.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+
+namespace {
+
+const std::vector<std::string> colorWords{"auto", "always", "never"};
+
+} // namespace
+
+CommandOption CommonOptions::radioFile(std::string& file) {
+    return {"FILE", "",   "Radio file; - for standard input",
+            &file,  true, CommandOption::Completion::Files};
+}
+
+CommandOption CommonOptions::radioFiles(std::vector<std::string>& files) {
+    return {"FILE", "",   "Radio files; - for standard input",
+            &files, true, CommandOption::Completion::Files};
+}
+
+CommandOption CommonOptions::format(std::string& format, const std::vector<std::string>& formats) {
+    std::string description = formats.front() + " (the default)";
+    for (std::size_t index = 1; index < formats.size(); ++index) {
+        description += (index + 1 == formats.size() ? " or " : ", ") + formats[index];
+    }
+    return {"--format", "FORMAT", description, &format, false, CommandOption::Completion::Words,
+            formats};
+}
+
+CommandOption CommonOptions::over(std::vector<std::string>& overs, bool isRequired) {
+    std::vector<std::string> names;
+    for (const InputAxis& axis : InputAxis::all()) {
+        names.push_back(axis.name());
+    }
+    return {"--over", "INPUT[=LIST]", "Input to vary and the values it takes; once or twice",
+            &overs,   isRequired,     CommandOption::Completion::Words,
+            names};
+}
+
+CommandOption CommonOptions::help() {
+    return {"-h,--help", "", "Print this help message and exit", static_cast<bool*>(nullptr)};
+}
+
+CommandOption CommonOptions::version() {
+    return {"--version", "", "Print the version and exit", static_cast<bool*>(nullptr)};
+}
+
+std::vector<CommandOption> CommonOptions::allOf(const Command& command) {
+    std::vector<CommandOption> found{help()};
+    std::copy_if(command.options.begin(), command.options.end(), std::back_inserter(found),
+                 [](const CommandOption& option) { return !option.isArgument(); });
+    found.push_back(color(nullptr));
+    return found;
+}
+
+CommandOption CommonOptions::color(std::string* when) {
+    return {"--color",
+            "WHEN",
+            "Colours in text for people: auto (the default), which is on a terminal unless "
+            "NO_COLOR is set, always or never",
+            when,
+            false,
+            CommandOption::Completion::Words,
+            colorWords};
+}
+
+ColorChoice CommonOptions::colorChoice(const std::string& when) {
+    const std::string word = Arguments::word("--color", when, colorWords);
+    if (word == "always") {
+        return ColorChoice::Always;
+    }
+    return word == "never" ? ColorChoice::Never : ColorChoice::Auto;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Command.h"
+#include "Terminal.h"
+
+#include <string>
+#include <vector>
+
+/// Options and arguments that mean the same in every command that has them.
+namespace CommonOptions {
+
+/// FILE, one radio file; required.
+CommandOption radioFile(std::string& file);
+
+/// FILE..., any number of radio files but none; required.
+CommandOption radioFiles(std::vector<std::string>& files);
+
+/// --format FORMAT. The first one is the default, which the target holds already.
+CommandOption format(std::string& format, const std::vector<std::string>& formats);
+
+/// --over, what a sweep varies.
+CommandOption over(std::vector<std::string>& overs, bool isRequired);
+
+/// --help, which the tool and every command have. The command line answers it by itself.
+CommandOption help();
+
+/// --version of the tool.
+CommandOption version();
+
+/// The options of a command, with those that every command has.
+std::vector<CommandOption> allOf(const Command& command);
+
+/// --color WHEN, which the command line adds to every command; only text for people is coloured.
+/// @param when null where only the description is wanted.
+CommandOption color(std::string* when);
+
+/// @throw QuestionError
+ColorChoice colorChoice(const std::string& when);
+
+} // namespace CommonOptions
