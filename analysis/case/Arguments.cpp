@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr const char* none = "none";
-
 /// One value that an option asks for: what messages call it, and what was given.
 struct Value {
     std::string name;

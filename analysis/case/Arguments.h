@@ -13,6 +13,9 @@
 /// names the option, shows the text and says what is wanted.
 namespace Arguments {
 
+/// The word for an input that is not there: no cutback in force, no booster, no product number.
+inline constexpr const char* none = "none";
+
 /// A decimal integer within a range.
 std::int64_t integer(const std::string& option, const std::string& text, std::int64_t least,
                      std::int64_t greatest);

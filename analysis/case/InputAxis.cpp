@@ -20,7 +20,6 @@ namespace {
 
 using Inputs::Value;
 
-constexpr const char* none = "none";
 constexpr std::string_view rangeDots = "..";
 constexpr std::int64_t oneDecibel = 100;
 
@@ -56,7 +55,7 @@ Value readProduct(const std::string& option, const std::string& text) {
     if (text.empty()) {
         throw QuestionError(option + " \"\": a product number or none is wanted");
     }
-    return Inputs::ProductNumber{text == none ? std::string() : text};
+    return Inputs::ProductNumber{text == Arguments::none ? std::string() : text};
 }
 
 template <class Selected>
@@ -228,5 +227,5 @@ std::string InputAxis::labelOf(const Inputs::Value& value) {
                Decibels::format(booster->maxInputPower) + " dBm, up to " +
                convertAcmEnumToString(booster->maxModulation);
     }
-    return unit.empty() || text == "none" ? text : text + ' ' + unit;
+    return unit.empty() || text == Arguments::none ? text : text + ' ' + unit;
 }

@@ -1,5 +1,6 @@
 #include "Inputs.h"
 
+#include "Arguments.h"
 #include "Decibels.h"
 #include "OneLine.h"
 #include "RadioFilePlaces.h"
@@ -12,8 +13,6 @@
 namespace {
 
 using FormatRecord = HardwareConfigurationHandlerAnswers::FrameFormat;
-
-constexpr const char* none = "none";
 
 /// Changes a part of a node in a copy of its own; a part that is not there stays away.
 template <class Answers, class Change>
@@ -119,17 +118,17 @@ struct TextMaker {
         return Decibels::format(permanent.cutback);
     }
     std::string operator()(const OperatingInputs::TemporaryCutback& temporary) const {
-        return temporary.inForce ? Decibels::format(temporary.cutback) : none;
+        return temporary.inForce ? Decibels::format(temporary.cutback) : Arguments::none;
     }
     std::string operator()(const OperatingInputs::Booster& booster) const {
         return booster.presence == 0
-                   ? none
+                   ? Arguments::none
                    : std::to_string(booster.presence) + ',' + Decibels::format(booster.gain) + ',' +
                          Decibels::format(booster.maxInputPower) + ',' +
                          convertAcmEnumToString(booster.maxModulation);
     }
     std::string operator()(const Inputs::ProductNumber& product) const {
-        return product.text.empty() ? none : oneLine(product.text);
+        return product.text.empty() ? Arguments::none : oneLine(product.text);
     }
     std::string operator()(const Inputs::SelectedMin& selected) const {
         return convertCodeAndModulationEnumToString(selected.code);

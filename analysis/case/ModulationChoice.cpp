@@ -1,15 +1,14 @@
 #include "ModulationChoice.h"
 
+#include "AnalysisError.h"
 #include "OneLine.h"
 #include "Suggestion.h"
 #include "TextForms.h"
 
-#include "AnalysisError.h"
-#include <cstddef>
-#include <utility>
-
 #include <charconv>
+#include <cstddef>
 #include <system_error>
+#include <utility>
 
 ModulationChoice::ModulationChoice(const std::vector<std::string>& words) {
     for (const std::string& word : words) {

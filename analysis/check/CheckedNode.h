@@ -5,9 +5,10 @@
 #include "RadioFile.h"
 #include "SharedDocument.h"
 
+#include <nlohmann/json.hpp>
+
 #include <cstddef>
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>

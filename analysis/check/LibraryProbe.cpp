@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr std::uint32_t channel = 1;
+constexpr std::uint32_t probedChannel = 1;
 
 /// A number that leads to a family without calibration.
 constexpr const char* uncalibratedProduct = "probe";
@@ -48,8 +48,8 @@ const PmaxTableName* tableOf(long mark) {
 
 LibraryProbe::ReadTables ask(const CapabilityHandlerAnswers& radio, EDpdVersion dpdVersion,
                              EFrameFormatMarket market) {
-    const Node node(channel, nodeWith(radio, dpdVersion, market));
-    OutputPowerCalculator service(channel);
+    const Node node(probedChannel, nodeWith(radio, dpdVersion, market));
+    OutputPowerCalculator service(probedChannel);
     long minPower = 0;
     long power = 0;
     long highestPower = 0;
@@ -89,8 +89,8 @@ LibraryProbe::ReadTables LibraryProbe::wantedTables(EDpdVersion dpdVersion,
 bool LibraryProbe::readsCalibration(const std::optional<std::string>& productNumber) {
     CapabilityHandlerAnswers radio;
     radio.productNumber = productNumber;
-    const Node node(channel, nodeWith(radio, EDpdVersion::Dpd1, EFrameFormatMarket::Etsi));
-    OutputPowerCalculator service(channel);
+    const Node node(probedChannel, nodeWith(radio, EDpdVersion::Dpd1, EFrameFormatMarket::Etsi));
+    OutputPowerCalculator service(probedChannel);
     long minPower = 0;
     long power = 0;
     // The node stores no variables: who reads one fails.

@@ -15,9 +15,10 @@
 #include "ResultCode.h"
 #include "SharedDocument.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <tuple>
 #include <utility>

@@ -4,9 +4,10 @@
 #include "FindingList.h"
 #include "LibraryRules.h"
 
+#include <nlohmann/json.hpp>
+
 #include <cstddef>
 #include <cstdint>
-#include <nlohmann/json.hpp>
 
 /// The rules of `qor-power check` for the requests of a radio file.
 class RequestRules {

@@ -1,8 +1,9 @@
 #pragma once
 
+#include <nlohmann/json.hpp>
+
 #include <map>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 

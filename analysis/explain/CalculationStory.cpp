@@ -9,10 +9,6 @@ namespace {
 using Basis = Explanation::Basis;
 using Step = Explanation::Step;
 
-std::string textOf(Modulation modulation) {
-    return convertAcmEnumToString(modulation);
-}
-
 } // namespace
 
 bool CalculationStory::hasOffsetFamily() const {
@@ -171,8 +167,9 @@ void CalculationStory::startFromMissing(const Lookup& missing) {
     Step& step = m_waterfall.start(
         missing.missing.value_or(Rule::MissingPmaxRow),
         isRowMissing
-            ? "no row for " + textOf(missing.modulation) + ": Pmax counts as 0 dBm"
-            : "unknown DPD version: Pmax of " + textOf(missing.modulation) + " counts as 0 dBm",
+            ? "no row for " + convertAcmEnumToString(missing.modulation) + ": Pmax counts as 0 dBm"
+            : "unknown DPD version: Pmax of " + convertAcmEnumToString(missing.modulation) +
+                  " counts as 0 dBm",
         0);
     step.source = missing.table;
 }
@@ -245,13 +242,14 @@ void CalculationStory::tellFixed(const Power& answer) {
     if (own->missing) {
         startFromMissing(*own);
     } else {
-        startFromTable(Rule::PmaxRow, "Pmax of " + textOf(m_figures.modulation), *own->power);
+        startFromTable(Rule::PmaxRow, "Pmax of " + convertAcmEnumToString(m_figures.modulation),
+                       *own->power);
     }
     takeCutback();
     if (!isOne) {
         const std::int64_t power = selected->power.value_or(0);
         boundByTable(Rule::PmaxSelectedMinimum,
-                     "at most Pmax of " + textOf(selected->modulation) +
+                     "at most Pmax of " + convertAcmEnumToString(selected->modulation) +
                          ", the selected modulation" +
                          (selected->missing ? ", which has no row and counts as 0 dBm" : "") +
                          (lessCutback().empty() ? "" : "," + lessCutback()),
@@ -266,7 +264,7 @@ void CalculationStory::tellFixed(const Power& answer) {
 
 /// A log does not hold the two values of Pmax; the lower of them follows from the answer.
 void CalculationStory::startFixedFromLower(const Power& answer) {
-    const std::string own = textOf(m_figures.modulation);
+    const std::string own = convertAcmEnumToString(m_figures.modulation);
     if (!answer) {
         m_explanation.notes.emplace_back("the log tells neither Pmax nor the power of one fixed "
                                          "modulation");
@@ -275,7 +273,8 @@ void CalculationStory::startFixedFromLower(const Power& answer) {
     const bool isOne = m_figures.modulation == m_figures.selectedMin;
     std::string words = isOne ? "Pmax of " + own
                               : "the lower of Pmax of " + own + " and of " +
-                                    textOf(m_figures.selectedMin) + ", the selected modulation";
+                                    convertAcmEnumToString(m_figures.selectedMin) +
+                                    ", the selected modulation";
     std::int64_t lower = std::int64_t{*answer} - m_figures.compensation.value_or(0);
     if (m_isCutbackKnown) {
         lower += m_cutback ? m_cutback->amount : 0;
@@ -292,7 +291,7 @@ void CalculationStory::startFixedFromLower(const Power& answer) {
 void CalculationStory::tellSelected(const Explanation& selected) {
     if (selected.answer) {
         m_waterfall.bound(Rule::SelectedModulation,
-                          "at most the power of " + textOf(m_figures.selectedMin) +
+                          "at most the power of " + convertAcmEnumToString(m_figures.selectedMin) +
                               ", the selected modulation",
                           *selected.answer);
     }

@@ -7,10 +7,6 @@ namespace {
 using Basis = Explanation::Basis;
 using Step = Explanation::Step;
 
-std::string textOf(Modulation modulation) {
-    return convertAcmEnumToString(modulation);
-}
-
 std::string decibels(std::int64_t hundredths) {
     return Decibels::formatSigned(hundredths) + " dB";
 }
@@ -25,8 +21,9 @@ void CalculationStory::tellOffsetFamily() {
     const CalculationFigures::OffsetFamily& family = m_figures.offsetFamily;
     const Lookup* const reference = lookup(Rule::PmaxReference);
     const std::string referenceText =
-        reference == nullptr ? "the reference modulation"
-                             : textOf(reference->modulation) + ", the reference modulation";
+        reference == nullptr
+            ? "the reference modulation"
+            : convertAcmEnumToString(reference->modulation) + ", the reference modulation";
     const Power referenceOffset = reference == nullptr ? Power() : offsetOf(reference->modulation);
     if (m_offsets && reference != nullptr && !referenceOffset) {
         m_waterfall.start(Rule::MissingOffset,
@@ -55,7 +52,7 @@ void CalculationStory::tellOffsetFamily() {
 /// The last change before the bounds: the offset of the modulation.
 void CalculationStory::tellOffset() {
     const CalculationFigures::OffsetFamily& family = m_figures.offsetFamily;
-    const std::string own = textOf(m_figures.modulation);
+    const std::string own = convertAcmEnumToString(m_figures.modulation);
     const std::string source = "offset table of the family, RSEC " + rsecText();
     const std::string name = "offset table at " + own;
     const Power offset = offsetOf(m_figures.modulation);
@@ -87,8 +84,9 @@ void CalculationStory::tellOffset() {
 
 void CalculationStory::boundOffsetFamily() {
     const CalculationFigures::OffsetFamily& family = m_figures.offsetFamily;
-    const std::string own = textOf(m_figures.modulation);
-    const std::string selected = textOf(m_figures.selectedMin) + ", the selected minimum";
+    const std::string own = convertAcmEnumToString(m_figures.modulation);
+    const std::string selected =
+        convertAcmEnumToString(m_figures.selectedMin) + ", the selected minimum";
     boundByTable(Rule::PmaxRow, "at most Pmax of " + own + lessCutback(), family.pmaxActual);
     // The selected minimum itself has no other bounds than its own.
     if (m_figures.modulation == m_figures.selectedMin) {
@@ -130,7 +128,8 @@ void CalculationStory::tellCapFamily(const Power& carried) {
             own != nullptr && own->power
                 ? *own->power
                 : Waterfall::wrapped(std::int64_t{family.uncompensated.value_or(0)} + compensation);
-        startFromTable(Rule::PmaxRow, "Pmax of " + textOf(m_figures.modulation), uncut);
+        startFromTable(Rule::PmaxRow, "Pmax of " + convertAcmEnumToString(m_figures.modulation),
+                       uncut);
         takeCutback();
         takeOutCompensation();
         m_waterfall.expect("Pmax without the compensation", family.uncompensated);
@@ -159,8 +158,8 @@ void CalculationStory::boundByCap() {
         return; // RSEC 2 has none
     }
     Lookup cap{Rule::RsecCap, *family.cap, {}, {}, {}};
-    const std::string words =
-        "at most Pmax of " + textOf(*family.cap) + ", the cap of RSEC " + rsecText();
+    const std::string words = "at most Pmax of " + convertAcmEnumToString(*family.cap) +
+                              ", the cap of RSEC " + rsecText();
     if (family.isCapMissing) {
         cap.missing = Rule::MissingPmaxRow;
     } else if (family.capped && *family.capped < m_waterfall.running()) {
@@ -184,7 +183,7 @@ void CalculationStory::boundByCap() {
         boundByTable(Rule::RsecCap, words, cap.power);
     } else {
         m_explanation.notes.emplace_back("the cap of RSEC " + rsecText() + ", Pmax of " +
-                                         textOf(*family.cap) +
+                                         convertAcmEnumToString(*family.cap) +
                                          ", does not bind; the log does not tell how high it is");
     }
     m_waterfall.expect("the capped power", family.capped);
@@ -194,12 +193,13 @@ void CalculationStory::boundByCap() {
 
 void CalculationStory::tellRadioUnit() {
     const CalculationFigures::RadioUnit& unit = m_figures.radioUnit;
-    const std::string own = textOf(m_figures.modulation);
+    const std::string own = convertAcmEnumToString(m_figures.modulation);
     const Lookup* const reference = lookup(Rule::PmaxReference);
     startFromTable(Rule::PmaxReference,
-                   "Pmax of " + (reference == nullptr ? std::string("the reference modulation")
-                                                      : textOf(reference->modulation) +
-                                                            ", the reference modulation"),
+                   "Pmax of " + (reference == nullptr
+                                     ? std::string("the reference modulation")
+                                     : convertAcmEnumToString(reference->modulation) +
+                                           ", the reference modulation"),
                    unit.pmaxReference.value_or(0));
     Step& step = m_waterfall.change(Rule::OffsetTable, "offset of " + own, unit.offset.value_or(0));
     step.source = "offset table of the family against " + unit.against + ", RSEC " + rsecText();
@@ -219,7 +219,7 @@ void CalculationStory::tellBooster() {
         tellIncomplete();
         return;
     }
-    const std::string own = textOf(m_figures.modulation);
+    const std::string own = convertAcmEnumToString(m_figures.modulation);
     m_waterfall
         .change(Rule::BoosterAdjustment, "booster adjustment of " + own,
                 unit.boosterAdjustment.value_or(0))

@@ -69,3 +69,11 @@ std::string Decibels::format(std::int64_t hundredths) {
 std::string Decibels::formatSigned(std::int64_t hundredths) {
     return (hundredths > 0 ? "+" : "") + format(hundredths);
 }
+
+std::string Decibels::dB(std::int64_t hundredths) {
+    return format(hundredths) + " dB";
+}
+
+std::string Decibels::dBm(std::int64_t hundredths) {
+    return format(hundredths) + " dBm";
+}

@@ -17,6 +17,10 @@ std::optional<std::int64_t> parse(std::string_view text);
 /// Always with two decimals: 150 is "1.50", -5 is "-0.05".
 std::string format(std::int64_t hundredths);
 
+/// Likewise, with the unit of an offset or of a power: "1.50 dB", "-0.05 dBm".
+std::string dB(std::int64_t hundredths);
+std::string dBm(std::int64_t hundredths);
+
 /// Likewise, with a plus in front of what is above zero.
 std::string formatSigned(std::int64_t hundredths);
 

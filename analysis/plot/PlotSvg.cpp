@@ -36,7 +36,7 @@ using LineStyle = PlotCanvas::LineStyle;
 constexpr Font plain{};
 constexpr Font small{12, PlotCanvas::quiet};
 constexpr Font smallHeading{12, PlotCanvas::quiet, true};
-constexpr Font heading{12, PlotCanvas::ink, true};
+constexpr Font headingFont{12, PlotCanvas::ink, true};
 constexpr Font axisTitle{13};
 constexpr Font title{17, PlotCanvas::ink, true};
 constexpr Font ruleLetter{11, PlotCanvas::ink, true};
@@ -379,7 +379,7 @@ void Picture::drawStrips() {
 
 void Picture::drawLegend() {
     Tenths y = legendTop();
-    m_canvas.write(padding, y, Anchor::Start, "What limits the power", heading);
+    m_canvas.write(padding, y, Anchor::Start, "What limits the power", headingFont);
     for (const Rule rule : m_limiting) {
         y += pixels(22);
         m_canvas.fillWith({padding, y - pixels(12), swatchWidth, pixels(16)}, rule);

@@ -19,9 +19,6 @@ using TraceText::isEntryOf;
 using TraceText::rest;
 using TraceText::valueBehind;
 
-/// Records above this level are no troubles.
-constexpr int troubleLevel = 2;
-
 /// Follows the library through one query.
 class Reader {
 public:
@@ -164,7 +161,8 @@ bool Reader::readFailure(const TraceRecord& record) {
 
 void Reader::readElsewhere(const TraceRecord& record) {
     readLimit(record);
-    if (record.kind == Kind::Enter || record.level > troubleLevel || readFailure(record)) {
+    if (record.kind == Kind::Enter || record.level > TraceTrouble::highestLevel ||
+        readFailure(record)) {
         return;
     }
     const std::string& text = record.text;

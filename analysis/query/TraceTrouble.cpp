@@ -12,9 +12,6 @@
 
 namespace {
 
-/// Records above this level are no troubles.
-constexpr int troubleLevel = 2;
-
 constexpr const char* noPmaxRow = "the Pmax table has no row for ";
 
 /// A table of the family's own, and what the library says before the key that is missing from it.
@@ -114,7 +111,7 @@ std::optional<TraceTrouble> TraceTrouble::in(const TraceRecord& record) {
     if (const auto trouble = notApplicable(record)) {
         return trouble;
     }
-    if (record.level > troubleLevel || isConsequence(record)) {
+    if (record.level > highestLevel || isConsequence(record)) {
         return std::nullopt;
     }
     if (const auto dpdVersion = TraceText::rest(record.text, "Unknown DPD version ")) {

@@ -8,6 +8,9 @@
 
 /// Something that went wrong, as one trace record reports it, in words for people.
 struct TraceTrouble {
+    /// Records above this level are no troubles.
+    static constexpr int highestLevel = 2;
+
     std::string text;
     bool countsAsZero = false; ///< where the calculation succeeds in spite of it
     Rule rule = Rule::Unexplained;

@@ -20,14 +20,6 @@ using Power = std::optional<std::int32_t>;
 /// How far up a Pmax or a booster's input power is searched, in hundredths of a dB.
 constexpr std::int64_t farthestRaise = 10000;
 
-std::string dB(std::int64_t hundredths) {
-    return Decibels::format(hundredths) + " dB";
-}
-
-std::string dBm(std::int64_t hundredths) {
-    return Decibels::format(hundredths) + " dBm";
-}
-
 /// The row of a table with the lowest power among those that are chosen; one without a power is
 /// lower than all.
 std::optional<std::size_t> lowestOf(const PowerTable& table, const ModulationChoice& choice) {
@@ -191,7 +183,7 @@ void Search::searchCutbacks() {
     const OperatingInputs& inputs = m_explained.table.inputs;
     if (inputs.temporaryCutback && inputs.temporaryCutback->inForce) {
         const std::int64_t cutback = inputs.temporaryCutback->cutback;
-        Change change{"temporary-cutback", "temporary cutback", dB(cutback)};
+        Change change{"temporary-cutback", "temporary cutback", Decibels::dB(cutback)};
         change.pointer = pointerTo(Rule::TemporaryCutback);
         searchNumber(
             change, cutback, 0,
@@ -199,17 +191,18 @@ void Search::searchCutbacks() {
                 return Inputs::varied(m_radio, OperatingInputs::TemporaryCutback{
                                                    true, static_cast<std::uint32_t>(value)});
             },
-            dB);
+            Decibels::dB);
         if (const Power lifted =
                 allowedBy(Inputs::varied(m_radio, OperatingInputs::TemporaryCutback{false, 0}))) {
-            Change lift{"temporary-cutback", "temporary cutback", dB(cutback), "lifted", *lifted};
+            Change lift{"temporary-cutback", "temporary cutback", Decibels::dB(cutback), "lifted",
+                        *lifted};
             lift.pointer = change.pointer;
             add(lift);
         }
         return;
     }
     const std::int64_t cutback = inputs.permanentCutback.value_or(0);
-    Change change{"cutback", "permanent cutback", dB(cutback)};
+    Change change{"cutback", "permanent cutback", Decibels::dB(cutback)};
     change.pointer = pointerTo(Rule::PermanentCutback);
     searchNumber(
         change, cutback, 0,
@@ -217,7 +210,7 @@ void Search::searchCutbacks() {
             return Inputs::varied(m_radio,
                                   Inputs::PermanentCutback{static_cast<std::uint32_t>(value)});
         },
-        dB);
+        Decibels::dB);
 }
 
 // The selected range
@@ -306,13 +299,13 @@ void Search::searchRow(const Explanation::Lookup& lookup) {
         return changed;
     };
     const std::string words = "Pmax of " + convertAcmEnumToString(lookup.modulation);
-    Change change{"pmax-row", words, lookup.power ? dBm(*lookup.power) : "no row"};
+    Change change{"pmax-row", words, lookup.power ? Decibels::dBm(*lookup.power) : "no row"};
     change.pointer = lookup.pointer;
     const std::int64_t from = lookup.power.value_or(-farthestRaise);
     const std::int64_t to =
         std::min<std::int64_t>(from + 2 * farthestRaise, std::numeric_limits<std::int32_t>::max());
     const std::size_t before = m_found.changes.size();
-    searchNumber(change, from, to, vary, dBm);
+    searchNumber(change, from, to, vary, Decibels::dBm);
     if (lookup.missing && m_found.changes.size() > before) {
         m_found.changes.back().amount.reset(); // there is nothing that it is added to
     }
@@ -349,16 +342,17 @@ void Search::searchBooster() {
     };
     const std::int64_t least = std::max<std::int64_t>(std::int64_t{booster->gain} - farthestRaise,
                                                       std::numeric_limits<std::int32_t>::min());
-    Change gain{"booster-gain", "booster gain", dB(booster->gain)};
+    Change gain{"booster-gain", "booster gain", Decibels::dB(booster->gain)};
     gain.pointer = pointerTo(Rule::BoosterGain);
-    searchNumber(gain, booster->gain, least, with(&OperatingInputs::Booster::gain), dB);
+    searchNumber(gain, booster->gain, least, with(&OperatingInputs::Booster::gain), Decibels::dB);
     const std::int64_t most =
         std::min<std::int64_t>(std::int64_t{booster->maxInputPower} + farthestRaise,
                                std::numeric_limits<std::int32_t>::max());
-    Change input{"booster-max-input", "booster's highest input power", dBm(booster->maxInputPower)};
+    Change input{"booster-max-input", "booster's highest input power",
+                 Decibels::dBm(booster->maxInputPower)};
     input.pointer = pointerTo(Rule::BoosterInputLimit);
     searchNumber(input, booster->maxInputPower, most,
-                 with(&OperatingInputs::Booster::maxInputPower), dBm);
+                 with(&OperatingInputs::Booster::maxInputPower), Decibels::dBm);
     searchBoosterChoices(*booster);
 }
 

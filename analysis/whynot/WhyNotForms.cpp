@@ -7,10 +7,6 @@
 
 namespace {
 
-std::string dBm(std::int64_t hundredths) {
-    return Decibels::format(hundredths) + " dBm";
-}
-
 /// What the radio gives now, and why not more.
 std::string standing(const WhyNot& whyNot, const std::string& asked) {
     const Explanation& explanation = whyNot.explanation;
@@ -18,12 +14,12 @@ std::string standing(const WhyNot& whyNot, const std::string& asked) {
         return asked + " gets no power: " + explanation.refusalWords + " (" +
                codeOf(explanation.decisiveRule()) + ")\n";
     }
-    std::string text = asked + " gets " + dBm(*whyNot.power);
+    std::string text = asked + " gets " + Decibels::dBm(*whyNot.power);
     if (whyNot.isAllowed()) {
-        return text + ", so " + dBm(whyNot.wanted) + " is allowed already\n";
+        return text + ", so " + Decibels::dBm(whyNot.wanted) + " is allowed already\n";
     }
     text += ", " + Decibels::format(std::int64_t{whyNot.wanted} - *whyNot.power) +
-            " dB less than " + dBm(whyNot.wanted);
+            " dB less than " + Decibels::dBm(whyNot.wanted);
     if (const Explanation::Bound* const binding = explanation.binding()) {
         text += "; limited by: " + binding->words + " (" + codeOf(binding->rule) + ")";
     }

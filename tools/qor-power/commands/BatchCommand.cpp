@@ -1,18 +1,17 @@
-#include "BatchResult.h"
-#include "Commands.h"
-#include "LineReader.h"
-#include "PowerTableQuery.h"
-#include "QueryOptions.h"
-
 #include "AnalysisError.h"
 #include "Arguments.h"
 #include "BatchForms.h"
 #include "BatchProgress.h"
+#include "BatchResult.h"
+#include "Commands.h"
 #include "CommonOptions.h"
 #include "Counted.h"
 #include "Input.h"
+#include "LineReader.h"
 #include "Messages.h"
 #include "OneLine.h"
+#include "PowerTableQuery.h"
+#include "QueryOptions.h"
 #include "RadioFileReader.h"
 #include "RuleCounts.h"
 #include "TextColumns.h"
@@ -62,7 +61,7 @@ private:
     PowerTableQuery m_query;
 };
 
-const std::vector<std::string> formats{"ndjson", "csv"};
+const std::vector<std::string> batchFormats{"ndjson", "csv"};
 
 /// The totals of a batch.
 struct Totals {
@@ -112,7 +111,7 @@ std::string takeId(std::string& line) {
 
 BatchCommand::BatchCommand(const Options& options)
     : m_file(options.file)
-    , m_isCsv(Arguments::word("--format", options.format, formats) == "csv")
+    , m_isCsv(Arguments::word("--format", options.format, batchFormats) == "csv")
     , m_withoutHeader(options.withoutHeader)
     , m_progress(options.progress)
     , m_quiet(options.quiet)
@@ -215,7 +214,7 @@ Command Commands::batch() {
     const std::vector<CommandOption> own{
         {"FILE", "", "List of radio files, one on a line; - or nothing for standard input",
          &options->file, false, CommandOption::Completion::Files},
-        CommonOptions::format(options->format, formats),
+        CommonOptions::format(options->format, batchFormats),
         {"--no-header", "", "Leave out the line of column names of csv", &options->withoutHeader},
         {"--progress", "",
          "Tell on standard error how far it has come, also where that is no terminal",

@@ -1,12 +1,11 @@
-#include "CheckForms.h"
-#include "Commands.h"
-#include "Output.h"
-
 #include "AnalysisError.h"
 #include "Arguments.h"
+#include "CheckForms.h"
+#include "Commands.h"
 #include "CommonOptions.h"
 #include "Input.h"
 #include "Messages.h"
+#include "Output.h"
 
 #include <algorithm>
 #include <memory>
@@ -40,11 +39,11 @@ private:
     bool m_isStrict;
 };
 
-const std::vector<std::string> formats{"text", "json"};
+const std::vector<std::string> checkFormats{"text", "json"};
 
 CheckCommand::CheckCommand(const Options& options)
     : m_files(options.files)
-    , m_format(Arguments::word("--format", options.format, formats))
+    , m_format(Arguments::word("--format", options.format, checkFormats))
     , m_isStrict(options.isStrict) {
     if (std::count(m_files.begin(), m_files.end(), standardInput) > 1) {
         throw QuestionError("standard input (-) can be read only once");
@@ -102,7 +101,7 @@ Command Commands::check() {
         "given."};
     command.options = {
         CommonOptions::radioFiles(options->files),
-        CommonOptions::format(options->format, formats),
+        CommonOptions::format(options->format, checkFormats),
         {"--strict", "", "Let hints count like warnings", &options->isStrict},
     };
     command.run = [options](Output& output) { return CheckCommand(*options).run(output); };

@@ -9,7 +9,7 @@
 
 namespace {
 
-struct Options {
+struct DiffOptions {
     RadioQuestion radio{Question::Topic::Diff};
     std::string after;
 };
@@ -22,7 +22,7 @@ CommandOption radioFile(const std::string& name, const std::string& words, std::
     return argument;
 }
 
-Outcome run(Options& options, Output& output) {
+Outcome compare(DiffOptions& options, Output& output) {
     Question& question = options.radio.question;
     options.radio.validate();
     if (options.radio.file == standardInput && options.after == standardInput) {
@@ -40,7 +40,7 @@ Outcome run(Options& options, Output& output) {
 } // namespace
 
 Command Commands::diff() {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<DiffOptions>();
     Command command;
     command.name = "diff";
     command.summary = "Show what tells the powers of two radios apart";
@@ -61,6 +61,6 @@ Command Commands::diff() {
         {radioFile("A", "Radio file; - for standard input", options->radio.file),
          radioFile("B", "Radio file that is compared with A", options->after),
          options->radio.describeFormat()});
-    command.run = [options](Output& output) { return run(*options, output); };
+    command.run = [options](Output& output) { return compare(*options, output); };
     return command;
 }

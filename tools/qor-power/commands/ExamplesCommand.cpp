@@ -1,8 +1,8 @@
 #include "Commands.h"
-#include "ExampleRadios.h"
 
 #include "AnalysisError.h"
 #include "Arguments.h"
+#include "ExampleRadios.h"
 #include "FileWriter.h"
 #include "OneLine.h"
 

@@ -1,15 +1,14 @@
 #include "AnalysisError.h"
-#include "Commands.h"
-#include "Output.h"
-#include "QueryOptions.h"
-
 #include "Arguments.h"
+#include "Commands.h"
 #include "CommonOptions.h"
 #include "Input.h"
 #include "LineReader.h"
 #include "LoggedPowersForms.h"
 #include "Messages.h"
 #include "ModulationChoice.h"
+#include "Output.h"
+#include "QueryOptions.h"
 #include "RadioQuestion.h"
 #include "TextForms.h"
 #include "TraceLog.h"
@@ -49,7 +48,7 @@ private:
     PowerTableQuery m_query;
 };
 
-const std::vector<std::string> formats{"text", "json"};
+const std::vector<std::string> explainFormats{"text", "json"};
 
 /// Says loudly what does not add up.
 /// @return whether everything does.
@@ -64,7 +63,7 @@ bool complainOfMismatches(const std::string& where, const std::vector<Explanatio
 ExplainCommand::ExplainCommand(const Options& options)
     : m_options(options)
     , m_query(options.query.query()) {
-    Arguments::word("--format", options.format, formats);
+    Arguments::word("--format", options.format, explainFormats);
     if (!options.traceLog && options.words.empty()) {
         throw QuestionError("FILE is missing; try qor-power explain --help");
     }
@@ -180,7 +179,7 @@ Command Commands::explain() {
                         "is named",
                         &words->modulations, false, CommandOption::Completion::Words,
                         modulationTextForms().texts()},
-                       CommonOptions::format(options.format, formats),
+                       CommonOptions::format(options.format, explainFormats),
                        {"--trace-log", "LOG", "Explain a log of traces; - for standard input",
                         &options.traceLog, false, CommandOption::Completion::Files}};
     const std::vector<CommandOption> query = options.query.describe();

@@ -11,12 +11,12 @@
 
 namespace {
 
-struct Options {
+struct PlotOptions {
     RadioQuestion radio{Question::Topic::Picture};
     std::optional<std::string> output;
 };
 
-Outcome run(Options& options, Output& output) {
+Outcome draw(PlotOptions& options, Output& output) {
     options.radio.format = options.output ? "svg" : "text";
     if (!options.output || *options.output == standardInput) {
         return options.radio.run(output);
@@ -35,7 +35,7 @@ Outcome run(Options& options, Output& output) {
 } // namespace
 
 Command Commands::plot() {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<PlotOptions>();
     Command command;
     command.name = "plot";
     command.summary = "Draw the powers over modulation, as SVG or in the terminal";
@@ -58,6 +58,6 @@ Command Commands::plot() {
          {"-o,--output", "FILE", "File for the picture as SVG; - for standard output",
           &options->output, false, CommandOption::Completion::Files},
          CommonOptions::over(options->radio.question.over, false)});
-    command.run = [options](Output& output) { return run(*options, output); };
+    command.run = [options](Output& output) { return draw(*options, output); };
     return command;
 }

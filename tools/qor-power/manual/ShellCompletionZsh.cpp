@@ -60,7 +60,7 @@ std::string entryOfArgument(const CommandOption& argument) {
     return " \\\n            '" + prefix + valueOf(argument, argument.name) + '\'';
 }
 
-std::string argumentsOf(const Command& command) {
+std::string zshArguments(const Command& command) {
     std::string text = "    " + command.name + ")\n        _arguments -s -S";
     for (const CommandOption& option : CommonOptions::allOf(command)) {
         text += entriesOf(option);
@@ -90,7 +90,7 @@ std::string ShellCompletion::forZsh(const std::vector<Command>& commands) {
             "    curcontext=\"${curcontext%:*:*}:qor-power-$words[1]:\"\n"
             "    case $words[1] in\n";
     for (const Command& command : commands) {
-        text += argumentsOf(command);
+        text += zshArguments(command);
     }
     // The file may be found by compinit or be read by hand.
     return text + "    esac\n}\n\n"
