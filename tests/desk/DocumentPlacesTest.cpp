@@ -11,7 +11,7 @@ std::string placeIn(std::string_view text, const std::vector<std::string>& path)
     return placeText(DocumentPlaces(text).find(path));
 }
 
-constexpr const char* document = R"({
+constexpr const char* placedDocument = R"({
   "a": [1, "two", {"deep": true}],
   "b" : {
     "c~/d": null, "e": [[], [7]]
@@ -19,15 +19,15 @@ constexpr const char* document = R"({
 })";
 
 TEST(DocumentPlacesTest, findsAMemberAtItsKeyAndAnElementAtItsValue) {
-    EXPECT_EQ(placeIn(document, {"a"}), "2:3");
-    EXPECT_EQ(placeIn(document, {"a", "0"}), "2:9");
-    EXPECT_EQ(placeIn(document, {"a", "1"}), "2:12");
-    EXPECT_EQ(placeIn(document, {"a", "2"}), "2:19");
-    EXPECT_EQ(placeIn(document, {"a", "2", "deep"}), "2:20");
-    EXPECT_EQ(placeIn(document, {"b"}), "3:3");
-    EXPECT_EQ(placeIn(document, {"b", "c~/d"}), "4:5");
-    EXPECT_EQ(placeIn(document, {"b", "e", "0"}), "4:25");
-    EXPECT_EQ(placeIn(document, {"b", "e", "1", "0"}), "4:30");
+    EXPECT_EQ(placeIn(placedDocument, {"a"}), "2:3");
+    EXPECT_EQ(placeIn(placedDocument, {"a", "0"}), "2:9");
+    EXPECT_EQ(placeIn(placedDocument, {"a", "1"}), "2:12");
+    EXPECT_EQ(placeIn(placedDocument, {"a", "2"}), "2:19");
+    EXPECT_EQ(placeIn(placedDocument, {"a", "2", "deep"}), "2:20");
+    EXPECT_EQ(placeIn(placedDocument, {"b"}), "3:3");
+    EXPECT_EQ(placeIn(placedDocument, {"b", "c~/d"}), "4:5");
+    EXPECT_EQ(placeIn(placedDocument, {"b", "e", "0"}), "4:25");
+    EXPECT_EQ(placeIn(placedDocument, {"b", "e", "1", "0"}), "4:30");
 }
 
 TEST(DocumentPlacesTest, findsTheDocumentWhereItBegins) {
@@ -37,11 +37,11 @@ TEST(DocumentPlacesTest, findsTheDocumentWhereItBegins) {
 }
 
 TEST(DocumentPlacesTest, findsWhatIsMissingWhereTheInnermostValueStands) {
-    EXPECT_EQ(placeIn(document, {"b", "c~/d", "more"}), "4:5");
-    EXPECT_EQ(placeIn(document, {"b", "missing"}), "3:3");
-    EXPECT_EQ(placeIn(document, {"a", "3"}), "2:3");
-    EXPECT_EQ(placeIn(document, {"a", "01x"}), "2:3");
-    EXPECT_EQ(placeIn(document, {"missing", "a"}), "1:1");
+    EXPECT_EQ(placeIn(placedDocument, {"b", "c~/d", "more"}), "4:5");
+    EXPECT_EQ(placeIn(placedDocument, {"b", "missing"}), "3:3");
+    EXPECT_EQ(placeIn(placedDocument, {"a", "3"}), "2:3");
+    EXPECT_EQ(placeIn(placedDocument, {"a", "01x"}), "2:3");
+    EXPECT_EQ(placeIn(placedDocument, {"missing", "a"}), "1:1");
 }
 
 TEST(DocumentPlacesTest, passesCommentsOver) {

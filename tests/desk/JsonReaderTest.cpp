@@ -11,12 +11,12 @@ namespace {
 
 using nlohmann::json;
 
-json read(std::string_view text) {
+json readJson(std::string_view text) {
     return JsonReader::read(text, 1000000);
 }
 
 /// What is wrong with a text, as one line; empty if nothing is.
-std::string errorOf(std::string_view text, std::size_t maxSize = 1000000) {
+std::string jsonErrorOf(std::string_view text, std::size_t maxSize = 1000000) {
     try {
         JsonReader::read(text, maxSize);
     } catch (const RadioFileError& error) {
@@ -30,25 +30,25 @@ std::string nested(std::size_t depth) {
 }
 
 TEST(JsonReaderTest, readsEveryKindOfValue) {
-    const json document = read(R"({"a": [1, -2, "x", true, false, null], "b": {}})");
+    const json document = readJson(R"({"a": [1, -2, "x", true, false, null], "b": {}})");
 
     EXPECT_EQ(document, json::parse(R"({"a": [1, -2, "x", true, false, null], "b": {}})"));
 }
 
 TEST(JsonReaderTest, allowsCommentsAndAByteOrderMark) {
-    const json document = read("\xEF\xBB\xBF// first\n{\"a\": /* one */ 1} // last");
+    const json document = readJson("\xEF\xBB\xBF// first\n{\"a\": /* one */ 1} // last");
 
     EXPECT_EQ(document, json::parse(R"({"a": 1})"));
 }
 
 TEST(JsonReaderTest, readsEscapesInStrings) {
-    EXPECT_EQ(read(R"("\u0034QAM\n")"), json("4QAM\n"));
+    EXPECT_EQ(readJson(R"("\u0034QAM\n")"), json("4QAM\n"));
 }
 
 TEST(JsonReaderTest, keepsTheEndsOf64Bits) {
-    EXPECT_EQ(read("-9223372036854775808").get<std::int64_t>(),
+    EXPECT_EQ(readJson("-9223372036854775808").get<std::int64_t>(),
               std::numeric_limits<std::int64_t>::min());
-    EXPECT_EQ(read("18446744073709551615").get<std::uint64_t>(),
+    EXPECT_EQ(readJson("18446744073709551615").get<std::uint64_t>(),
               std::numeric_limits<std::uint64_t>::max());
 }
 
@@ -62,9 +62,10 @@ TEST(JsonReaderTest, refusesMoreThan150000Values) {
         return text + "]";
     };
 
-    EXPECT_EQ(errorOf(zeros(149999)), "");
-    EXPECT_EQ(errorOf(zeros(150000)), "/149999: more than 150000 values");
-    EXPECT_EQ(errorOf(R"({"a": )" + zeros(149998) + R"(, "b": 0})"), "/b: more than 150000 values");
+    EXPECT_EQ(jsonErrorOf(zeros(149999)), "");
+    EXPECT_EQ(jsonErrorOf(zeros(150000)), "/149999: more than 150000 values");
+    EXPECT_EQ(jsonErrorOf(R"({"a": )" + zeros(149998) + R"(, "b": 0})"),
+              "/b: more than 150000 values");
 }
 
 TEST(JsonReaderTest, tellsALargeIntegerFromAFractionAndKeepsBothAsWritten) {
@@ -72,10 +73,10 @@ TEST(JsonReaderTest, tellsALargeIntegerFromAFractionAndKeepsBothAsWritten) {
         return std::string(number.get_binary().begin(), number.get_binary().end());
     };
 
-    const json large = read("18446744073709551616");
-    const json small = read("-9223372036854775809");
-    const json fraction = read("1.50");
-    const json exponent = read("1E2");
+    const json large = readJson("18446744073709551616");
+    const json small = readJson("-9223372036854775809");
+    const json fraction = readJson("1.50");
+    const json exponent = readJson("1E2");
 
     EXPECT_EQ(large.get_binary().subtype(), JsonReader::LargeInteger);
     EXPECT_EQ(textOf(large), "18446744073709551616");
@@ -88,12 +89,12 @@ TEST(JsonReaderTest, tellsALargeIntegerFromAFractionAndKeepsBothAsWritten) {
 }
 
 TEST(JsonReaderTest, allowsTheSameKeyInDifferentObjects) {
-    EXPECT_EQ(errorOf(R"({"a": {"a": 1}, "b": [{"a": 1}, {"a": 1}]})"), "");
+    EXPECT_EQ(jsonErrorOf(R"({"a": {"a": 1}, "b": [{"a": 1}, {"a": 1}]})"), "");
 }
 
 TEST(JsonReaderTest, allowsTheGreatestDepthAndSize) {
-    EXPECT_EQ(errorOf(nested(64)), "");
-    EXPECT_EQ(errorOf("[1]", 3), "");
+    EXPECT_EQ(jsonErrorOf(nested(64)), "");
+    EXPECT_EQ(jsonErrorOf("[1]", 3), "");
 }
 
 TEST(JsonReaderTest, refusesOneLevelMore) {
@@ -102,16 +103,16 @@ TEST(JsonReaderTest, refusesOneLevelMore) {
         place += "/0";
     }
 
-    EXPECT_EQ(errorOf(nested(65)), place + ": nested deeper than 64 levels");
+    EXPECT_EQ(jsonErrorOf(nested(65)), place + ": nested deeper than 64 levels");
 }
 
 TEST(JsonReaderTest, refusesADepthThatNobodyCloses) {
-    EXPECT_NE(errorOf(std::string(900000, '[')).find(": nested deeper than 64 levels"),
+    EXPECT_NE(jsonErrorOf(std::string(900000, '[')).find(": nested deeper than 64 levels"),
               std::string::npos);
 }
 
 TEST(JsonReaderTest, refusesOneByteMore) {
-    EXPECT_EQ(errorOf("[1] ", 3), "(document): larger than 3 bytes");
+    EXPECT_EQ(jsonErrorOf("[1] ", 3), "(document): larger than 3 bytes");
 }
 
 struct BadText {
@@ -127,7 +128,7 @@ std::ostream& operator<<(std::ostream& stream, const BadText& bad) {
 class JsonReaderBadTextTest : public testing::TestWithParam<BadText> {};
 
 TEST_P(JsonReaderBadTextTest, isRefusedWithPlaceAndReason) {
-    EXPECT_EQ(errorOf(GetParam().text), GetParam().error);
+    EXPECT_EQ(jsonErrorOf(GetParam().text), GetParam().error);
 }
 
 const BadText badTexts[] = {

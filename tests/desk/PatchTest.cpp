@@ -27,7 +27,7 @@ NodeAnswers answersAfter(const std::vector<std::string>& patches) {
     return std::get<Calls::Patch>(file.requests.back().call).answers;
 }
 
-std::string errorOf(const json& file) {
+std::string patchErrorOf(const json& file) {
     try {
         readFile(file);
     } catch (const RadioFileError& error) {
@@ -127,11 +127,11 @@ TEST(PatchTest, removesTheBoardWhichThenAnswersNo) {
 }
 
 TEST(PatchTest, mayRemoveWhatIsNotThere) {
-    EXPECT_EQ(errorOf(filePatchedBy({R"({"board": null, "unheardOf": null})"})), "");
+    EXPECT_EQ(patchErrorOf(filePatchedBy({R"({"board": null, "unheardOf": null})"})), "");
 }
 
 TEST(PatchTest, mayRemoveANeighbourThatIsNotThere) {
-    EXPECT_EQ(errorOf(json::parse(R"({"channel": 1, "requests": [
+    EXPECT_EQ(patchErrorOf(json::parse(R"({"channel": 1, "requests": [
                   {"call": "patch", "file": {"acmHandler": null}}]})")),
               "");
 }
@@ -149,7 +149,7 @@ std::ostream& operator<<(std::ostream& stream, const BadPatch& bad) {
 class BadPatchTest : public testing::TestWithParam<BadPatch> {};
 
 TEST_P(BadPatchTest, isRefusedWithPlaceAndReason) {
-    EXPECT_EQ(errorOf(filePatchedBy({GetParam().patch})), GetParam().error);
+    EXPECT_EQ(patchErrorOf(filePatchedBy({GetParam().patch})), GetParam().error);
 }
 
 const BadPatch badPatches[] = {
@@ -202,8 +202,9 @@ TEST(PatchTest, namesThePlaceInThePatchedFileWhereThePatchDoesNotReach) {
     json file = filePatchedBy({R"({"acmHandler": {"min": 31}})"});
     file["acmHandler"] = json::object();
 
-    EXPECT_EQ(errorOf(file), "/requests/0/file: in the patched file, /acmHandler/max: required key "
-                             "is missing");
+    EXPECT_EQ(patchErrorOf(file),
+              "/requests/0/file: in the patched file, /acmHandler/max: required key "
+              "is missing");
 }
 
 TEST(PatchTest, cannotAddANeighbour) {
@@ -212,7 +213,8 @@ TEST(PatchTest, cannotAddANeighbour) {
         json file = filePatchedBy({R"({")" + key + R"(": {}})"});
         file.erase(key);
 
-        EXPECT_EQ(errorOf(file), "/requests/0/file/" + key + ": a patch cannot add a neighbour");
+        EXPECT_EQ(patchErrorOf(file),
+                  "/requests/0/file/" + key + ": a patch cannot add a neighbour");
     }
 }
 
@@ -220,12 +222,13 @@ TEST(PatchTest, isCheckedAfterAllPatchesBeforeIt) {
     const json file = filePatchedBy(
         {R"({"acmHandler": {"min": null, "max": null}})", R"({"acmHandler": {"min": 31}})"});
 
-    EXPECT_EQ(errorOf(file), "/requests/1/file: in the patched file, /acmHandler/max: required key "
-                             "is missing");
+    EXPECT_EQ(patchErrorOf(file),
+              "/requests/1/file: in the patched file, /acmHandler/max: required key "
+              "is missing");
 }
 
 TEST(PatchTest, needsAFile) {
-    EXPECT_EQ(errorOf(sampleFileWith(R"([{"call": "patch"}])")),
+    EXPECT_EQ(patchErrorOf(sampleFileWith(R"([{"call": "patch"}])")),
               "/requests/0/file: required key is missing");
 }
 

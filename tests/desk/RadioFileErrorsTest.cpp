@@ -88,7 +88,7 @@ std::string nameOf(const testing::TestParamInfo<BadFile>& info) {
     return info.param.name;
 }
 
-const BadFile documents[] = {
+const BadFile badDocuments[] = {
     {"syntaxError", "{\"channel\": 1,, }",
      "1:15: syntax error while parsing object key - unexpected ','; expected string literal"},
     {"list", "[]", "(document): expected an object, found a list"},
@@ -117,18 +117,18 @@ const BadFile documents[] = {
     {"channelAsObject", R"({"channel": {}})", "/channel: expected an integer, found an object"},
     {"channelAsList", R"({"channel": [1]})", "/channel: expected an integer, found a list"},
 };
-INSTANTIATE_TEST_SUITE_P(Documents, RadioFileErrorsTest, testing::ValuesIn(documents), nameOf);
+INSTANTIATE_TEST_SUITE_P(Documents, RadioFileErrorsTest, testing::ValuesIn(badDocuments), nameOf);
 
-const BadFile boards[] = {
+const BadFile badBoards[] = {
     with("boardNull", R"("board": null)", "/board: expected an object, found null"),
     with("boardKey", R"("board": {"carierAggregation": true})",
          "/board/carierAggregation: unknown key; did you mean \"carrierAggregation\"?"),
     with("boardNumber", R"("board": {"carrierAggregation": 1})",
          "/board/carrierAggregation: expected true or false, found 1"),
 };
-INSTANTIATE_TEST_SUITE_P(Boards, RadioFileErrorsTest, testing::ValuesIn(boards), nameOf);
+INSTANTIATE_TEST_SUITE_P(Boards, RadioFileErrorsTest, testing::ValuesIn(badBoards), nameOf);
 
-const BadFile capabilities[] = {
+const BadFile badCapabilities[] = {
     with("capabilityHandlerNull", R"("capabilityHandler": null)",
          "/capabilityHandler: expected an object, found null"),
     capability("unknownCapability", R"("pmaxDpd3Etsi": [])",
@@ -202,7 +202,7 @@ const BadFile capabilities[] = {
                "/capabilityHandler/maxModulationWithoutLimitation/Etsi: expected a text or an "
                "integer (modulation), found null"),
 };
-INSTANTIATE_TEST_SUITE_P(Capabilities, RadioFileErrorsTest, testing::ValuesIn(capabilities),
+INSTANTIATE_TEST_SUITE_P(Capabilities, RadioFileErrorsTest, testing::ValuesIn(badCapabilities),
                          nameOf);
 
 TEST(RadioFileErrorsProfileKeyTest, refusesWhateverIsNoProfileValueInItsOnlySpelling) {
@@ -216,7 +216,7 @@ TEST(RadioFileErrorsProfileKeyTest, refusesWhateverIsNoProfileValueInItsOnlySpel
     }
 }
 
-const BadFile neighbours[] = {
+const BadFile badNeighbours[] = {
     with("acmHandlerAsList", R"("acmHandler": [])",
          "/acmHandler: expected an object, found a list"),
     with("acmHandlerKey", R"("acmHandler": {"mim": 30, "max": 81})",
@@ -281,9 +281,9 @@ const BadFile neighbours[] = {
     with("variableElementNull", R"("variables": {"a": [null]})",
          "/variables/a/0: expected an integer, found null"),
 };
-INSTANTIATE_TEST_SUITE_P(Neighbours, RadioFileErrorsTest, testing::ValuesIn(neighbours), nameOf);
+INSTANTIATE_TEST_SUITE_P(Neighbours, RadioFileErrorsTest, testing::ValuesIn(badNeighbours), nameOf);
 
-const BadFile frameFormats[] = {
+const BadFile badFrameFormats[] = {
     with("empty", R"("frameFormat": {})", "/frameFormat/modulation: required key is missing"),
     frameFormat("unknownKey", "chanelSpacing", "28",
                 "/frameFormat/chanelSpacing: unknown key; did you mean \"channelSpacing\"?"),
@@ -322,10 +322,10 @@ const BadFile frameFormats[] = {
                 "/frameFormat/carrierAggregationPerformanceProfiles/1: -32769 is out of range; "
                 "expected -32768 to 32767"),
 };
-INSTANTIATE_TEST_SUITE_P(FrameFormats, RadioFileErrorsTest, testing::ValuesIn(frameFormats),
+INSTANTIATE_TEST_SUITE_P(FrameFormats, RadioFileErrorsTest, testing::ValuesIn(badFrameFormats),
                          nameOf);
 
-const BadFile records[] = {
+const BadFile badRecords[] = {
     record("unknownKey", "modulation", "\"4QAM\"",
            "/hardwareConfigurationHandler/frameFormats/0/modulation: unknown key; did you mean "
            "\"modulationAndCodes\"?"),
@@ -350,9 +350,9 @@ const BadFile records[] = {
            "/hardwareConfigurationHandler/frameFormats/0/performanceProfiles/0: expected an "
            "integer, found true"),
 };
-INSTANTIATE_TEST_SUITE_P(Records, RadioFileErrorsTest, testing::ValuesIn(records), nameOf);
+INSTANTIATE_TEST_SUITE_P(Records, RadioFileErrorsTest, testing::ValuesIn(badRecords), nameOf);
 
-const BadFile requests[] = {
+const BadFile badRequests[] = {
     with("asObject", R"("requests": {})", "/requests: expected a list, found an object"),
     with("asNumber", R"("requests": [1])", "/requests/0: expected an object, found 1"),
     request("empty", "", "/requests/0/call: required key is missing"),
@@ -436,7 +436,7 @@ const BadFile requests[] = {
     with("secondRequest", R"("requests": [{"call": "initialize"}, {"call": "findPminPmx"}])",
          "/requests/1/call: unknown call \"findPminPmx\"; did you mean \"findPminPmax\"?"),
 };
-INSTANTIATE_TEST_SUITE_P(Requests, RadioFileErrorsTest, testing::ValuesIn(requests), nameOf);
+INSTANTIATE_TEST_SUITE_P(Requests, RadioFileErrorsTest, testing::ValuesIn(badRequests), nameOf);
 
 TEST(RadioFileErrorsMessageTest, givesPlaceProblemAndRemedyApart) {
     try {

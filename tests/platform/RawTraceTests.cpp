@@ -10,7 +10,7 @@
 
 namespace {
 
-const TraceHeader header = {"some/folder/File", 9, "operation"};
+const TraceHeader rawHeader = {"some/folder/File", 9, "operation"};
 
 class RawTraceTest : public ::testing::Test {
 protected:
@@ -35,7 +35,7 @@ TEST_F(RawTraceTest, MapsCodesFrom32768UpToErrorsAndOthersToResults) {
 }
 
 TEST_F(RawTraceTest, JoinsThePiecesOfARecord) {
-    VT_beginImpl(&SPC_trace, 5, &header);
+    VT_beginImpl(&SPC_trace, 5, &rawHeader);
     VT_rawprintf("%s=%d", "power", -250);
     VT_rawprintf(", ");
     VT_rawprintf("%lu", 3UL);
@@ -45,7 +45,7 @@ TEST_F(RawTraceTest, JoinsThePiecesOfARecord) {
 }
 
 TEST_F(RawTraceTest, WritesNothingBeforeARecordIsClosed) {
-    VT_beginImpl(&SPC_trace, 5, &header);
+    VT_beginImpl(&SPC_trace, 5, &rawHeader);
     VT_rawprintf("open");
 
     EXPECT_TRUE(DeskTrace::getInstance().records().empty());
@@ -54,12 +54,12 @@ TEST_F(RawTraceTest, WritesNothingBeforeARecordIsClosed) {
 }
 
 TEST_F(RawTraceTest, KeepsNothingOfTheRecordBefore) {
-    VT_beginImpl(&SPC_trace, 1, &header);
+    VT_beginImpl(&SPC_trace, 1, &rawHeader);
     VT_rawprintf("one      code: %#lx\n", 32768UL);
     VT_endImpl();
     DeskTrace::getInstance().clear();
 
-    VT_beginImpl(&SPC_trace, 5, &header);
+    VT_beginImpl(&SPC_trace, 5, &rawHeader);
     VT_rawprintf("two");
     VT_endImpl();
 
@@ -70,7 +70,7 @@ TEST_F(RawTraceTest, KeepsNothingOfTheRecordBefore) {
 }
 
 TEST_F(RawTraceTest, TakesTheLevelItIsGivenWhateverTheCode) {
-    VT_beginImpl(&SPC_trace, 4, &header);
+    VT_beginImpl(&SPC_trace, 4, &rawHeader);
     VT_rawprintf("      code: %#lx\n", 32768UL);
     VT_endImpl();
 
@@ -80,7 +80,7 @@ TEST_F(RawTraceTest, TakesTheLevelItIsGivenWhateverTheCode) {
 }
 
 TEST_F(RawTraceTest, ReadsTheCodeFromTheLastCodeLine) {
-    VT_beginImpl(&SPC_trace, 5, &header);
+    VT_beginImpl(&SPC_trace, 5, &rawHeader);
     VT_rawprintf("said code: 0x1 before");
     VT_rawprintf("      code: %#lx\n", 2080UL);
     VT_endImpl();
@@ -89,7 +89,7 @@ TEST_F(RawTraceTest, ReadsTheCodeFromTheLastCodeLine) {
 }
 
 TEST_F(RawTraceTest, ReadsTheLargestCode) {
-    VT_beginImpl(&SPC_trace, 5, &header);
+    VT_beginImpl(&SPC_trace, 5, &rawHeader);
     VT_rawprintf("      code: %#lx\n", 4294967295UL);
     VT_endImpl();
 
@@ -97,7 +97,7 @@ TEST_F(RawTraceTest, ReadsTheLargestCode) {
 }
 
 TEST_F(RawTraceTest, HasCode0WithoutACodeLine) {
-    VT_beginImpl(&SPC_trace, 5, &header);
+    VT_beginImpl(&SPC_trace, 5, &rawHeader);
     VT_rawprintf("no key at all\n");
     VT_endImpl();
 
@@ -107,7 +107,7 @@ TEST_F(RawTraceTest, HasCode0WithoutACodeLine) {
 TEST_F(RawTraceTest, KeepsALongText) {
     const std::string longText(10000, 'x');
 
-    VT_beginImpl(&SPC_trace, 5, &header);
+    VT_beginImpl(&SPC_trace, 5, &rawHeader);
     VT_rawprintf("%s", longText.c_str());
     VT_rawprintf("%s", "");
     VT_rawprintf("|");

@@ -42,17 +42,17 @@ void inThreads(const std::function<void(int)>& work) {
     }
 }
 
-class CapabilityHandler : public ICapabilityHandler {};
+class ThreadsHandler : public ICapabilityHandler {};
 
 TEST(Threads, ShareTheBroker) {
     InterfaceBroker& sut = InterfaceBroker::getInstance();
-    CapabilityHandler shared;
+    ThreadsHandler shared;
     sut.registerInterface("threads.shared", &shared);
     std::atomic<int> failures{0};
 
     inThreads([&](int number) {
         const std::string own = "threads." + std::to_string(number);
-        CapabilityHandler handler;
+        ThreadsHandler handler;
         for (int round = 0; round < roundCount; ++round) {
             IInterface* removed = nullptr;
             const bool isRight =
@@ -114,18 +114,18 @@ TEST(Threads, ShareTheTrace) {
 
     inThreads([&](int number) {
         const std::string function = std::to_string(number);
-        const TraceHeader header = {"threads", number, function.c_str()};
+        const TraceHeader here = {"threads", number, function.c_str()};
         for (int round = 0; round < roundCount; ++round) {
             VelTrace own("threads.own", 3, 256);
             if (own.isEnabled(6)) {
-                own.logEnterMsg(6, header, std::to_string(3 * round));
+                own.logEnterMsg(6, here, std::to_string(3 * round));
             }
             shared.setLevel(6);
             if (shared.isEnabled(5)) {
-                shared.logMsg(5, header, std::to_string(3 * round + 1));
+                shared.logMsg(5, here, std::to_string(3 * round + 1));
             }
             if (SPC_trace >= CPexTraceHandler_DmLevel2VtLevel(2080)) {
-                VT_beginImpl(&SPC_trace, 5, &header);
+                VT_beginImpl(&SPC_trace, 5, &here);
                 VT_rawprintf("%d", 3 * round + 2);
                 VT_endImpl();
             }
@@ -162,9 +162,9 @@ TEST(Threads, TakeEveryRecordExactlyOnce) {
     std::atomic<std::size_t> taken{0};
 
     inThreads([&](int number) {
-        const TraceHeader header = {"threads", number, "write"};
+        const TraceHeader here = {"threads", number, "write"};
         for (int round = 0; round < roundCount; ++round) {
-            trace.logMsg(1, header, "x");
+            trace.logMsg(1, here, "x");
             taken += sut.take().size();
         }
     });

@@ -1,13 +1,24 @@
 #pragma once
 
 #include "CalculationData.h"
+#include "Calculator.h"
 #include "ICapabilityHandler.h"
 #include "InterfaceBroker.h"
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
+
+inline constexpr std::int32_t intMin = std::numeric_limits<std::int32_t>::min();
+inline constexpr std::int32_t intMax = std::numeric_limits<std::int32_t>::max();
+
+/// The one calculator of a family, for tables of cases.
+template <class Family>
+Calculator* calculatorOf() {
+    return Family::getInstance();
+}
 
 /// A record of zeros without a Pmax table, for a test to fill in what it is about.
 inline CalculationData emptyCalculation() {

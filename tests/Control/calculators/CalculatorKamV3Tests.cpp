@@ -7,16 +7,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <vector>
 
 namespace {
 
 using ::testing::ElementsAre;
-
-constexpr long intMin = std::numeric_limits<std::int32_t>::min();
-constexpr long intMax = std::numeric_limits<std::int32_t>::max();
 
 class CalculatorKamV3Test : public ::testing::Test {
 protected:

@@ -1,3 +1,4 @@
+#include "Calculation.h"
 #include "CalculatorKam.h"
 #include "CalculatorKamV2.h"
 #include "CalculatorKamV3.h"
@@ -8,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -16,9 +16,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-constexpr std::int32_t intMin = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t intMax = std::numeric_limits<std::int32_t>::max();
 
 struct OutdoorFamily {
     std::string name;
@@ -276,11 +273,6 @@ TEST_P(ChannelSpacingCompensation, TracesTheFailureFromLevel1AndTheEntryAtLevel6
             EXPECT_THAT(trace.lines(), ElementsAre(entry("1", "28"), failure));
         }
     }
-}
-
-template <class Family>
-Calculator* calculatorOf() {
-    return Family::getInstance();
 }
 
 INSTANTIATE_TEST_SUITE_P(

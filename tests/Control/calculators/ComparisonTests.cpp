@@ -13,7 +13,6 @@
 
 #include <cstdint>
 #include <iostream>
-#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,9 +24,6 @@
 namespace {
 
 using ::testing::IsEmpty;
-
-constexpr std::int32_t intMin = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t intMax = std::numeric_limits<std::int32_t>::max();
 
 /// The powers of a record, so chosen that each bound wins in turn.
 struct Powers {

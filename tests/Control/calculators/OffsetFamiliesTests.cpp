@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <limits>
 #include <set>
 #include <string>
 #include <vector>
@@ -16,9 +15,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-constexpr long intMin = std::numeric_limits<std::int32_t>::min();
-constexpr long intMax = std::numeric_limits<std::int32_t>::max();
 
 /// 16QAM at RSEC 2 with 256QAM (2000) as reference and 4QAM as selected minimum.
 CalculationData ordinaryCalculation() {
@@ -265,11 +261,6 @@ TEST_P(OffsetFamilies, ComputeIn32BitsThatWrap) {
 
     EXPECT_EQ(powerOf(data), -2147483549); // 2147483647 + 100 - 4294967296
     EXPECT_EQ(powerOf(compensated), 2700); // -1 - 2147483648 + 4294967296 = 2147483647
-}
-
-template <class Family>
-Calculator* calculatorOf() {
-    return Family::getInstance();
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -16,11 +15,8 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 
-constexpr int intMin = std::numeric_limits<std::int32_t>::min();
-constexpr int intMax = std::numeric_limits<std::int32_t>::max();
-
 /// 16QAM at RSEC 2 with 256QAM (2000) as reference: 2 dB more, 2200, in both families.
-CalculationData ordinaryCalculation() {
+CalculationData radioUnitCalculation() {
     CalculationData data = emptyCalculation();
     data.selectedMinModulation = Modulation::QAM4;
     data.selectedMaxModulation = Modulation::QAM256;
@@ -55,7 +51,7 @@ class RadioUnitFamilies : public ::testing::TestWithParam<RadioUnitFamily> {
 protected:
     RadioUnitFamilies() {
         // The tables come to life at the first query, which one family traces.
-        powerOf(ordinaryCalculation(), noBooster);
+        powerOf(radioUnitCalculation(), noBooster);
     }
 
     int ask(const CalculationData& data, const BoosterOf& booster, long& power) const {
@@ -80,7 +76,7 @@ protected:
 TEST_P(RadioUnitFamilies, AddTheOffsetToThePmaxOfTheReference) {
     TraceCapture trace(6);
 
-    EXPECT_EQ(powerOf(ordinaryCalculation(), noBooster), 2200);
+    EXPECT_EQ(powerOf(radioUnitCalculation(), noBooster), 2200);
 
     EXPECT_THAT(
         trace.lines(),
@@ -93,7 +89,7 @@ TEST_P(RadioUnitFamilies, AddTheOffsetToThePmaxOfTheReference) {
 }
 
 TEST_P(RadioUnitFamilies, AreBoundedByThePmaxOfTheActualModulation) {
-    CalculationData data = ordinaryCalculation();
+    CalculationData data = radioUnitCalculation();
     data.rsec = EReferenceSEC::Class4H;
     data.pmaxActualModulation = 2199;
     TraceCapture trace(6);
@@ -115,7 +111,7 @@ TEST_P(RadioUnitFamilies, AreBoundedByThePmaxOfTheActualModulation) {
 }
 
 TEST_P(RadioUnitFamilies, ReadNeitherTheCompensationNorTheSelectedMinimum) {
-    CalculationData data = ordinaryCalculation();
+    CalculationData data = radioUnitCalculation();
     data.csPowerCompensation = -5000;
     data.pmaxSelectedMinModulation = -5000;
     data.selectedMinModulation = Modulation::UNDEFINED;
@@ -124,12 +120,12 @@ TEST_P(RadioUnitFamilies, ReadNeitherTheCompensationNorTheSelectedMinimum) {
 }
 
 TEST_P(RadioUnitFamilies, TakeNoNoticeOfTheBoosterWithoutPresence) {
-    EXPECT_EQ(powerOf(ordinaryCalculation(), {0, 5000, -5000, Modulation::CW}), 2200);
-    EXPECT_EQ(powerOf(ordinaryCalculation(), {0, -5000, 5000, Modulation::UNDEFINED}), 2200);
+    EXPECT_EQ(powerOf(radioUnitCalculation(), {0, 5000, -5000, Modulation::CW}), 2200);
+    EXPECT_EQ(powerOf(radioUnitCalculation(), {0, -5000, 5000, Modulation::UNDEFINED}), 2200);
 }
 
 TEST_P(RadioUnitFamilies, TakeEveryBoosterStepInOrder) {
-    CalculationData data = ordinaryCalculation();
+    CalculationData data = radioUnitCalculation();
     data.pmaxActualModulation = 2500;
     TraceCapture trace(6);
 
@@ -154,7 +150,7 @@ TEST_P(RadioUnitFamilies, TakeEveryBoosterStepInOrder) {
 TEST_P(RadioUnitFamilies, AddNoBandAdjustmentForPresence7) {
     TraceCapture trace(6);
 
-    EXPECT_EQ(powerOf(ordinaryCalculation(), {7, 400, 5000, Modulation::QAM256}), 2500);
+    EXPECT_EQ(powerOf(radioUnitCalculation(), {7, 400, 5000, Modulation::QAM256}), 2500);
 
     EXPECT_THAT(
         trace.lines(),
@@ -172,14 +168,14 @@ TEST_P(RadioUnitFamilies, AddNoBandAdjustmentForPresence7) {
 
 TEST_P(RadioUnitFamilies, AddTheAdjustmentOfBand0ForEveryOtherPresence) {
     for (const int presence : {intMin, -7, -1, 1, 2, 3, 6, 8, 70, intMax}) {
-        EXPECT_EQ(powerOf(ordinaryCalculation(), {presence, 0, 5000, Modulation::QAM256}), 3100)
+        EXPECT_EQ(powerOf(radioUnitCalculation(), {presence, 0, 5000, Modulation::QAM256}), 3100)
             << presence;
     }
-    EXPECT_EQ(powerOf(ordinaryCalculation(), {7, 0, 5000, Modulation::QAM256}), 2900);
+    EXPECT_EQ(powerOf(radioUnitCalculation(), {7, 0, 5000, Modulation::QAM256}), 2900);
 }
 
 TEST_P(RadioUnitFamilies, TakeTheGainOutAndBoundByTheInputPower) {
-    const CalculationData data = ordinaryCalculation();
+    const CalculationData data = radioUnitCalculation();
 
     EXPECT_EQ(powerOf(data, {1, 0, 3099, Modulation::QAM16}), 3099);
     EXPECT_EQ(powerOf(data, {1, 0, 3100, Modulation::QAM16}), 3100);
@@ -190,7 +186,7 @@ TEST_P(RadioUnitFamilies, TakeTheGainOutAndBoundByTheInputPower) {
 }
 
 TEST_P(RadioUnitFamilies, BoundTheBoostedPowerByThePmaxOfTheActualModulation) {
-    CalculationData data = ordinaryCalculation();
+    CalculationData data = radioUnitCalculation();
     data.pmaxActualModulation = 3099;
     EXPECT_EQ(powerOf(data, {1, 0, 5000, Modulation::QAM16}), 3099);
 
@@ -206,7 +202,7 @@ TEST_P(RadioUnitFamilies, DoNotApplyAboveTheModulationOfTheBooster) {
         long power = 4711;
         TraceCapture trace(6);
 
-        EXPECT_EQ(ask(ordinaryCalculation(), {presence, 0, 5000, Modulation::QAM4}, power), 2);
+        EXPECT_EQ(ask(radioUnitCalculation(), {presence, 0, 5000, Modulation::QAM4}, power), 2);
 
         EXPECT_EQ(power, 4711);
         EXPECT_THAT(trace.lines(),
@@ -221,7 +217,7 @@ TEST_P(RadioUnitFamilies, DoNotApplyAboveTheModulationOfTheBooster) {
 }
 
 TEST_P(RadioUnitFamilies, ApplyUpToTheModulationOfTheBooster) {
-    const CalculationData data = ordinaryCalculation();
+    const CalculationData data = radioUnitCalculation();
     long power = 4711;
 
     EXPECT_EQ(ask(data, {1, 0, 5000, Modulation{15}}, power), 2);
@@ -233,7 +229,7 @@ TEST_P(RadioUnitFamilies, ApplyUpToTheModulationOfTheBooster) {
 }
 
 TEST_P(RadioUnitFamilies, ComputeIn32BitsThatWrap) {
-    CalculationData data = ordinaryCalculation();
+    CalculationData data = radioUnitCalculation();
     data.pmaxRefMaxModulation = intMax;
     data.pmaxActualModulation = intMax;
 
@@ -242,11 +238,6 @@ TEST_P(RadioUnitFamilies, ComputeIn32BitsThatWrap) {
     EXPECT_EQ(powerOf(data, {1, -148, intMax, Modulation::QAM16}), intMin);
     EXPECT_EQ(powerOf(data, {1, -147, intMax, Modulation::QAM16}), intMax);
     EXPECT_EQ(powerOf(data, {1, intMin, intMax, Modulation::QAM16}), -148);
-}
-
-template <class Family>
-Calculator* calculatorOf() {
-    return Family::getInstance();
 }
 
 INSTANTIATE_TEST_SUITE_P(

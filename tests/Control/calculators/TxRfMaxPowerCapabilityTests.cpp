@@ -1,5 +1,6 @@
 #include "TxRfMaxPowerCapability.h"
 
+#include "Calculation.h"
 #include "IAcmHandler.h"
 #include "ICapabilityHandler.h"
 #include "InterfaceBroker.h"
@@ -10,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -22,8 +22,6 @@ using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 
-constexpr int intMin = std::numeric_limits<std::int32_t>::min();
-constexpr int intMax = std::numeric_limits<std::int32_t>::max();
 constexpr unsigned refused = 32768;
 
 static_assert(std::has_virtual_destructor_v<TxRfMaxPowerCapability>);

@@ -19,7 +19,7 @@ using traced::sequence;
 
 namespace {
 
-constexpr auto configured = OutputPowerCalculator::UseConfiguredFF::Configured;
+constexpr auto fromConfigured = OutputPowerCalculator::UseConfiguredFF::Configured;
 constexpr auto byId = OutputPowerCalculator::UseConfiguredFF::ById;
 
 const std::string acmFailed =
@@ -466,7 +466,7 @@ TEST_P(CapabilityLimitOf, modemAndRadioIsTheLowerOne) {
     TraceCapture trace(6);
 
     const Modulation limit =
-        Inside::limitMaxModDueToRadioCapability(sut, configured, 0, GetParam().modem);
+        Inside::limitMaxModDueToRadioCapability(sut, fromConfigured, 0, GetParam().modem);
 
     EXPECT_EQ(limit, GetParam().limit);
     EXPECT_THAT(trace.lines(), ElementsAreArray(traced::limit("0", "No", GetParam().modemText,
@@ -511,7 +511,7 @@ TEST_F(CapabilityLimit, ofARadioThatProvidesNoAnswersIsTheModems) {
         });
 
     const Modulation limit =
-        Inside::limitMaxModDueToRadioCapability(sut, configured, 0, Modulation::QAM1024);
+        Inside::limitMaxModDueToRadioCapability(sut, fromConfigured, 0, Modulation::QAM1024);
 
     EXPECT_EQ(limit, Modulation::QAM1024);
 }
@@ -524,7 +524,7 @@ TEST_F(CapabilityLimitCalls, ofTheConfiguredFrameFormatAskForItsMarket) {
     EXPECT_CALL(node.capabilityHandler,
                 getMaxModulationWithoutLimitation(EFrameFormatMarket::Global));
 
-    Inside::limitMaxModDueToRadioCapability(sut, configured, 7, Modulation::QAM64);
+    Inside::limitMaxModDueToRadioCapability(sut, fromConfigured, 7, Modulation::QAM64);
 }
 
 TEST_F(CapabilityLimitCalls, ofAFrameFormatByIdAskForItsMarket) {
@@ -566,7 +566,7 @@ TEST_F(CapabilityLimitCalls, ofAConfiguredFrameFormatPassItsProfiles) {
     EXPECT_CALL(node.capabilityHandler, getPerformanceProfileIndex);
     EXPECT_CALL(node.capabilityHandler, getMaxModulationLimitedByHw(Eq(Profiles{1, 2, 3}), 2));
 
-    Inside::limitMaxModDueToRadioCapability(sut, configured, 7, Modulation::QAM64);
+    Inside::limitMaxModDueToRadioCapability(sut, fromConfigured, 7, Modulation::QAM64);
 }
 
 TEST_F(CapabilityLimitCalls, ofAConfiguredFrameFormatWithCarrierAggregationPassThoseProfiles) {
@@ -579,7 +579,7 @@ TEST_F(CapabilityLimitCalls, ofAConfiguredFrameFormatWithCarrierAggregationPassT
     EXPECT_CALL(node.capabilityHandler, getPerformanceProfileIndex);
     EXPECT_CALL(node.capabilityHandler, getMaxModulationLimitedByHw(Eq(Profiles{4, 5}), 2));
 
-    Inside::limitMaxModDueToRadioCapability(sut, configured, 7, Modulation::QAM64);
+    Inside::limitMaxModDueToRadioCapability(sut, fromConfigured, 7, Modulation::QAM64);
 }
 
 TEST_F(CapabilityLimitCalls, ofAFrameFormatByIdPassItsProfiles) {
@@ -628,7 +628,7 @@ TEST_F(CapabilityLimitCalls, ofAFrameFormatThatWritesNoProfilesPassNone) {
     EXPECT_CALL(node.capabilityHandler, getPerformanceProfileIndex);
     EXPECT_CALL(node.capabilityHandler, getMaxModulationLimitedByHw(IsEmpty(), 2));
 
-    Inside::limitMaxModDueToRadioCapability(sut, configured, 0, Modulation::QAM64);
+    Inside::limitMaxModDueToRadioCapability(sut, fromConfigured, 0, Modulation::QAM64);
 }
 
 // Adaptive modulation
