@@ -24,13 +24,13 @@ test: build ## build and run all tests
 setup: ## install what is missing from Debian's packages
 	scripts/setup
 
-tsan: ## run all tests under the thread sanitizer
+tsan: ## run the tests that start threads under the thread sanitizer
 	scripts/setup coverage
 	cmake --preset tsan
 	cmake --build --preset tsan
 	ctest --preset tsan
 
-coverage: ## run all tests under the address and undefined-behaviour sanitizers; fail below 100 % of the library's lines, branches and conditions
+coverage: build ## run all tests under the address and undefined-behaviour sanitizers; fail below 100 % of the library's lines, branches and conditions
 	scripts/coverage
 
 board: build ## build and test everything for the board, under the emulator

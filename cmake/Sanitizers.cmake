@@ -15,9 +15,11 @@ function(qor_optimise_sanitized target)
     endif()
 endfunction()
 
-# qor_replaces_operator_new(TARGET): the program has an operator new of its own. clang links its thread
-# sanitizer as a whole, operators included, which would then be there twice; its shared form gives way.
+# qor_replaces_operator_new(TARGET): the program has an operator new of its own. In one source with what
+# uses it the compiler would doubt it. clang links its thread sanitizer as a whole, operators included,
+# which would then be there twice; its shared form gives way.
 function(qor_replaces_operator_new target)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD OFF)
     if(QOR_SANITIZE MATCHES "thread" AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
         execute_process(
             COMMAND ${CMAKE_CXX_COMPILER}

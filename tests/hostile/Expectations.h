@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DrivenTool.h"
 #include "MeasuredTool.h"
 #include "ToolCommand.h"
 
@@ -7,13 +8,6 @@
 #include <string>
 
 inline constexpr std::size_t mebibyte = std::size_t{1} << 20;
-
-// The documented statuses.
-inline constexpr int done = 0;
-inline constexpr int answerIsNo = 1;
-inline constexpr int badRadioFile = 2;
-inline constexpr int serviceDidNotStart = 3;
-inline constexpr int otherTrouble = 4;
 
 /// A radio of the first outdoor family without its capability handler; further keys have to follow.
 extern const char* const radioStart;

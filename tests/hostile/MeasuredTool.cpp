@@ -1,5 +1,6 @@
 #include "MeasuredTool.h"
 
+#include "DrivenTool.h"
 #include "ScratchFolder.h"
 
 #include <cerrno>
@@ -9,7 +10,6 @@
 #include <cstring>
 #include <filesystem>
 #include <ostream>
-#include <sstream>
 #include <stdexcept>
 #include <utility>
 
@@ -33,17 +33,6 @@ int opened(const std::string& path, int flags) {
         fail(path);
     }
     return descriptor;
-}
-
-std::vector<std::string> commandLine(const std::vector<std::string>& arguments) {
-    std::vector<std::string> words;
-    std::istringstream emulator(QOR_POWER_EMULATOR);
-    for (std::string word; std::getline(emulator, word, '|');) {
-        words.push_back(word);
-    }
-    words.emplace_back(QOR_POWER_TOOL);
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    return words;
 }
 
 std::string contentOf(const std::filesystem::path& path, std::size_t atMost) {
@@ -136,6 +125,7 @@ MeasuredTool& MeasuredTool::withReaderOf(std::size_t bytes) {
 }
 
 ToolRun MeasuredTool::run() const {
+    const std::vector<std::string> words = DrivenTool::commandLine(m_arguments);
     const ScratchFolder own;
     const ScratchFolder folder;
     const std::filesystem::path outputPath = own.path() / "output";
@@ -167,7 +157,7 @@ ToolRun MeasuredTool::run() const {
         fail("fork");
     }
     if (child == 0) {
-        becomeTool(commandLine(m_arguments), folder.path(), streams);
+        becomeTool(words, folder.path(), streams);
     }
     ::close(streams.input);
     ::close(streams.output);

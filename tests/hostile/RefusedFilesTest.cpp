@@ -1,3 +1,4 @@
+#include "DrivenTool.h"
 #include "Expectations.h"
 #include "HostileFile.h"
 #include "MeasuredTool.h"
@@ -237,9 +238,9 @@ std::vector<ToolCommand> commandsInOwnWay() {
 /// Where nothing is measured, one is enough: sanitizers and the emulator take minutes.
 std::vector<ToolCommand> commandsOfLargeFiles() {
     std::vector<ToolCommand> commands = commandsInOwnWay();
-#ifndef QOR_HOSTILE_LIMITS
-    commands.erase(commands.begin() + 1, commands.end());
-#endif
+    if (!DrivenTool::isMeasured()) {
+        commands.erase(commands.begin() + 1, commands.end());
+    }
     return commands;
 }
 
@@ -272,33 +273,33 @@ std::vector<Refused> filesOfEachKind() {
     return found;
 }
 
-std::string nameOf(const testing::TestParamInfo<std::tuple<ToolCommand, Refused>>& test) {
+std::string nameOfRefused(const testing::TestParamInfo<std::tuple<ToolCommand, Refused>>& test) {
     return std::string(std::get<0>(test.param).name) + '_' + std::get<1>(test.param).name;
 }
 
 INSTANTIATE_TEST_SUITE_P(Large, RefusedFile,
                          testing::Combine(testing::ValuesIn(commandsOfLargeFiles()),
                                           testing::ValuesIn(largeFiles)),
-                         nameOf);
+                         nameOfRefused);
 
 INSTANTIATE_TEST_SUITE_P(Deep, RefusedFile,
                          testing::Combine(testing::ValuesIn(commandsInOwnWay()),
                                           testing::ValuesIn(deepFiles)),
-                         nameOf);
+                         nameOfRefused);
 
 INSTANTIATE_TEST_SUITE_P(Numbers, RefusedFile,
                          testing::Combine(testing::ValuesIn(commandsInOwnWay()),
                                           testing::ValuesIn(oddNumbers)),
-                         nameOf);
+                         nameOfRefused);
 
 INSTANTIATE_TEST_SUITE_P(Texts, RefusedFile,
                          testing::Combine(testing::ValuesIn(commandsInOwnWay()),
                                           testing::ValuesIn(oddTexts)),
-                         nameOf);
+                         nameOfRefused);
 
 INSTANTIATE_TEST_SUITE_P(OfEachKind, RefusedFile,
                          testing::Combine(testing::ValuesIn(commandsInCommonWay()),
                                           testing::ValuesIn(filesOfEachKind())),
-                         nameOf);
+                         nameOfRefused);
 
 } // namespace

@@ -12,25 +12,12 @@
 
 namespace {
 
-using Json = nlohmann::json;
-
-constexpr int done = 0;
 constexpr int badLine = 2;
-constexpr int otherTrouble = 4;
 
-std::vector<std::string> linesOf(const std::string& text) {
-    std::istringstream stream(text);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(stream, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
-
-std::vector<Json> documentsOf(const std::string& text) {
-    std::vector<Json> documents;
+std::vector<nlohmann::json> documentsOf(const std::string& text) {
+    std::vector<nlohmann::json> documents;
     for (const std::string& line : linesOf(text)) {
-        documents.push_back(Json::parse(line));
+        documents.push_back(nlohmann::json::parse(line));
     }
     return documents;
 }
@@ -42,7 +29,7 @@ ToolResult runBatch(const std::string& input, std::vector<std::string> arguments
 
 /// A radio file as a list may hold it: on one line.
 std::string onOneLine(const std::string& path) {
-    return Json::parse(contentOf(path), nullptr, true, true).dump();
+    return nlohmann::json::parse(contentOf(path), nullptr, true, true).dump();
 }
 
 TEST(Batch, AnswersEveryLineInItsPlace) {
@@ -50,7 +37,7 @@ TEST(Batch, AnswersEveryLineInItsPlace) {
                                        "radios/radio-unit-booster.json\n");
 
     EXPECT_EQ(result.status, done) << result;
-    const std::vector<Json> answers = documentsOf(result.output);
+    const std::vector<nlohmann::json> answers = documentsOf(result.output);
     ASSERT_EQ(answers.size(), 2U);
     EXPECT_EQ(answers[0]["radioFile"], "radios/outdoor1.json");
     EXPECT_EQ(answers[1]["radioFile"], "radios/radio-unit-booster.json");
@@ -62,7 +49,7 @@ TEST(Batch, AnswersEveryLineInItsPlace) {
 TEST(Batch, SaysOfEveryCodeThePowerAndTheRuleThatDecides) {
     const ToolResult result = runBatch("radios/outdoor1.json\n");
 
-    const Json rows = documentsOf(result.output).at(0)["rows"];
+    const nlohmann::json rows = documentsOf(result.output).at(0)["rows"];
     ASSERT_EQ(rows.size(), 6U);
     EXPECT_EQ(rows[2]["name"], "16QAM");
     EXPECT_EQ(rows[2]["maxPowerCentiDbm"], 2250);
@@ -77,7 +64,7 @@ TEST(Batch, TakesARadioFileThatStandsInTheLine) {
     const ToolResult byPath = runBatch("radios/outdoor1.json\n", {"--quiet"});
     const ToolResult inLine = runBatch(onOneLine("radios/outdoor1.json") + '\n', {"--quiet"});
 
-    Json expected = documentsOf(byPath.output).at(0);
+    nlohmann::json expected = documentsOf(byPath.output).at(0);
     expected["radioFile"] = nullptr;
     EXPECT_EQ(documentsOf(inLine.output).at(0), expected);
 }
@@ -90,7 +77,7 @@ TEST(Batch, GivesTheIdOfALineBack) {
                                        "node 19\tno-such-file.json\n"
                                        "\tradios/outdoor1.json\n");
 
-    const std::vector<Json> answers = documentsOf(result.output);
+    const std::vector<nlohmann::json> answers = documentsOf(result.output);
     ASSERT_EQ(answers.size(), 4U);
     EXPECT_EQ(answers[0]["id"], "node 17");
     EXPECT_EQ(answers[1]["id"], "node 18");
@@ -121,7 +108,7 @@ struct BadLine {
     const char* what;
     std::string line;
     std::string error; ///< the beginning of it
-    Json place = nullptr;
+    nlohmann::json place = nullptr;
 };
 
 void PrintTo(const BadLine& bad, std::ostream* stream) {
@@ -135,7 +122,7 @@ TEST_P(BatchBadLine, IsAnsweredInItsPlaceAndCounted) {
         runBatch("radios/outdoor1.json\n" + GetParam().line + "\nradios/outdoor1.json\n");
 
     EXPECT_EQ(result.status, badLine) << result;
-    const std::vector<Json> answers = documentsOf(result.output);
+    const std::vector<nlohmann::json> answers = documentsOf(result.output);
     ASSERT_EQ(answers.size(), 3U) << result;
     EXPECT_TRUE(answers[0]["error"].is_null());
     EXPECT_TRUE(answers[1]["error"].get<std::string>().starts_with(GetParam().error))
@@ -168,7 +155,7 @@ TEST(Batch, KeepsTheHeadingOfANodeWhoseQueryFails) {
         runBatch("radios/outdoor1.json\nradios/radio-unit-booster.json\n", {"--frame-format", "7"});
 
     EXPECT_EQ(result.status, badLine) << result;
-    const std::vector<Json> answers = documentsOf(result.output);
+    const std::vector<nlohmann::json> answers = documentsOf(result.output);
     ASSERT_EQ(answers.size(), 2U);
     EXPECT_TRUE(answers[0]["error"].is_null());
     EXPECT_TRUE(answers[1]["error"].get<std::string>().starts_with(

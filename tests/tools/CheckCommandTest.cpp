@@ -14,21 +14,8 @@
 
 namespace {
 
-constexpr int done = 0;
-constexpr int answerIsNo = 1;
-constexpr int badRadioFile = 2;
-constexpr int otherTrouble = 4;
-
 const std::string sound = "../../examples/radios/18ghz-ansi-high-radio-unit-old-booster.json";
 const std::string withHints = "../../examples/radios/13ghz-etsi-radio-unit-old.json";
-
-std::vector<std::filesystem::path> exampleRadios() {
-    std::vector<std::filesystem::path> paths;
-    for (const auto& entry : std::filesystem::directory_iterator(QOR_EXAMPLE_RADIOS)) {
-        paths.push_back(entry.path());
-    }
-    return paths;
-}
 
 TEST(Check, ReportsWhatItFindsAsEditorsReadIt) {
     const ToolResult result = runTool({"check", "check/rising.json"});
@@ -158,8 +145,8 @@ TEST(Check, FailsWhereItCannotWrite) {
 
 TEST(Check, FindsNoMoreThanHintsInTheExamples) {
     ASSERT_GE(exampleRadios().size(), 8U);
-    for (const std::filesystem::path& path : exampleRadios()) {
-        const ToolResult result = runTool({"check", path.string()});
+    for (const std::string& path : exampleRadios()) {
+        const ToolResult result = runTool({"check", path});
 
         EXPECT_EQ(result.status, done) << result;
         EXPECT_EQ(result.errors, "");

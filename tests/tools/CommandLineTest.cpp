@@ -10,9 +10,6 @@
 
 namespace {
 
-constexpr int done = 0;
-constexpr int otherTrouble = 4;
-
 TEST(Help, OfTheToolBeginsWithExamples) {
     const ToolResult result = runTool({"--help"});
 

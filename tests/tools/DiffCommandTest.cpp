@@ -21,9 +21,6 @@ namespace {
 
 constexpr int equal = 0;
 constexpr int different = 1;
-constexpr int badRadioFile = 2;
-constexpr int serviceDidNotStart = 3;
-constexpr int otherTrouble = 4;
 
 std::string outdoorWith(const std::string& from, const std::string& to) {
     std::string text = contentOf("radios/outdoor1.json");

@@ -11,19 +11,6 @@
 
 namespace {
 
-constexpr int done = 0;
-
-std::vector<std::string> exampleRadios() {
-    std::vector<std::string> paths;
-    for (const auto& entry : std::filesystem::directory_iterator(QOR_EXAMPLE_RADIOS)) {
-        if (entry.path().extension() == ".json") {
-            paths.push_back(entry.path().string());
-        }
-    }
-    std::sort(paths.begin(), paths.end());
-    return paths;
-}
-
 /// The values that name a table of the radio: nothing for the configured frame format, then every
 /// id.
 std::vector<std::vector<std::string>> frameFormatsOf(const std::string& path) {

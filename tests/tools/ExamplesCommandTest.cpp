@@ -14,8 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int done = 0;
-constexpr int otherTrouble = 4;
 constexpr const char* one = "13ghz-etsi-outdoor1.json";
 
 std::string textOf(const fs::path& path) {

@@ -13,25 +13,22 @@
 
 namespace {
 
-constexpr int done = 0;
-constexpr int otherTrouble = 4;
-
 ToolResult explain(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "explain");
     return runTool(arguments);
 }
 
 /// A run whose standard output is kept in a file.
-struct Golden {
+struct ExplainCase {
     std::vector<std::string> arguments; ///< behind "explain"
     const char* output;
 };
 
-void PrintTo(const Golden& golden, std::ostream* stream) {
+void PrintTo(const ExplainCase& golden, std::ostream* stream) {
     *stream << golden.output;
 }
 
-class GoldenExplanation : public testing::TestWithParam<Golden> {};
+class GoldenExplanation : public testing::TestWithParam<ExplainCase> {};
 
 TEST_P(GoldenExplanation, IsPrinted) {
     const ToolResult result = explain(GetParam().arguments);
@@ -43,14 +40,14 @@ TEST_P(GoldenExplanation, IsPrinted) {
 
 INSTANTIATE_TEST_SUITE_P(
     Radios, GoldenExplanation,
-    testing::Values(Golden{{"radios/outdoor1.json"}, "explain-outdoor1.txt"},
-                    Golden{{"radios/outdoor1.json", "41", "--format", "json"},
-                           "explain-outdoor1-16qam.json"},
-                    Golden{{"radios/fixed-booster.json", "4QAM", "--booster", "1,3,30,256QAM"},
-                           "explain-fixed-booster.txt"},
-                    Golden{{"radios/radio-unit-booster.json", "64QAM", "512QAM"},
-                           "explain-radio-unit-booster.txt"},
-                    Golden{{"radios/fixed-modulation.json"}, "explain-fixed-modulation.txt"}));
+    testing::Values(ExplainCase{{"radios/outdoor1.json"}, "explain-outdoor1.txt"},
+                    ExplainCase{{"radios/outdoor1.json", "41", "--format", "json"},
+                                "explain-outdoor1-16qam.json"},
+                    ExplainCase{{"radios/fixed-booster.json", "4QAM", "--booster", "1,3,30,256QAM"},
+                                "explain-fixed-booster.txt"},
+                    ExplainCase{{"radios/radio-unit-booster.json", "64QAM", "512QAM"},
+                                "explain-radio-unit-booster.txt"},
+                    ExplainCase{{"radios/fixed-modulation.json"}, "explain-fixed-modulation.txt"}));
 
 TEST(ExplainCommand, ExplainsTheLogOfAReplay) {
     const ToolResult replay = runTool({"replay", "--trace", "6", "radios/outdoor1.json"});

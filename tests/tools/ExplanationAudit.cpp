@@ -273,3 +273,21 @@ void ExplanationAudit::auditPlaces(const Explanation& explanation, const nlohman
         }
     }
 }
+
+std::string lineOf(const Explanation::Step& step) {
+    std::string line = codeOf(step.rule);
+    if (step.bound) {
+        line += " <=" + std::to_string(*step.bound);
+    } else if (step.kind == Explanation::Step::Kind::Change) {
+        line += (step.amount < 0 ? " " : " +") + std::to_string(step.amount);
+    }
+    return line + ' ' + std::to_string(step.running);
+}
+
+std::vector<std::string> stepsOf(const Explanation& explanation) {
+    std::vector<std::string> lines;
+    for (const Explanation::Step& step : explanation.steps) {
+        lines.push_back(lineOf(step));
+    }
+    return lines;
+}

@@ -54,3 +54,9 @@ private:
     std::uint64_t m_loggedAnswers = 0;
     std::uint64_t m_starts = 0;
 };
+
+/// A step in a line: "pmax-reference 2200", "offset-table +200 2250", "pmax-row <=2300 2250".
+std::string lineOf(const Explanation::Step& step);
+
+/// All steps of an explanation, likewise.
+std::vector<std::string> stepsOf(const Explanation& explanation);

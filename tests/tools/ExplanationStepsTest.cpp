@@ -1,4 +1,5 @@
 #include "BatchResult.h"
+#include "ExplanationAudit.h"
 #include "LoggedPowers.h"
 #include "PowerTableQuery.h"
 #include "RadioFileReader.h"
@@ -23,30 +24,10 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 using Lines = std::vector<std::string>;
-using Json = nlohmann::json;
 
-Json radioNamed(const std::string& name) {
+nlohmann::json radioNamed(const std::string& name) {
     std::ifstream stream(QOR_TOOL_TESTS "/radios/" + name);
-    return Json::parse(stream, nullptr, true, true);
-}
-
-/// "pmax-reference 2200", "offset-table +200 2250", "pmax-row <=2300 2250".
-std::string lineOf(const Explanation::Step& step) {
-    std::string line = codeOf(step.rule);
-    if (step.bound) {
-        line += " <=" + std::to_string(*step.bound);
-    } else if (step.kind == Explanation::Step::Kind::Change) {
-        line += (step.amount < 0 ? " " : " +") + std::to_string(step.amount);
-    }
-    return line + ' ' + std::to_string(step.running);
-}
-
-Lines stepsOf(const Explanation& explanation) {
-    Lines lines;
-    for (const Explanation::Step& step : explanation.steps) {
-        lines.push_back(lineOf(step));
-    }
-    return lines;
+    return nlohmann::json::parse(stream, nullptr, true, true);
 }
 
 /// "binding pmax-row 2100", "next offset-table 2150 +50".
@@ -86,7 +67,7 @@ Explanation explanationOf(const ExplainedTable& explained, int code) {
 }
 
 /// Explains a code of a radio, and makes sure that it adds up to the answer.
-Explanation explain(const Json& radio, int code, const PowerTableQuery& query = {}) {
+Explanation explain(const nlohmann::json& radio, int code, const PowerTableQuery& query = {}) {
     const Explanation explanation =
         explanationOf(query.explain(RadioFileReader::read(radio.dump())), code);
     EXPECT_EQ(explanation.mismatch, "");
@@ -167,7 +148,7 @@ TEST(FirstOutdoorFamily, ATemporaryCutbackTakesThePlaceOfThePermanentOne) {
 }
 
 TEST(FirstOutdoorFamily, AReferenceWithoutAnOffsetCountsFromZero) {
-    Json radio = radioNamed("outdoor1.json");
+    nlohmann::json radio = radioNamed("outdoor1.json");
     radio["capabilityHandler"].erase("maxModulationWithoutLimitation");
     radio["capabilityHandler"]["pmaxDpd1Etsi"].push_back({"65536QAM", 1000});
     radio["frameFormat"]["modulationAndCodes"] = {"4QAM", "65536QAM"};
@@ -182,7 +163,7 @@ TEST(FirstOutdoorFamily, AReferenceWithoutAnOffsetCountsFromZero) {
 }
 
 TEST(FirstOutdoorFamily, AMissingRowDeniesThePower) {
-    Json radio = radioNamed("outdoor1.json");
+    nlohmann::json radio = radioNamed("outdoor1.json");
     radio["frameFormat"]["modulationAndCodes"] = {"4QAM", "128QAM", "256QAM"};
 
     const Explanation sut = explain(radio, qam128);
@@ -220,7 +201,7 @@ TEST(FirstOutdoorFamily, AnUnknownDpdVersionHasNoTable) {
 }
 
 TEST(FirstOutdoorFamily, SumsThatLeave32BitsWrap) {
-    Json radio = radioNamed("outdoor1.json");
+    nlohmann::json radio = radioNamed("outdoor1.json");
     radio["variables"]["channel.1.tx.rf.pmax.cs.comp.v2.array"] = {28, 2147483647};
 
     const Explanation sut = explain(radio, qam256);
@@ -246,8 +227,8 @@ TEST(FirstOutdoorFamily, ACutbackOfMoreThan31BitsIsTakenAsItIs) {
 
 // Third outdoor family at RSEC 4L: the cap is Pmax of 16QAM.
 
-Json thirdOutdoorRadio() {
-    Json radio = radioNamed("outdoor1.json");
+nlohmann::json thirdOutdoorRadio() {
+    nlohmann::json radio = radioNamed("outdoor1.json");
     radio["capabilityHandler"]["productNumber"] = "QZT 846 003";
     return radio;
 }
@@ -283,9 +264,9 @@ TEST(ThirdOutdoorFamily, Class2HasNoCap) {
 }
 
 TEST(ThirdOutdoorFamily, ACapWithoutARowCountsAsZero) {
-    Json radio = thirdOutdoorRadio();
+    nlohmann::json radio = thirdOutdoorRadio();
     radio["capabilityHandler"]["pmaxDpd1Etsi"] =
-        Json::parse(R"([["4QAM", 2800], ["256QAM", 2200]])");
+        nlohmann::json::parse(R"([["4QAM", 2800], ["256QAM", 2200]])");
 
     const Explanation sut = explain(radio, qam4);
 
@@ -297,7 +278,7 @@ TEST(ThirdOutdoorFamily, ACapWithoutARowCountsAsZero) {
 TEST(ThirdOutdoorFamily, WithoutARuleForTheClassThePowerBeforeGoesOn) {
     PowerTableQuery query;
     query.rsec = EReferenceSEC::UNDEFINED;
-    Json radio = thirdOutdoorRadio();
+    nlohmann::json radio = thirdOutdoorRadio();
     radio["systemPowerController"]["referenceSec"] = "UNDEFINED";
 
     // 0 - 1.50 for 4QAM, from there on -1.50 for each modulation
@@ -311,8 +292,8 @@ TEST(ThirdOutdoorFamily, WithoutARuleForTheClassThePowerBeforeGoesOn) {
 // Older radio-unit family at RSEC 2: reference 256QAM, offsets 3 for 4QAM and 2 for 16QAM; booster
 // 7 for both, its band 2.
 
-Json olderRadioUnit() {
-    Json radio = radioNamed("fixed-booster.json");
+nlohmann::json olderRadioUnit() {
+    nlohmann::json radio = radioNamed("fixed-booster.json");
     radio["acmHandler"] = {{"min", "4QAM"}, {"max", "256QAM"}};
     radio["systemPowerController"]["referenceSec"] = "2";
     return radio;
@@ -378,7 +359,7 @@ TEST(OlderRadioUnitFamily, AboveTheBoostersHighestModulationThereIsNoPower) {
 }
 
 TEST(OlderRadioUnitFamily, AFixedModulationWithABoosterIsBoundByTheSelectedOne) {
-    Json radio = radioNamed("fixed-booster.json");
+    nlohmann::json radio = radioNamed("fixed-booster.json");
 
     // RSEC 4H. Selected 16QAM: min(17 + 2, 22) + 7 + 2 - 3 = 25.00, at most 22.00.
     // Asked 4QAM: min(17 + 2, 23) = 19.00, likewise 25.00, at most 23.00. The lower is 22.00.
@@ -459,7 +440,7 @@ TEST(AQueryThatFails, NamesTheRuleForEveryCode) {
     query.frameFormatId = 8;
     const ExplainedTable undefined =
         query.explain(RadioFileReader::read(radioNamed("outdoor1.json").dump()));
-    Json radio = radioNamed("outdoor1.json");
+    nlohmann::json radio = radioNamed("outdoor1.json");
     radio.erase("variables");
     const ExplainedTable uncalibrated =
         PowerTableQuery().explain(RadioFileReader::read(radio.dump()));
@@ -469,7 +450,7 @@ TEST(AQueryThatFails, NamesTheRuleForEveryCode) {
 }
 
 TEST(APmaxTableOfIntegers, HasItsFiguresInOtherPlaces) {
-    Json radio = radioNamed("outdoor1.json");
+    nlohmann::json radio = radioNamed("outdoor1.json");
     radio["capabilityHandler"]["pmaxDpd1Etsi"] = {{"integers", {4, 2800, 16, 2600, 256, 2200}}};
     radio["frameFormat"]["modulationAndCodes"] = {"4QAM", "16QAM", "256QAM"};
 

@@ -7,9 +7,6 @@
 
 namespace {
 
-constexpr int badRadioFile = 2;
-constexpr int otherTrouble = 4;
-
 /// Every command that reads a radio file treats a bad one alike.
 class BadInput : public testing::TestWithParam<const char*> {
 protected:

@@ -20,10 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int done = 0;
-constexpr int badRadioFile = 2;
-constexpr int otherTrouble = 4;
-
 std::string contentAt(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};

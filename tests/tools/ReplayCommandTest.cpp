@@ -9,11 +9,6 @@
 
 namespace {
 
-constexpr int done = 0;
-constexpr int badRadioFile = 2;
-constexpr int serviceDidNotStart = 3;
-constexpr int otherTrouble = 4;
-
 // fixed-modulation.json sets a cutback and asks nothing.
 const std::string fixedModulationLines = R"({"call":"initialize","result":0,"registered":true}
 {"call":"setPowerCutback","result":0}
@@ -22,15 +17,6 @@ const std::string fixedModulationLines = R"({"call":"initialize","result":0,"reg
 const std::string noNeighbours = R"({"channel": 1})";
 const std::string startFailed = R"({"call":"initialize","result":32768,"registered":false}
 )";
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
 
 /// outdoor1.json with an array query at the given cutback.
 std::string outdoorWith(const std::string& requests) {

@@ -32,11 +32,6 @@
 
 namespace {
 
-constexpr int done = 0;
-constexpr int badRadioFile = 2;
-constexpr int serviceDidNotStart = 3;
-constexpr int otherTrouble = 4;
-
 ToolResult sweep(const std::string& file, std::vector<std::string> options) {
     options.insert(options.begin(), {"sweep", file});
     return runTool(options);

@@ -48,10 +48,6 @@
 
 namespace {
 
-constexpr int done = 0;
-constexpr int serviceDidNotStart = 3;
-constexpr int otherTrouble = 4;
-
 /// A run whose standard output is kept in a file.
 struct Golden {
     std::vector<std::string> arguments; ///< behind "table"

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <optional>
@@ -112,17 +113,6 @@ int closedPipe() {
     return ends[1];
 }
 
-std::vector<std::string> commandLine(const std::vector<std::string>& arguments) {
-    std::vector<std::string> words;
-    std::istringstream emulator(QOR_POWER_EMULATOR);
-    for (std::string word; std::getline(emulator, word, '|');) {
-        words.push_back(word);
-    }
-    words.emplace_back(QOR_POWER_TOOL);
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    return words;
-}
-
 } // namespace
 
 bool ToolResult::hasOneErrorLine() const {
@@ -177,8 +167,7 @@ ToolProcess& ToolProcess::withEnvironment(const std::string& name, const std::st
     return *this;
 }
 
-void ToolProcess::become(int input, int output, int errors) const {
-    std::vector<std::string> words = commandLine(m_arguments);
+void ToolProcess::become(std::vector<std::string> words, int input, int output, int errors) const {
     std::vector<char*> pointers;
     for (std::string& word : words) {
         pointers.push_back(word.data());
@@ -206,6 +195,7 @@ void ToolProcess::become(int input, int output, int errors) const {
 }
 
 ToolResult ToolProcess::run() const {
+    const std::vector<std::string> words = DrivenTool::commandLine(m_arguments);
     TemporaryFile input;
     input.fill(m_input);
     const TemporaryFile output;
@@ -231,7 +221,7 @@ ToolResult ToolProcess::run() const {
         fail("fork");
     }
     if (child == 0) {
-        become(input.descriptor(), other >= 0 ? other : output.descriptor(),
+        become(words, input.descriptor(), other >= 0 ? other : output.descriptor(),
                m_hasErrorTerminal ? terminal->writer() : errors.descriptor());
     }
     if (other >= 0) {
@@ -256,6 +246,26 @@ ToolResult ToolProcess::run() const {
 
 ToolResult runTool(std::vector<std::string> arguments) {
     return ToolProcess(std::move(arguments)).run();
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+std::vector<std::string> exampleRadios() {
+    std::vector<std::string> paths;
+    for (const auto& entry : std::filesystem::directory_iterator(QOR_EXAMPLE_RADIOS)) {
+        if (entry.path().extension() == ".json") {
+            paths.push_back(entry.path().string());
+        }
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
 }
 
 std::string contentOf(const std::string& path) {

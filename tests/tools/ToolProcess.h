@@ -1,5 +1,7 @@
 #pragma once
 
+#include "DrivenTool.h"
+
 #include <iosfwd>
 #include <map>
 #include <string>
@@ -60,7 +62,8 @@ private:
         Terminal
     };
 
-    [[noreturn]] void become(int input, int output, int errors) const;
+    [[noreturn]] void become(std::vector<std::string> words, int input, int output,
+                             int errors) const;
 
     std::vector<std::string> m_arguments;
     std::string m_input;
@@ -73,6 +76,12 @@ private:
 
 /// Runs the tool with nothing but arguments.
 ToolResult runTool(std::vector<std::string> arguments);
+
+/// A text's lines without their ends.
+std::vector<std::string> linesOf(const std::string& text);
+
+/// The paths of the example radios, in order.
+std::vector<std::string> exampleRadios();
 
 /// The content of a file below the folder of these tests.
 std::string contentOf(const std::string& path);

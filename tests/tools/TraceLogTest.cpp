@@ -1,4 +1,6 @@
 #include "TraceLog.h"
+
+#include "ExplanationAudit.h"
 #include "LoggedPowers.h"
 #include "LoggedPowersForms.h"
 #include "RadioFileReader.h"
@@ -109,25 +111,6 @@ Explanation explanationOf(const Lines& lines, const OperatingInputs& given = {})
     }
     EXPECT_EQ(powers.front().explanations.front().mismatch, "");
     return powers.front().explanations.front();
-}
-
-/// "offset-table +200 1950".
-std::string lineOf(const Explanation::Step& step) {
-    std::string line = codeOf(step.rule);
-    if (step.bound) {
-        line += " <=" + std::to_string(*step.bound);
-    } else if (step.kind == Explanation::Step::Kind::Change) {
-        line += (step.amount < 0 ? " " : " +") + std::to_string(step.amount);
-    }
-    return line + ' ' + std::to_string(step.running);
-}
-
-Lines stepsOf(const Explanation& explanation) {
-    Lines lines;
-    for (const Explanation::Step& step : explanation.steps) {
-        lines.push_back(lineOf(step));
-    }
-    return lines;
 }
 
 // Lines

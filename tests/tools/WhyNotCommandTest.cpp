@@ -10,10 +10,6 @@
 
 namespace {
 
-constexpr int done = 0;
-constexpr int answerIsNo = 1;
-constexpr int otherTrouble = 4;
-
 ToolResult whyNot(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "why-not");
     return runTool(arguments);
