@@ -1,28 +1,33 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample valgrind bench bench-count bench-board format format-check lint lint-sample mutants mutants-sample proof proof-check ci clean
+.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample valgrind bench bench-count bench-board format format-check lint lint-changed mutants mutants-changed proof proof-check ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 MINUTES ?= 1
+PURPOSE ?= test
+# Of what changed since the last whole run, or since another revision.
+SINCE := $(if $(BASE),--base $(BASE),--changed)
 
 help: ## list the commands
 	@sed -n 's/^\([a-z-]*\):.*## \(.*\)/make \1	\2/p' $(MAKEFILE_LIST) | expand -t 20
 
-demo: setup ## set up, build the tool, and print the power table of an example radio (RADIO=FILE for another)
-	cmake --preset release
+demo: ## set up, build the tool, and print the power table of an example radio (RADIO=FILE for another)
+	scripts/setup build
+	test -e build/release/build.ninja || cmake --preset release -DQOR_TESTS=OFF
 	cmake --build --preset release --target qor-power
 	build/release/bin/qor-power table $(RADIO)
 
-build: setup ## build libraries, tool and tests into build/release
+build: ## build libraries, tool and tests into build/release
+	scripts/setup test
 	cmake --preset release
 	cmake --build --preset release
 
 test: build ## build and run all tests
 	ctest --preset release
 
-setup: ## install what is missing from Debian's packages
-	scripts/setup
+setup: ## install what is missing from Debian's packages, for the tests or another PURPOSE=
+	scripts/setup $(PURPOSE)
 
 tsan: ## run the tests that start threads under the thread sanitizer
 	scripts/setup coverage
@@ -40,7 +45,7 @@ packages: ## build and check the Debian packages of this machine and of the boar
 	scripts/packages
 
 abi: ## compare the library's binary contract with the one kept in abi/, for both machines
-	scripts/setup board
+	scripts/setup abi
 	scripts/abi
 
 reproducible: ## build the libraries in two folders and compare the bytes, for both machines
@@ -50,46 +55,48 @@ reproducible: ## build the libraries in two folders and compare the bytes, for b
 fuzz: ## run each fuzzer for a minute on all processors (MINUTES=N for longer)
 	scripts/fuzz $(MINUTES)
 
-fuzz-sample: ## run both fuzzers beside each other for a minute, in the build of the sanitizers
+fuzz-sample: ## run both fuzzers beside each other for 40 seconds, in the build of the sanitizers
 	scripts/setup coverage
 	cmake --preset coverage
 	cmake --build --preset coverage --target fuzz_radio_file fuzz_service
 	printf '%s\n' radio_file service | QOR_FUZZ_BUILD=build/coverage QOR_FUZZ_NO_BUILD=1 \
-		QOR_FUZZ_WORKERS=1 xargs -P 2 -n 1 scripts/fuzz 1
+		QOR_FUZZ_WORKERS=1 xargs -P 2 -n 1 scripts/fuzz 40s
 
 valgrind: build ## run the test programs under valgrind
 	scripts/valgrind build/release
 
-bench: setup ## time every query beside two yardsticks
+bench: ## time every query beside two yardsticks
 	scripts/bench
 
-bench-count: setup ## count the instructions of every query and check them against their budgets
+bench-count: ## count the instructions of every query and check them against their budgets
 	scripts/bench --count
 
 bench-board: ## likewise on the board, under the emulator
 	scripts/bench --board
 
-format: setup ## format every source file
+format: ## format every source file
+	scripts/setup format
 	scripts/format
 
-format-check: setup ## fail if a source file is not formatted
+format-check: ## fail if a source file is not formatted
+	scripts/setup format
 	scripts/format --check
 
-lint: build ## look for mistakes with clang-tidy, cppcheck and the compiler's analyser
+lint: ## look for mistakes with clang-tidy, cppcheck and the compiler's analyser
 	scripts/setup lint
-	scripts/lint build/release
+	scripts/lint $(FRESH)
 
-lint-sample: build ## likewise, but clang-tidy sees a quarter of the desk and the tool, another after each commit
+lint-changed: ## likewise in what changed since that was clean, or since BASE=REVISION, a minute and a half at most
 	scripts/setup lint
-	scripts/lint build/release --sample 4
+	scripts/lint $(SINCE) --minutes 1.2
 
-mutants: setup ## change the library in every small way; fail if the tests let a change through
-	scripts/setup mutants
-	scripts/mutants
+mutants: ## change the library in every small way; fail if the tests let a change through
+	scripts/setup test mutants
+	scripts/mutants $(FRESH)
 
-mutants-sample: setup ## likewise with a fixed tenth of the changes, ten minutes at most
-	scripts/setup mutants
-	scripts/mutants --sample 10 --minutes 10
+mutants-changed: ## likewise where something changed since all were killed, or since BASE=REVISION, two minutes at most
+	scripts/setup test mutants
+	scripts/mutants $(SINCE) --minutes 1.4
 
 proof: ## write the page of figures from what the last runs left in build/
 	scripts/proof
@@ -97,13 +104,16 @@ proof: ## write the page of figures from what the last runs left in build/
 proof-check: ## fail if a figure of the page is not what the last run gave
 	scripts/proof --check
 
-# What fails soonest comes first.
-ci_steps := format-check test bench-count lint-sample mutants-sample coverage fuzz-sample tsan board packages
+# What fails soonest comes first, and what others need: the mutants and the packages use what the tests and
+# the board's step have built. One after the other, as each keeps all processors busy.
+ci_steps := format-check test bench-count lint-changed mutants-changed coverage fuzz-sample tsan board packages
+ci_seconds := 1800
 
 ci: ## everything that has to pass before a change lands, and how long each step takes
 	@begin=$$(date +%s); took=; for step in $(ci_steps); do \
 		before=$$(date +%s); $(MAKE) --no-print-directory $$step || exit; now=$$(date +%s); \
-		took="$$took $$step $$((now - before)) s,"; echo "ci:$$took $$((now - begin)) s in all"; \
+		took="$$took $$step $$((now - before)) s,"; \
+		echo "ci:$$took $$((now - begin)) s of $(ci_seconds) in all"; \
 	done
 
 clean: ## remove everything that was built

@@ -1,9 +1,9 @@
 """The fast suite, as it is built and run against a mutant.
 
-Everything is built once without a change. For a mutant the source files that it touches are compiled
-from a copy of the tree, and the test programs are linked again with those objects in place of the
-unchanged ones, by the build's own commands. Only that the mutants themselves are compiled by clang,
-which does so in one process and in half the time.
+The test programs are those of the build that is shipped. For a mutant the source files that it touches are
+compiled from a copy of the tree, and the test programs are linked again with those objects in place of the
+unchanged ones, by the build's own commands. Only that what is compiled again is not optimised, and compiled
+by clang, which does so in one process and in half the time.
 
 The headers of interfaces/ and platform/ are used by the tests as they are by the library: for a mutant of
 one of them a program's own sources that include it are compiled as well, or an unchanged copy of an inline
@@ -20,6 +20,7 @@ import shutil
 import subprocess
 import threading
 import time
+from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass
 from pathlib import Path
 
@@ -33,6 +34,9 @@ COMPARED_FILES = 100
 # A mutant that reads or writes where it must not may go unseen without them.
 SANITIZERS = ("-fsanitize=address,undefined", "-fno-sanitize-recover=all")
 SANITIZED = ("calculators_tests", "service_tests", "interfaces_tests")
+
+# Optimisation, debug information, warnings, and what goes with the first.
+UNWANTED = re.compile(r"-O.?$|-g\d?$|-W(?!l,|p,)|-[DU]_FORTIFY_SOURCE|-DNDEBUG$")
 
 # What takes the most time to compile, done once: the standard headers, which no mutant changes.
 STANDARD_HEADERS = ("algorithm array cstddef cstdint cstring iterator limits map ostream sstream "
@@ -58,6 +62,18 @@ class Unit:
     source: str
     arguments: tuple
     output: str
+
+    @staticmethod
+    def quick(words):
+        """The words of a compiler's command without what costs time and finds nothing in a mutant."""
+        kept = []
+        for word in words:
+            if kept and kept[-1] == "-include":
+                kept.pop()  # a header that the build has precompiled; no source relies on it
+            elif not UNWANTED.match(word):
+                kept.append(word)
+        at = kept.index("-o")
+        return (*kept[:at], "-O0", "-g0", "-w", *kept[at:])
 
     def options(self):
         """What decides, besides the source and where its headers are, how it is compiled."""
@@ -113,7 +129,7 @@ def digest(*parts):
     for part in parts:
         sha.update(part if isinstance(part, bytes) else str(part).encode())
         sha.update(b"\0")
-    return sha.hexdigest()
+    return sha.hexdigest()[:24]
 
 
 class SuiteError(Exception):
@@ -121,16 +137,17 @@ class SuiteError(Exception):
 
 
 class Suite:
-    def __init__(self, project, build, jobs):
+    def __init__(self, project, programs, build, jobs):
         self.project = project
-        self.build = build
+        self.programs = programs.resolve()
+        self.build = build.resolve()
         self.jobs = jobs
         self.environment = {
-            **os.environ, "CCACHE_DISABLE": "1", "LC_ALL": "C", "LD_LIBRARY_PATH": str(build / "lib"),
+            **os.environ, "CCACHE_DISABLE": "1", "LC_ALL": "C", "LD_LIBRARY_PATH": str(self.programs / "lib"),
             "ASAN_OPTIONS": "detect_leaks=0"}
 
     def prepare(self, is_built):
-        """Builds the unchanged programs and learns their commands, times and fingerprints."""
+        """Builds the unchanged programs and learns their commands and fingerprints."""
         if not is_built:
             self._build_programs()
         self._learn_compiling()
@@ -140,9 +157,12 @@ class Suite:
         self.linker = {name: self._linker_of(command) for name, command in self.linking.items()}
         self.fingerprints = {name: self._fingerprint(name) for name in PROGRAMS}
         self.seconds = {}
-        self._try_unchanged(PROGRAMS, (), False)
         self._unchanged_lock = threading.Lock()
         self._tried_unchanged = set()
+
+    def warm_up(self):
+        """What comes before the first mutant: the programs' times."""
+        self._try_unchanged(PROGRAMS, (), False)
 
     def try_unchanged_once(self, names, options, with_own):
         """Before the first mutant is judged by what only few of them need."""
@@ -154,28 +174,31 @@ class Suite:
     def _try_unchanged(self, names, options, with_own):
         """What happens to a mutant must pass without one, or every mutant would seem killed."""
         bench = Bench(self, "unchanged")
-        objects = {}
         own = [unit for name in names for unit in self.own[name]] if with_own else []
-        for unit in (*self.library, *own):
-            objects[unit.output] = bench.compile(unit, *options)
-            if objects[unit.output] is None:
-                raise SuiteError(f"{unit.source} does not compile without any change")
-        for name in names:
-            started = time.monotonic()
-            status = bench.run(PROGRAMS[name], objects, 300, *options)
-            if status is None:
-                raise SuiteError(f"{name} does not link without any change")
-            if status != 0:
-                raise SuiteError(f"{name} fails without any change, status {status}")
-            self.seconds.setdefault(name, time.monotonic() - started)
+        units = [*self.library, *own]
+        with ThreadPoolExecutor(self.jobs) as pool:
+            compiled = pool.map(lambda unit: bench.compile(unit, *options), units)
+            objects = {unit.output: path for unit, path in zip(units, compiled)}
+            for unit in units:
+                if objects[unit.output] is None:
+                    raise SuiteError(f"{unit.source} does not compile without any change")
+
+            def run(name):
+                started = time.monotonic()
+                status = bench.run(PROGRAMS[name], objects, 300, *options)
+                self.seconds.setdefault(name, time.monotonic() - started)
+                return status
+
+            for name, status in zip(names, pool.map(run, names)):
+                if status is None:
+                    raise SuiteError(f"{name} does not link without any change")
+                if status != 0:
+                    raise SuiteError(f"{name} fails without any change, status {status}")
 
     def _build_programs(self):
-        self._run_or_raise(
-            ["cmake", "-S", str(self.project), "-B", str(self.build), "-G", "Ninja",
-             "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -g0 -w",
-             "-DQOR_TEST_BY_PROGRAM=ON"])
+        self._run_or_raise(["cmake", "--preset", "release", "-B", str(self.programs)])
         targets = {p.target for p in PROGRAMS.values() if p.target} | set(PROGRAMS)
-        self._run_or_raise(["ninja", "-C", str(self.build), f"-j{self.jobs}", *sorted(targets)])
+        self._run_or_raise(["ninja", "-C", str(self.programs), f"-j{self.jobs}", *sorted(targets)])
 
     def _run_or_raise(self, command):
         done = subprocess.run(command, capture_output=True, text=True, cwd=self.project)
@@ -187,12 +210,12 @@ class Suite:
         """How the library's and the programs' own sources are compiled, and what they include."""
         self.library = []
         self.own = {name: [] for name in PROGRAMS}
-        for entry in json.loads((self.build / "compile_commands.json").read_text()):
+        for entry in json.loads((self.programs / "compile_commands.json").read_text()):
             arguments = shlex.split(entry["command"])
             while arguments[0].endswith("ccache"):
                 del arguments[0]
             output = arguments[arguments.index("-o") + 1]
-            unit = Unit(os.path.relpath(entry["file"], self.project), tuple(arguments), output)
+            unit = Unit(os.path.relpath(entry["file"], self.project), Unit.quick(arguments), output)
             if any(f"/{folder}/" in output for folder in OBJECT_FOLDERS):
                 self.library.append(unit)
             for name, units in self.own.items():
@@ -202,13 +225,17 @@ class Suite:
         known = {unit.output for units in (self.library, *self.own.values()) for unit in units}
         self.included = {output: set() for output in known}
         output = None
-        for line in self._run_or_raise(["ninja", "-C", str(self.build), "-t", "deps"]).splitlines():
+        for line in self._run_or_raise(["ninja", "-C", str(self.programs), "-t", "deps"]).splitlines():
             if line and not line[0].isspace():
                 output = line.split(":")[0]
             elif output in known and line.strip():
-                path = os.path.relpath(os.path.join(self.build, line.strip()), self.project)
-                if not path.startswith(".."):
+                path = os.path.relpath(os.path.join(self.programs, line.strip()), self.project)
+                if self._is_source(path):
                     self.included[output].add(path)
+
+    def _is_source(self, path):
+        """Of the project, and not written by the build."""
+        return not path.startswith("..") and self.programs not in (self.project / path).parents
 
     def precompiled_for(self, unit):
         """The options by which a source finds the headers compiled before, with options like its own."""
@@ -223,7 +250,7 @@ class Suite:
         if any("GTEST" in option for option in options):
             headers += " " + TEST_HEADERS
         header = self.build / "benches" / f"standard{number}.h"
-        header.parent.mkdir(exist_ok=True)
+        header.parent.mkdir(parents=True, exist_ok=True)
         header.write_text("".join(f"#include <{name}>\n" for name in headers.split()))
         self._run_or_raise([QUICK_COMPILER, *options, "-x", "c++-header", str(header), "-o", f"{header}.pch"])
         return ("-include-pch", f"{header}.pch")
@@ -234,11 +261,19 @@ class Suite:
 
     def files_of(self, units):
         """The project's files that units are compiled from."""
-        return {f for u in units for f in (u.source, *self.included[u.output])}
+        return {f for u in units for f in (u.source, *self.included[u.output]) if self._is_source(f)}
+
+    def data_of(self, units):
+        """What lies beside the tests of units, or below, and is no code: they may read it when they run."""
+        folders = {os.path.dirname(f) + "/" for f in self.files_of(units) if f.startswith("tests/")}
+        listed = self._run_or_raise(
+            ["git", "ls-files", "--cached", "--others", "--exclude-standard", "tests"])
+        return {f for f in listed.splitlines() if f.startswith(tuple(folders))
+                and not f.endswith((".cpp", ".h", "CMakeLists.txt")) and (self.project / f).is_file()}
 
     def _link_command(self, target):
         """The linker's command of a target; what runs after it is left out."""
-        commands = self._run_or_raise(["ninja", "-C", str(self.build), "-t", "commands", target])
+        commands = self._run_or_raise(["ninja", "-C", str(self.programs), "-t", "commands", target])
         for line in reversed(commands.splitlines()):
             for part in (shlex.split(part) for part in line.split(" && ")):
                 is_link = "-o" in part and "-c" not in part
@@ -248,7 +283,7 @@ class Suite:
 
     def _linker_of(self, command):
         """What the compiler calls to link, so that it need not be started for that."""
-        told = subprocess.run([*command, "-fuse-ld=lld", "-###"], cwd=self.build, text=True,
+        told = subprocess.run([*command, "-fuse-ld=lld", "-###"], cwd=self.programs, text=True,
                               capture_output=True).stderr
         call = next(shlex.split(line) for line in told.splitlines() if "collect2" in line)
         return ["ld.lld", *(word for i, word in enumerate(call[1:])
@@ -259,7 +294,7 @@ class Suite:
         files = set(self._link_command(name)) | set(self.linking[name])
         contents = []
         for word in sorted(files):
-            path = self.build / word
+            path = self.programs / word
             is_own = any(f"/{folder}/" in word for folder in OBJECT_FOLDERS)
             is_library = "libQorOutputPowerCalculator" in word
             if path.is_file() and word.endswith((".o", ".a", ".so.1.0.0")) and not (is_own or is_library):
@@ -291,7 +326,7 @@ class Bench:
                                 rf"\g<1>{self.tree}/{room}", word) for word in arguments]
         if options and options == self.suite.precompiled.get(unit.options()):
             arguments[0] = QUICK_COMPILER
-        done = subprocess.run(arguments, cwd=self.suite.build, env=self.suite.environment,
+        done = subprocess.run(arguments, cwd=self.suite.programs, env=self.suite.environment,
                               capture_output=True)
         return done.returncode == 0
 
@@ -309,7 +344,7 @@ class Bench:
             command = [*self.suite.linking[program.name], "-fuse-ld=lld", *options]
         command = [objects.get(word, word) for word in command]
         command[command.index("-o") + 1] = str(output)
-        done = subprocess.run(command, cwd=self.suite.build,
+        done = subprocess.run(command, cwd=self.suite.programs,
                               env=self.suite.environment, capture_output=True)
         return output if done.returncode == 0 else None
 
@@ -324,7 +359,7 @@ class Bench:
             return None
         command = [str(linked)]
         if program.library:
-            command = ["env", f"LD_PRELOAD={linked}", str(self.suite.build / "bin" / program.name)]
+            command = ["env", f"LD_PRELOAD={linked}", str(self.suite.programs / "bin" / program.name)]
         # The sanitizers reserve far more memory than they use.
         memory = "" if options else "-v 8000000"
         limits = f'ulimit -c 0 -t {seconds} {memory}; exec "$@"'
