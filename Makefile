@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample valgrind bench bench-count bench-board format format-check lint lint-changed mutants mutants-changed proof proof-check ci clean
+.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample valgrind bench bench-count bench-board format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 MINUTES ?= 1
@@ -103,6 +103,9 @@ proof: ## write the page of figures from what the last runs left in build/
 
 proof-check: ## fail if a figure of the page is not what the last run gave
 	scripts/proof --check
+
+long: ## run everything whole, which takes hours, and write docs/proof.md (PARTS="lint fuzz" for some, MINUTES=N for each fuzzer)
+	scripts/long $(if $(filter-out file,$(origin MINUTES)),--minutes $(MINUTES)) $(PARTS)
 
 # What fails soonest comes first, and what others need: the mutants and the packages use what the tests and
 # the board's step have built. One after the other, as each keeps all processors busy.

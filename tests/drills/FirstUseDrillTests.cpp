@@ -1,6 +1,7 @@
 #include "Attempts.h"
 #include "CalculatorKamV2.h"
 #include "DeskTrace.h"
+#include "LoopStride.h"
 #include "Operations.h"
 
 #include <gtest/gtest.h>
@@ -93,7 +94,7 @@ std::size_t inFreshProcesses(const std::function<int(std::size_t nth)>& attempt)
             << "with allocation " << nth << " failing";
         return ending == AllWell;
     };
-    return withEachAllocationFailing(isWell, QOR_LOOP_STRIDE);
+    return withEachAllocationFailing(isWell, loopStride());
 }
 
 constexpr Modulation modulations[] = {
@@ -192,7 +193,7 @@ TEST(SecondOutdoorFamily, isSafeAtItsFirstPower) {
     };
 
     // The instance, and a node for each of the 130 cells at least.
-    EXPECT_GT(inFreshProcesses(firstPower) * QOR_LOOP_STRIDE, 130U);
+    EXPECT_GT(inFreshProcesses(firstPower) * loopStride(), 130U);
 }
 
 TEST(Construction, isSafeInAFreshProcess) {

@@ -4,6 +4,7 @@
 #include "CalculatorVo4.h"
 #include "CalculatorVo5.h"
 #include "DeskTrace.h"
+#include "LoopStride.h"
 #include "OddAnswers.h"
 #include "Operations.h"
 
@@ -34,7 +35,7 @@ Scene sceneOf(const Place& place) {
 /// so that an answer that one scene leaves out is another's.
 bool isTurn() {
     static std::size_t turn = 0;
-    return turn++ % QOR_LOOP_STRIDE == 0;
+    return turn++ % loopStride() == 0;
 }
 
 class NeighbourDrill : public ::testing::TestWithParam<Place> {

@@ -1,4 +1,5 @@
 #include "CompareReplays.h"
+#include "LoopStride.h"
 
 #include <gtest/gtest.h>
 
@@ -15,7 +16,7 @@ CompareReplays& comparison() {
 } // namespace
 
 TEST(RandomReplay, equalsTheRestatementLineForLineWithEveryTrace) {
-    for (std::uint64_t seed = 0; seed < fileCount; seed += QOR_LOOP_STRIDE) {
+    for (std::uint64_t seed = 0; seed < fileCount; seed += loopStride()) {
         const CompareReplays::Lines lines = comparison().playRandom(seed, 6);
 
         ASSERT_EQ(lines.library, lines.reference) << "random radio file " << seed;
@@ -24,7 +25,7 @@ TEST(RandomReplay, equalsTheRestatementLineForLineWithEveryTrace) {
 
 TEST(RandomReplay, equalsTheRestatementAtEveryTraceLevel) {
     for (int traceLevel = 0; traceLevel <= 6; ++traceLevel) {
-        for (std::uint64_t seed = 0; seed < fileCount / 10; seed += QOR_LOOP_STRIDE) {
+        for (std::uint64_t seed = 0; seed < fileCount / 10; seed += loopStride()) {
             const CompareReplays::Lines lines = comparison().playRandom(seed + 1000000, traceLevel);
 
             ASSERT_EQ(lines.library, lines.reference)
