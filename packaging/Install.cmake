@@ -93,7 +93,7 @@ install(CODE "
     endif()" COMPONENT ${way}DeskDevelopment ${not_by_itself})
 
 file(GLOB desk_headers CONFIGURE_DEPENDS
-    "${PROJECT_SOURCE_DIR}/desk/Simulated*.h" "${PROJECT_SOURCE_DIR}/platform/desk/*.h")
+    "${PROJECT_SOURCE_DIR}/desk/Simulated*.h" "${PROJECT_SOURCE_DIR}/platform/standin/*.h")
 install(
     FILES
         ${desk_headers}
