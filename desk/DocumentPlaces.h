@@ -7,23 +7,10 @@
 #include <string_view>
 #include <vector>
 
-/// Where the values of a JSON document stand in its text.
-///
-/// It reads the text by itself, comments included, and looks at nothing but the structure. In a
-/// text that is broken it finds what stands before the break.
+/// Where the values of a JSON document stand in its text. JsonReader fills it; of a text that it
+/// refuses, with what stands before the break.
 class DocumentPlaces {
 public:
-    /// @param text must outlive this object.
-    explicit DocumentPlaces(std::string_view text);
-
-    /// The place of the value at a path of keys and indexes; of a member of an object, the place of
-    /// its key. What the document does not hold is found where the innermost value stands that it
-    /// does hold. Of two equal keys, which no good document has, the second is found.
-    TextPlace find(const std::vector<std::string>& path) const;
-
-private:
-    class Scanner;
-
     struct Value {
         std::size_t offset = 0; ///< of the key, if it has one
         std::string key;        ///< in an object
@@ -33,6 +20,19 @@ private:
         const Value* child(const std::string& name) const;
     };
 
+    /// @param text must outlive this object.
+    explicit DocumentPlaces(std::string_view text)
+        : m_text(text) {}
+
+    /// The document as a whole; for the reader.
+    Value& root() { return m_root; }
+
+    /// The place of the value at a path of keys and indexes; of a member of an object, the place of
+    /// its key. What the document does not hold is found where the innermost value stands that it
+    /// does hold. Of two equal keys, which no good document has, the second is found.
+    TextPlace find(const std::vector<std::string>& path) const;
+
+private:
     std::string_view m_text;
     Value m_root;
 };

@@ -4,6 +4,9 @@
 #include "RadioFileError.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <nlohmann/json.hpp>
 #include <utility>
 #include <vector>
 
@@ -36,43 +39,103 @@ std::size_t lengthOf(const std::string& problem, const std::string& lastToken) {
     return isAbout("true") || isAbout("null") ? 4 : 1;
 }
 
+/// The text as the parser reads it; says how far the parser has come.
+class CountingIterator {
+public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char*;
+    using reference = const char&;
+
+    CountingIterator(const char* at, std::size_t& count)
+        : m_at(at)
+        , m_count(&count) {}
+
+    reference operator*() const { return *m_at; }
+
+    CountingIterator& operator++() {
+        ++m_at;
+        ++*m_count;
+        return *this;
+    }
+
+    friend bool operator==(const CountingIterator& left, const CountingIterator& right) {
+        return left.m_at == right.m_at;
+    }
+
+private:
+    const char* m_at;
+    std::size_t* m_count;
+};
+
+/// Where the token begins that the parser has just read.
+class TokenStart {
+public:
+    /// @param end behind the token; of a number perhaps one byte further, which ended it.
+    TokenStart(std::string_view text, std::size_t end)
+        : m_text(text)
+        , m_end(end) {}
+
+    std::size_t ofBracket() const { return m_end - 1; }
+
+    std::size_t ofWord() const {
+        constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyzE0123456789+-.";
+        const std::size_t last = m_text.find_last_of(letters, m_end - 1);
+        return m_text.find_last_not_of(letters, last) + 1; // in front of the text is npos
+    }
+
+    /// A backslash stands in front of every quotation mark inside a string, and never in front of
+    /// one that begins it.
+    std::size_t ofString() const {
+        std::size_t start = m_end - 1;
+        do {
+            start = m_text.rfind('"', start - 1);
+        } while (start > 0 && m_text[start - 1] == '\\');
+        return start;
+    }
+
+private:
+    std::string_view m_text;
+    std::size_t m_end;
+};
+
 /// Builds the document from the parser's events and refuses what the parser lets through.
 class DocumentBuilder : public nlohmann::json_sax<json> {
 public:
-    DocumentBuilder(std::string_view text, std::size_t maxValueCount)
+    /// @param places may be null.
+    DocumentBuilder(std::string_view text, std::size_t maxValueCount, DocumentPlaces* places)
         : m_text(text)
-        , m_maxValueCount(maxValueCount) {}
+        , m_maxValueCount(maxValueCount)
+        , m_places(places) {}
+
+    void read() {
+        constexpr bool isWhole = true;
+        constexpr bool ignoreComments = true;
+        const char* const end = m_text.data() + m_text.size();
+        json::sax_parse(CountingIterator(m_text.data(), m_readCount),
+                        CountingIterator(end, m_readCount), this, json::input_format_t::json,
+                        isWhole, ignoreComments);
+    }
 
     json takeDocument() { return std::move(m_document); }
 
-    bool null() override {
-        add(nullptr);
-        return true;
-    }
+    bool null() override { return addWord(nullptr); }
 
-    bool boolean(bool value) override {
-        add(value);
-        return true;
-    }
+    bool boolean(bool value) override { return addWord(value); }
 
-    bool number_integer(std::int64_t value) override {
-        add(value);
-        return true;
-    }
+    bool number_integer(std::int64_t value) override { return addWord(value); }
 
-    bool number_unsigned(std::uint64_t value) override {
-        add(value);
-        return true;
-    }
+    bool number_unsigned(std::uint64_t value) override { return addWord(value); }
 
     bool number_float(double, const std::string& asWritten) override {
         const bool isInteger = asWritten.find_first_of(".eE") == std::string::npos;
-        add(json::binary({asWritten.begin(), asWritten.end()},
-                         isInteger ? JsonReader::LargeInteger : JsonReader::Fraction));
-        return true;
+        return addWord(json::binary({asWritten.begin(), asWritten.end()},
+                                    isInteger ? JsonReader::LargeInteger : JsonReader::Fraction));
     }
 
     bool string(std::string& value) override {
+        placeValue(&TokenStart::ofString);
         add(std::move(value));
         return true;
     }
@@ -86,6 +149,11 @@ public:
 
     bool key(std::string& key) override {
         m_path.back() = key;
+        if (m_places != nullptr) {
+            DocumentPlaces::Value& member = m_openPlaces.back()->children.emplace_back();
+            member.offset = tokenStart().ofString();
+            member.key = key;
+        }
         if (m_open.back()->contains(key)) {
             throw RadioFileError(m_path, "key given twice");
         }
@@ -104,6 +172,7 @@ public:
     bool parse_error(std::size_t position, const std::string& lastToken,
                      const nlohmann::detail::exception& error) override {
         if (dynamic_cast<const nlohmann::detail::out_of_range*>(&error) != nullptr) {
+            placeValue(&TokenStart::ofWord);
             throw RadioFileError(pathOfNext(), "number too large: " + printable(lastToken));
         }
         const std::string problem = problemOf(error.what());
@@ -127,6 +196,26 @@ private:
         }
     }
 
+    TokenStart tokenStart() const { return {m_text, m_readCount}; }
+
+    /// Notes where the value that comes next begins; a member of an object stands at its key.
+    void placeValue(std::size_t (TokenStart::*start)() const) {
+        if (m_places == nullptr) {
+            return;
+        }
+        if (m_openPlaces.empty()) {
+            m_places->root().offset = (tokenStart().*start)();
+        } else if (m_openPlaces.back()->isList) {
+            m_openPlaces.back()->children.emplace_back().offset = (tokenStart().*start)();
+        }
+    }
+
+    bool addWord(json value) {
+        placeValue(&TokenStart::ofWord);
+        add(std::move(value));
+        return true;
+    }
+
     json& add(json value) {
         if (m_valueCount == m_maxValueCount) {
             throw RadioFileError(pathOfNext(),
@@ -144,33 +233,47 @@ private:
     }
 
     void open(json container) {
+        placeValue(&TokenStart::ofBracket);
         if (m_open.size() == JsonReader::maxDepth) {
             throw RadioFileError(pathOfNext(), "nested deeper than " +
                                                    std::to_string(JsonReader::maxDepth) +
                                                    " levels");
         }
         countElement();
+        const bool isList = container.is_array();
         m_open.push_back(&add(std::move(container)));
         m_path.emplace_back();
+        if (m_places != nullptr) {
+            m_openPlaces.push_back(m_openPlaces.empty() ? &m_places->root()
+                                                        : &m_openPlaces.back()->children.back());
+            m_openPlaces.back()->isList = isList;
+        }
     }
 
     bool close() {
         m_open.pop_back();
         m_path.pop_back();
+        if (m_places != nullptr) {
+            m_openPlaces.pop_back();
+        }
         return true;
     }
 
     std::string_view m_text;
     std::size_t m_maxValueCount;
+    DocumentPlaces* m_places;
+    std::size_t m_readCount = 0; ///< bytes that the parser has read
     json m_document;
     std::size_t m_valueCount = 0;
     std::vector<json*> m_open;       ///< the containers that have not ended, outermost first
     std::vector<std::string> m_path; ///< for each of them the key of its current member
+    std::vector<DocumentPlaces::Value*> m_openPlaces; ///< likewise; empty if nobody asks for places
 };
 
 } // namespace
 
-json JsonReader::read(std::string_view text, std::size_t maxSize, std::size_t maxValueCount) {
+json JsonReader::read(std::string_view text, std::size_t maxSize, std::size_t maxValueCount,
+                      DocumentPlaces* places) {
     if (text.size() > maxSize) {
         throw RadioFileError(std::vector<std::string>(),
                              "larger than " + std::to_string(maxSize) + " bytes");
@@ -180,10 +283,17 @@ json JsonReader::read(std::string_view text, std::size_t maxSize, std::size_t ma
     if (nul != std::string_view::npos) {
         throw RadioFileError(textPlaceOf(text, nul), "syntax error: NUL byte");
     }
-    constexpr bool isWhole = true;
-    constexpr bool ignoreComments = true;
-    DocumentBuilder builder(text, maxValueCount);
-    json::sax_parse(text.begin(), text.end(), &builder, json::input_format_t::json, isWhole,
-                    ignoreComments);
+    DocumentBuilder builder(text, maxValueCount, places);
+    builder.read();
     return builder.takeDocument();
+}
+
+DocumentPlaces JsonReader::placesIn(std::string_view text) {
+    DocumentPlaces places(text);
+    try {
+        read(text, text.size(), maxValues, &places);
+    } catch (const RadioFileError&) {
+        // What stands in front of what is wrong has been found.
+    }
+    return places;
 }

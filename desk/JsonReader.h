@@ -1,9 +1,10 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include "DocumentPlaces.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <nlohmann/json_fwd.hpp>
 #include <string_view>
 
 /// Turns text into a JSON document, more strictly than the JSON library does by itself.
@@ -19,9 +20,15 @@ public:
     static constexpr std::size_t maxValues = 150000;
 
     /// @param maxSize in bytes.
+    /// @param places if not null, receives the places of the text's values. Of a text that is
+    ///        refused, it holds what has been read and what is wrong.
     /// @throw RadioFileError
     static nlohmann::json read(std::string_view text, std::size_t maxSize,
-                               std::size_t maxValueCount = maxValues);
+                               std::size_t maxValueCount = maxValues,
+                               DocumentPlaces* places = nullptr);
+
+    /// The places alone, of whatever can be read of a text.
+    static DocumentPlaces placesIn(std::string_view text);
 
     /// A number that is no 64-bit integer is kept as it was written: as a binary value of this
     /// subtype if it is an integer, else of the other.

@@ -6,6 +6,7 @@
 #include "Suggestion.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 namespace {
 
@@ -84,6 +85,18 @@ std::vector<std::string> JsonValue::path() const {
     return keys;
 }
 
+bool JsonValue::isObject() const {
+    return m_value->is_object();
+}
+
+bool JsonValue::isList() const {
+    return m_value->is_array();
+}
+
+bool JsonValue::isString() const {
+    return m_value->is_string();
+}
+
 void JsonValue::expectKeys(const std::vector<std::string_view>& required,
                            const std::vector<std::string_view>& optional) const {
     expectObject();
@@ -116,8 +129,16 @@ void JsonValue::expectList(std::string_view what) const {
     }
 }
 
+bool JsonValue::has(std::string_view key) const {
+    return m_value->contains(key);
+}
+
 JsonValue JsonValue::member(std::string_view key) const& {
     return {(*m_value)[key], *this, key};
+}
+
+std::size_t JsonValue::size() const {
+    return m_value->size();
 }
 
 JsonValue JsonValue::element(std::size_t index) const& {
@@ -152,7 +173,7 @@ bool JsonValue::flag() const {
 }
 
 const std::string& JsonValue::string() const {
-    if (!m_value->is_string()) {
+    if (!isString()) {
         failType("a string");
     }
     return m_value->get_ref<const std::string&>();

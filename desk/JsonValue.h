@@ -3,11 +3,10 @@
 #include "RadioFileError.h"
 #include "TextForms.h"
 
-#include <nlohmann/json.hpp>
-
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -43,8 +42,9 @@ public:
 
     std::vector<std::string> path() const;
 
-    bool isObject() const { return m_value->is_object(); }
-    bool isList() const { return m_value->is_array(); }
+    bool isObject() const;
+    bool isList() const;
+    bool isString() const;
 
     /// Makes sure that this is an object, that it holds the required keys, and no others than those
     /// and the optional ones.
@@ -54,13 +54,13 @@ public:
     void expectObject() const;
     void expectList(std::string_view what = "a list") const;
 
-    bool has(std::string_view key) const { return m_value->contains(key); }
+    bool has(std::string_view key) const;
 
     /// A member of an object; fails if it is missing.
     JsonValue member(std::string_view key) const&;
     JsonValue member(std::string_view key) const&& = delete;
 
-    std::size_t size() const { return m_value->size(); }
+    std::size_t size() const;
 
     JsonValue element(std::size_t index) const&;
     JsonValue element(std::size_t index) const&& = delete;
@@ -85,7 +85,7 @@ public:
     template <class Enumeration>
     Enumeration enumeration(const TextForms<Enumeration>& forms,
                             const std::string& orElse = std::string()) const {
-        if (!m_value->is_string()) {
+        if (!isString()) {
             return Enumeration{
                 integer<std::int32_t>("a text or an integer (" + forms.noun() + ")" + orElse)};
         }

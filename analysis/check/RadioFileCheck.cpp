@@ -2,7 +2,6 @@
 
 #include "CheckRules.h"
 #include "CheckedNode.h"
-#include "DocumentPlaces.h"
 #include "FindingList.h"
 #include "JsonPointer.h"
 #include "JsonReader.h"
@@ -294,7 +293,7 @@ RadioFileCheck::PlacedFinding formFinding(std::string_view text, const RadioFile
                           {error.path()},
                           error.problem(),
                           error.remedy()};
-    return {finding, isSyntax ? *error.textPlace() : DocumentPlaces(text).find(error.path()),
+    return {finding, isSyntax ? *error.textPlace() : JsonReader::placesIn(text).find(error.path()),
             !isSyntax};
 }
 
@@ -326,9 +325,10 @@ RadioFileCheck RadioFileCheck::run(std::string_view text) {
         result.findings.push_back(formFinding(text, error));
         return result;
     }
-    std::vector<Finding> findings =
-        Check(file, JsonReader::read(text, RadioFileReader::maxSize)).run();
-    const DocumentPlaces places(text);
+    DocumentPlaces places(text);
+    std::vector<Finding> findings = Check(file, JsonReader::read(text, RadioFileReader::maxSize,
+                                                                 JsonReader::maxValues, &places))
+                                        .run();
     for (Finding& finding : findings) {
         const TextPlace place = places.find(finding.place.path);
         result.findings.push_back({std::move(finding), place, true});

@@ -1,4 +1,4 @@
-#include "DocumentPlaces.h"
+#include "JsonReader.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 namespace {
 
 std::string placeIn(std::string_view text, const std::vector<std::string>& path) {
-    return placeText(DocumentPlaces(text).find(path));
+    return placeText(JsonReader::placesIn(text).find(path));
 }
 
 constexpr const char* placedDocument = R"({

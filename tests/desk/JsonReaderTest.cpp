@@ -3,6 +3,7 @@
 #include "RadioFileError.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <ostream>
 #include <string>
