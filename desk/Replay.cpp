@@ -15,21 +15,6 @@ namespace {
 // The order in which keys are added is the order in which they are printed.
 using Line = nlohmann::ordered_json;
 
-/// Traces at a level for as long as it lives; nothing is traced or left behind afterwards.
-class TraceScope {
-public:
-    explicit TraceScope(int level) {
-        DeskTrace::getInstance().clear();
-        DeskTrace::getInstance().setLevel(level);
-    }
-    ~TraceScope() {
-        DeskTrace::getInstance().setLevel(0);
-        DeskTrace::getInstance().clear();
-    }
-    TraceScope(const TraceScope&) = delete;
-    TraceScope& operator=(const TraceScope&) = delete;
-};
-
 Line lineOf(const TraceRecord& record) {
     Line line;
     switch (record.kind) {
@@ -193,7 +178,7 @@ Replay::Replay(int traceLevel)
     : m_traceLevel(traceLevel) {}
 
 bool Replay::play(const RadioFile& file, const LineSink& sink) const {
-    const TraceScope traceScope(m_traceLevel);
+    const DeskTraceScope traceScope(m_traceLevel);
     Node node(file.channel, file.node);
     OutputPowerCalculator service(file.channel);
     Player player(file.channel, node, service);

@@ -18,23 +18,10 @@ namespace {
 
 using PowerMap = std::map<ModulationAndCoding, long>;
 
-/// Traces everything for as long as it lives; nothing is left behind afterwards.
-class FullTrace {
-public:
-    FullTrace() {
-        DeskTrace::getInstance().clear();
-        DeskTrace::getInstance().setLevel(6);
-    }
-    ~FullTrace() {
-        DeskTrace::getInstance().setLevel(0);
-        DeskTrace::getInstance().clear();
-    }
-    FullTrace(const FullTrace&) = delete;
-    FullTrace& operator=(const FullTrace&) = delete;
-
-    /// What was traced since the last call.
-    static std::vector<TraceRecord> take() { return DeskTrace::getInstance().take(); }
-};
+/// What was traced since the last call.
+std::vector<TraceRecord> takeTrace() {
+    return DeskTrace::getInstance().take();
+}
 
 /// The requests of a radio file that set the inputs in force; nothing for one that the command line
 /// or nobody set.
@@ -120,7 +107,7 @@ private:
 /// @return what the library reported.
 std::vector<TraceRecord> start(OutputPowerCalculator& service) {
     const unsigned result = service.initialize();
-    std::vector<TraceRecord> records = FullTrace::take();
+    std::vector<TraceRecord> records = takeTrace();
     if (!ResultCode::isFailure(result)) {
         return records;
     }
@@ -170,7 +157,7 @@ void describeSelection(Node& node, PowerTable& table) {
 QueryTrace::Family selectedFamily(const OutputPowerCalculator& service) {
     long unused = 0;
     service.getUnrestrictedPmax(unused);
-    for (const TraceRecord& record : FullTrace::take()) {
+    for (const TraceRecord& record : takeTrace()) {
         if (const auto family = QueryTrace::familyIn(record)) {
             return *family;
         }
@@ -252,7 +239,7 @@ std::string failureOf(const Answered& answered, Node& node, bool hasCodes) {
 }
 
 Answered ask(const PowerTableQuery& query, const RadioFile& file) {
-    const FullTrace fullTrace;
+    const DeskTraceScope everything(6);
     Node node(file.channel, file.node);
     OutputPowerCalculator service(file.channel);
     Answered answered;
@@ -275,10 +262,10 @@ Answered ask(const PowerTableQuery& query, const RadioFile& file) {
 
     constexpr ModulationAndCoding asSelected{ModulationAndCoding::UNDEFINED};
     long minOutputPower = 0;
-    static_cast<void>(FullTrace::take());
+    static_cast<void>(takeTrace());
     table.result = service.getMinMaxOutputPowerVsModulationArray(
         query.frameFormatId, asSelected, asSelected, query.rsec, minOutputPower, answered.powers);
-    answered.trace = QueryTrace::read(FullTrace::take());
+    answered.trace = QueryTrace::read(takeTrace());
 
     const QueryTrace& trace = answered.trace;
     table.family = trace.family ? *trace.family : selectedFamily(service);

@@ -58,9 +58,8 @@ RadioFile radioForOffsets() {
 
 LibraryQuestions::Offsets askForOffsets(EReferenceSEC rsec) {
     const RadioFile file = radioForOffsets();
+    const DeskTraceScope everything(6);
     DeskTrace& trace = DeskTrace::getInstance();
-    trace.clear();
-    trace.setLevel(6);
     {
         const Node node(file.channel, file.node);
         OutputPowerCalculator service(file.channel);
@@ -72,7 +71,6 @@ LibraryQuestions::Offsets askForOffsets(EReferenceSEC rsec) {
         service.getMinMaxOutputPowerVsModulationArray(0, asSelected, asSelected, rsec, minPower,
                                                       powers);
     }
-    trace.setLevel(0);
 
     LibraryQuestions::Offsets offsets;
     for (const QueryTrace::Calculation& calculation : QueryTrace::read(trace.take()).calculations) {
@@ -99,9 +97,8 @@ std::optional<std::int32_t> LibraryQuestions::pmax(const RadioFile& file, EDpdVe
         std::make_shared<const CapabilityHandlerAnswers>(std::move(capability));
     answers.frameFormat = std::make_shared<const FrameFormatAnswers>(std::move(frameFormat));
 
+    const DeskTraceScope troubles(2);
     DeskTrace& trace = DeskTrace::getInstance();
-    trace.clear();
-    trace.setLevel(2);
     long power = 0;
     {
         const Node node(file.channel, answers);
@@ -110,7 +107,6 @@ std::optional<std::int32_t> LibraryQuestions::pmax(const RadioFile& file, EDpdVe
         trace.clear();
         service.getUnrestrictedPmax(power);
     }
-    trace.setLevel(0);
     // A missing row counts as 0, and only the trace tells it from a Pmax of 0.
     return trace.take().empty() ? std::optional(static_cast<std::int32_t>(power)) : std::nullopt;
 }

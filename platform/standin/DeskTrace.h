@@ -79,3 +79,19 @@ private:
     std::vector<TraceRecord> m_records;
     std::ostream* m_stream = nullptr;
 };
+
+/// Traces up to a level for as long as it lives. It starts with no records, and nothing is traced
+/// or left behind afterwards, however the scope is left.
+class DeskTraceScope {
+public:
+    explicit DeskTraceScope(int level) {
+        DeskTrace::getInstance().clear();
+        DeskTrace::getInstance().setLevel(level);
+    }
+    ~DeskTraceScope() {
+        DeskTrace::getInstance().setLevel(0);
+        DeskTrace::getInstance().clear();
+    }
+    DeskTraceScope(const DeskTraceScope&) = delete;
+    DeskTraceScope& operator=(const DeskTraceScope&) = delete;
+};

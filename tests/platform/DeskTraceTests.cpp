@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -209,6 +210,30 @@ TEST_F(DeskTraceTest, WritesARecordAsOneLine) {
     stream << TraceRecord{TraceRecord::Kind::Message, 5, 0, "a/B", "c", 12, "d e"};
 
     EXPECT_EQ(stream.str(), "5 msg a/B:12 c: d e");
+}
+
+TEST(DeskTraceScope, BeginsWithoutRecordsAndTracesUpToItsLevel) {
+    VelTrace trace("QOR.Test", 3, 256);
+    trace.logMsg(1, header, "before");
+
+    const DeskTraceScope sut(4);
+
+    EXPECT_TRUE(DeskTrace::getInstance().records().empty());
+    EXPECT_TRUE(trace.isEnabled(4));
+    EXPECT_FALSE(trace.isEnabled(5));
+}
+
+TEST(DeskTraceScope, LeavesNothingBehindWhenAnExceptionEndsIt) {
+    VelTrace trace("QOR.Test", 3, 256);
+
+    try {
+        const DeskTraceScope sut(6);
+        trace.logMsg(1, header, "inside");
+        throw std::runtime_error("the node cannot be built");
+    } catch (const std::runtime_error&) {
+        EXPECT_FALSE(trace.isEnabled(1));
+        EXPECT_TRUE(DeskTrace::getInstance().records().empty());
+    }
 }
 
 TEST(VelTrace, KeepsWhatItWasBuiltWith) {

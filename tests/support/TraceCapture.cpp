@@ -4,16 +4,6 @@
 #include <iterator>
 #include <sstream>
 
-TraceCapture::TraceCapture(int level) {
-    DeskTrace::getInstance().clear();
-    DeskTrace::getInstance().setLevel(level);
-}
-
-TraceCapture::~TraceCapture() {
-    DeskTrace::getInstance().setLevel(0);
-    DeskTrace::getInstance().clear();
-}
-
 std::vector<std::string> TraceCapture::lines() {
     const std::vector<TraceRecord> records = DeskTrace::getInstance().take();
     std::vector<std::string> lines;

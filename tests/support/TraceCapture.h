@@ -8,10 +8,8 @@
 /// Traces up to a level while it lives, and switches tracing off at its end.
 class TraceCapture {
 public:
-    explicit TraceCapture(int level);
-    ~TraceCapture();
-    TraceCapture(const TraceCapture&) = delete;
-    TraceCapture& operator=(const TraceCapture&) = delete;
+    explicit TraceCapture(int level)
+        : m_scope(level) {}
 
     /// The records since the start or the last call, one line each:
     ///
@@ -23,6 +21,9 @@ public:
     /// shown whole. The text of a raw trace is shown up to its code line; should that not be
     /// exactly as it has to be, "(code line: missing)" follows.
     std::vector<std::string> lines();
+
+private:
+    DeskTraceScope m_scope;
 };
 
 /// One record as TraceCapture::lines() shows it.
