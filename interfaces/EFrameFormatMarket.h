@@ -14,5 +14,5 @@ enum class EFrameFormatMarket : std::int32_t {
 };
 
 /// Writes "Etsi", "Ansi", "Global" or "Unknown". For any other value it writes nothing at all,
-/// not even "Unknown": that is meant, and log readers rely on it to tell the two apart.
+/// not even "Unknown": that is meant, because log readers tell the two apart by it.
 QOR_EXPORT std::ostream& operator<<(std::ostream& stream, EFrameFormatMarket market);

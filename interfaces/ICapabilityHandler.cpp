@@ -44,7 +44,8 @@ Modulation ICapabilityHandler::getMaxModulationWithoutLimitation(const EFrameFor
     return Modulation::UNDEFINED;
 }
 
-// 0 means "no channel" here, unlike in the names that take a RadioChannel; that is meant.
+// 0 means "no channel" here, unlike in the names that take a RadioChannel; that is meant, because a
+// handler can also serve a node as a whole, and is found under the plain name then.
 std::string ICapabilityHandler::interfaceName(unsigned int channel) {
     const std::string base = "ICapabilityHandler";
     return channel == 0 ? base : IInterface::interfaceName(base, channel);

@@ -37,8 +37,8 @@ public:
 
     /// @param radioChannel the channel to serve, 1 or 2; any other number serves channel 1.
     ///        The four Pmax tables look their capability handler up under the number
-    ///        as it was given, 0 being the handler without a channel:
-    ///        that is meant.
+    ///        as it was given, 0 being the handler without a channel: that is meant, because a
+    ///        node that publishes its tables under another number would otherwise lose them.
     explicit OutputPowerCalculator(unsigned long radioChannel);
 
     /// Withdraws the service from the broker, whether or not it was ever published.

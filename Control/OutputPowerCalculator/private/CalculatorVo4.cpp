@@ -35,7 +35,8 @@ constexpr std::array offsets = {
 static_assert(offsets.size() == 10, "one row for each RSEC class");
 static_assert(offsets[0].dB.size() == modulations.size(), "one column each");
 
-// What a booster adds, in dB. Meant: every class has the same row.
+// What a booster adds, in dB. Every class has the same row, which is meant, because a booster adds
+// its power whatever the class; the rows stand here as the sheet has them, to be compared with it.
 constexpr std::array boosterAdjustments = {
     //                              4  16  32  64  128  256  512  1024  2048  4096
     dbRow(EReferenceSEC::Class2,    7,  7,  6,  5,   5,   5,   6,    7,    0,    0),

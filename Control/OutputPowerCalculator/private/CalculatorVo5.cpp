@@ -21,9 +21,9 @@ constexpr std::array<Modulation, 12> modulations = {
 // with the columns up to it. For example: at RSEC 2 16QAM may have 1 dB more than a 128QAM
 // reference. The rows of every table stand in the order of a printed sheet, 5HB before 5LB and 6B.
 //
-// The irregular cells are meant: against 8192QAM the reference itself has -1 dB, and so has
-// 4096QAM, while 4096QAM has 0 dB against 16384QAM; against 128QAM the classes from 5B on have no
-// offset.
+// The irregular cells are meant, because links are planned with them: against 8192QAM the reference
+// itself has -1 dB, and so has 4096QAM, while 4096QAM has 0 dB against 16384QAM; against 128QAM the
+// classes from 5B on have no offset.
 // clang-format off
 constexpr std::array offsetsTo128 = {
     //                              4  16  32  64  128
@@ -137,7 +137,8 @@ constexpr std::array offsetsTo16384 = {
     dbRow(EReferenceSEC::Class7B,   3,  3,  3,  3,   3,   2,   1,    1,    0,    0,   -1,    -1)};
 static_assert(offsetsTo16384.size() == 10 && offsetsTo16384[0].dB.size() == 12, "4QAM to 16384QAM");
 
-// What a booster adds, in dB. Meant: every class has the same row.
+// What a booster adds, in dB. Every class has the same row, which is meant, because a booster adds
+// its power whatever the class; the rows stand here as the sheet has them, to be compared with it.
 constexpr std::array boosterAdjustments = {
     //                              4  16  32  64  128  256  512  1024  2048  4096  8192  16384
     dbRow(EReferenceSEC::Class2,    7,  7,  6,  5,   5,   5,   6,    7,    0,    0,    0,     0),

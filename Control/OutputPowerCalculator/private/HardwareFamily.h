@@ -14,5 +14,7 @@ enum class HardwareFamily {
 /// Family of a product number, compared as a whole and to the letter.
 ///
 /// No product number (an empty one) means the first outdoor family, an unknown one the newer
-/// radio-unit family: the difference is meant. The cost does not depend on the product.
+/// radio-unit family: the difference is meant, because a capability handler of the former need not
+/// know its product, while a radio that is newer than this list is of the latter. The cost does not
+/// depend on the product.
 HardwareFamily hardwareFamilyOf(std::string_view productNumber);

@@ -43,7 +43,9 @@ bool isKnown(EDpdVersion dpdVersion) {
     return dpdVersion >= EDpdVersion::Dpd1 && dpdVersion <= EDpdVersion::Dpd3;
 }
 
-/// Global reads the ETSI table, unlike in findPminPmax(): that is meant.
+/// Global reads the ETSI table, unlike in findPminPmax(): that is meant, because with the ANSI
+/// table every radio on a Global frame format would transmit at other powers than its link is
+/// planned with.
 bool readsAnsiTable(EFrameFormatMarket market) {
     return market == EFrameFormatMarket::Ansi;
 }
@@ -97,7 +99,8 @@ bool connect(Interface*& neighbour, const std::string& name, const char* complai
 
 } // namespace
 
-// The tables take the number as it was given, not the channel that is served: that is meant.
+// The tables take the number as it was given, not the channel that is served: that is meant,
+// because a node may publish the handler that has them under that number alone.
 OutputPowerCalculator::OutputPowerCalculator(unsigned long radioChannel)
     : m_radioChannel(servedChannel(radioChannel))
     , m_txRfMaxPowerCapabilityDpd1Etsi(radioChannel, EDpdVersion::Dpd1, EFrameFormatMarket::Etsi)
@@ -365,8 +368,8 @@ QOR_WHOLE_STEP int OutputPowerCalculator::getFixModMaxPower(
         return ResultCode::Success;
     }
 
-    // A look-up that failed counts as a Pmax of 0, and the operation succeeds all the same: callers
-    // read the trace. That is meant.
+    // A look-up that failed counts as a Pmax of 0, and the operation succeeds all the same: that is
+    // meant, because a failure would drop the code from the map of an array query.
     long selectedPmax = 0;
     const int selectedResult = getMaxPower(dpdVersion, market, selectedMod, selectedPmax);
     if (useCutback) {
@@ -401,7 +404,8 @@ QOR_WHOLE_STEP int OutputPowerCalculator::getUnrestrictedPmax(long& pmax) const 
     const EFrameFormatMarket market = m_frameFormat->getTelecomMarket();
     if (ResultCode::isFailure(getFixModMaxPower(dpdVersion, market, modulation, modulation,
                                                 compensation, pmax, false))) {
-        // Only traced; the answer is a success all the same. That is meant.
+        // Only traced, and a success all the same: that is meant, because callers take a failure
+        // for a calibration that cannot be read.
         TRACE_MSG(TraceLevel::Warning, "Failed to calculate power capabilities for modulation ",
                   modulation);
     }
@@ -478,7 +482,9 @@ QOR_WHOLE_STEP int OutputPowerCalculator::calculateAdmodPowerCapabilities(
         limitMaxModDueToRadioCapability(UseConfiguredFF::Configured, configuredFrameFormat,
                                         m_frameFormat->getMaxAvailableModulation());
     // Without a selection the limited maximum counts as selected; the array query takes the
-    // unlimited one there. Both are meant.
+    // unlimited one there. Both are meant: the offsets of newer radio units count from the
+    // selected maximum, so that one rule for both would move every power of a link without a
+    // selection.
     Modulation selectedMaxMod = convertCodeToModulation(selectedMax);
     if (selectedMaxMod == Modulation::UNDEFINED) {
         selectedMaxMod = limitedMaxMod;
@@ -650,7 +656,8 @@ QOR_WHOLE_STEP unsigned OutputPowerCalculator::populateModulationPowerMap(
         std::minmax_element(modulationAndCodeArray.begin(), modulationAndCodeArray.end());
     const Modulation availableMaxMod = convertCodeToModulation(*highestCode);
     // The undefined code is the highest of all: an array that holds it anywhere fails here,
-    // although the walk could leave it out. That is meant.
+    // although the walk could leave it out. That is meant, because the highest modulation, from
+    // which offsets count, is not known of a frame format that is described in part.
     if (availableMaxMod == Modulation::UNDEFINED) {
         TRACE_MSG(TraceLevel::Error,
                   "Failed to calculate power capabilities for undefined max modulation");
@@ -661,7 +668,8 @@ QOR_WHOLE_STEP unsigned OutputPowerCalculator::populateModulationPowerMap(
     }
     const Modulation limitedMaxMod =
         limitMaxModDueToRadioCapability(useConfiguredFF, rfid, availableMaxMod);
-    // The available maximum, not the limited one: that is meant.
+    // The available maximum, not the limited one: that is meant, because the offsets of newer
+    // radio units count from it, and a limit must not move the powers of the modulations below.
     if (selectedMaxMod == Modulation::UNDEFINED) {
         selectedMaxMod = availableMaxMod;
     }
@@ -741,7 +749,8 @@ QOR_WHOLE_STEP int OutputPowerCalculator::findPminPmax(long& pmin, long& pmax) c
                   numberOf(m_frameFormat->getDpdVersion()));
         return ResultCode::Failure;
     }
-    // Global reads the ANSI table here and the ETSI table everywhere else: that is meant.
+    // Global reads the ANSI table here and the ETSI table everywhere else: that is meant, because
+    // with one rule for both the range or the powers of every Global link would change.
     const bool isAnsi = m_frameFormat->getTelecomMarket() != EFrameFormatMarket::Etsi;
     if (ResultCode::isFailure(tableOf(dpdVersion, isAnsi).getMaxPower(&pmax))) {
         TRACE_MSG(TraceLevel::Error, "Failed to getMaxPower");

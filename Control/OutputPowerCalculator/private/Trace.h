@@ -41,7 +41,7 @@ public:
 
     bool isEnabled(int level) const { return m_trace.isEnabled(level); }
 
-    // NOLINTBEGIN(performance-unnecessary-value-param): by value on purpose, see above
+    // NOLINTBEGIN(performance-unnecessary-value-param): nothing then has to lie in memory
     template <class... Parts>
     __attribute__((noinline, cold)) void message(int level, const char* function, int line,
                                                  Parts... parts) {
