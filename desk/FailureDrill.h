@@ -14,7 +14,10 @@ public:
     ///        neighbour that can fail: 1 is the next. 0 calls an outstanding failure
     ///        off.
     /// @param code what the call returns.
-    void failAt(unsigned call, unsigned code = ResultCode::Failure);
+    void failAt(unsigned call, unsigned code = ResultCode::Failure) {
+        m_code = code;
+        m_callsLeft = call;
+    }
 
     FailureDrill(const FailureDrill&) = delete;
     FailureDrill& operator=(const FailureDrill&) = delete;
@@ -25,7 +28,12 @@ protected:
 
     /// Counts a call.
     /// @return the code to fail with, if this is the call.
-    std::optional<unsigned> countCall() const;
+    std::optional<unsigned> countCall() const {
+        unsigned left = m_callsLeft;
+        while (left != 0 && !m_callsLeft.compare_exchange_weak(left, left - 1)) {
+        }
+        return left == 1 ? std::optional<unsigned>(m_code) : std::nullopt;
+    }
 
 private:
     mutable std::atomic<unsigned> m_callsLeft{0};

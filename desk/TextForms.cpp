@@ -1,7 +1,8 @@
 #include "TextForms.h"
 
+#include "CallLog.h"
+
 #include <cstdint>
-#include <sstream>
 #include <utility>
 
 namespace {
@@ -59,12 +60,11 @@ TextForms<EFrameFormatMarket> makeMarkets() {
     std::vector<TextForms<EFrameFormatMarket>::Form> forms;
     for (std::int32_t value = 0;; ++value) {
         const auto market = static_cast<EFrameFormatMarket>(value);
-        std::ostringstream text;
-        text << market;
-        if (text.str().empty()) {
-            break; // behind the last market nothing is written
+        const std::string text = marketText(market);
+        if (text == std::to_string(value)) {
+            break; // the last market stands before the first that has only its number
         }
-        forms.push_back({text.str(), market});
+        forms.push_back({text, market});
     }
     return {"market", std::move(forms)};
 }
@@ -113,4 +113,8 @@ const TextForms<EReferenceSEC>& referenceSecTextForms() {
 const TextForms<EFrameFormatMarket>& marketTextForms() {
     static const TextForms<EFrameFormatMarket> forms = makeMarkets();
     return forms;
+}
+
+std::string marketText(EFrameFormatMarket market) {
+    return CallText::textOf(market);
 }

@@ -41,3 +41,6 @@ const TextForms<Modulation>& modulationTextForms();
 const TextForms<ModulationAndCoding>& modulationAndCodeTextForms();
 const TextForms<EReferenceSEC>& referenceSecTextForms();
 const TextForms<EFrameFormatMarket>& marketTextForms();
+
+/// "Etsi"; of a market that has no text, its number: "7".
+std::string marketText(EFrameFormatMarket market);

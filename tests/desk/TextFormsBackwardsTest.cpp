@@ -43,4 +43,10 @@ TEST(TextFormsBackwardsTest, knowsEveryMarketByItsText) {
     EXPECT_EQ(marketTextForms().find(""), std::nullopt);
 }
 
+TEST(TextFormsBackwardsTest, writesAMarketWithoutTextAsItsNumber) {
+    EXPECT_EQ(marketText(EFrameFormatMarket::Global), "Global");
+    EXPECT_EQ(marketText(EFrameFormatMarket{4}), "4");
+    EXPECT_EQ(marketText(EFrameFormatMarket{-1}), "-1");
+}
+
 } // namespace
