@@ -1,4 +1,5 @@
-# The header-only packages that the desk and the tool use: nlohmann_json::nlohmann_json and CLI11::CLI11.
+# The header-only packages that the desk and the tool use: nlohmann_json::nlohmann_json, CLI11::CLI11 and
+# utf8cpp::utf8cpp.
 #
 # Here they are found as packages. For the board there are no packages, but their headers serve every
 # target: they are reached through links of their own, because all of this machine's /usr/include on a
@@ -7,6 +8,10 @@
 if(NOT CMAKE_CROSSCOMPILING)
     find_package(nlohmann_json 3.11 REQUIRED)
     find_package(CLI11 REQUIRED)
+    # Its versions name their target differently.
+    find_path(QOR_UTF8CPP utf8cpp/utf8.h REQUIRED)
+    add_library(utf8cpp::utf8cpp INTERFACE IMPORTED)
+    target_include_directories(utf8cpp::utf8cpp SYSTEM INTERFACE "${QOR_UTF8CPP}")
     return()
 endif()
 
@@ -24,3 +29,4 @@ endfunction()
 
 qor_link_headers(nlohmann_json::nlohmann_json nlohmann)
 qor_link_headers(CLI11::CLI11 CLI)
+qor_link_headers(utf8cpp::utf8cpp utf8cpp)

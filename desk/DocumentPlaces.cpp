@@ -1,8 +1,28 @@
 #include "DocumentPlaces.h"
 
+#include "Utf8.h"
+
 #include <algorithm>
 #include <charconv>
 #include <system_error>
+
+TextPlace textPlaceOf(std::string_view text, std::size_t index) {
+    const std::size_t start = utf8::starts_with_bom(text.begin(), text.end()) ? 3 : 0;
+    TextPlace place;
+    for (const char byte : text.substr(start, index > start ? index - start : 0)) {
+        if (byte == '\n') {
+            ++place.line;
+            place.column = 1;
+        } else if (Utf8::beginsCharacter(byte)) {
+            ++place.column;
+        }
+    }
+    return place;
+}
+
+std::string placeText(const TextPlace& place) {
+    return std::to_string(place.line) + ":" + std::to_string(place.column);
+}
 
 const DocumentPlaces::Value* DocumentPlaces::Value::child(const std::string& name) const {
     if (isList) {

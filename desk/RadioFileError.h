@@ -1,6 +1,6 @@
 #pragma once
 
-#include "TextPlace.h"
+#include "DocumentPlaces.h"
 
 #include <optional>
 #include <stdexcept>

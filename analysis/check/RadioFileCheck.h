@@ -1,8 +1,8 @@
 #pragma once
 
 #include "AnalysisError.h"
+#include "DocumentPlaces.h"
 #include "Finding.h"
-#include "TextPlace.h"
 
 #include <cstddef>
 #include <string>

@@ -1,5 +1,7 @@
 #include "TextColumns.h"
 
+#include "Utf8.h"
+
 #include <algorithm>
 
 namespace {
@@ -12,10 +14,7 @@ constexpr std::size_t widest = 200;
 } // namespace
 
 std::size_t textWidth(std::string_view text) {
-    // Every byte of UTF-8 but the first of a character begins with the bits 10.
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-    }));
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), Utf8::beginsCharacter));
 }
 
 std::string padded(const std::string& text, std::size_t width, Align align) {

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <utf8cpp/utf8.h>
+
+/// Texts character by character. They may hold bytes that are no UTF-8: names of files and comments
+/// come as they are.
+namespace Utf8 {
+
+/// Whether a byte is the first of a character, or no UTF-8 at all.
+constexpr bool beginsCharacter(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+}
+
+/// Calls visit(code, bytes) for each character. A byte that is no UTF-8 comes alone and has no
+/// code.
+template <class Visit>
+void forEachCharacter(std::string_view text, Visit visit) {
+    while (!text.empty()) {
+        const char* const end = text.data() + text.size();
+        const char* const good = utf8::find_invalid(text.data(), end);
+        for (const char* at = text.data(); at != good;) {
+            const char* const start = at;
+            const std::uint32_t code = utf8::unchecked::next(at);
+            visit(std::optional(code), std::string_view(start, at));
+        }
+        text.remove_prefix(static_cast<std::size_t>(good - text.data()));
+        if (!text.empty()) {
+            visit(std::optional<std::uint32_t>(), text.substr(0, 1));
+            text.remove_prefix(1);
+        }
+    }
+}
+
+} // namespace Utf8
