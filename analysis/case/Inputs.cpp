@@ -4,10 +4,10 @@
 #include "Decibels.h"
 #include "OneLine.h"
 #include "RadioFilePlaces.h"
+#include "TextForms.h"
 
 #include <algorithm>
 #include <memory>
-#include <sstream>
 #include <utility>
 
 namespace {
@@ -107,11 +107,7 @@ struct Varier {
 
 struct TextMaker {
     std::string operator()(EReferenceSEC rsec) const { return convertRsecEnumToString(rsec); }
-    std::string operator()(EFrameFormatMarket market) const {
-        std::ostringstream text;
-        text << market;
-        return text.str().empty() ? number(market) : text.str();
-    }
+    std::string operator()(EFrameFormatMarket market) const { return marketText(market); }
     std::string operator()(EDpdVersion version) const { return number(version); }
     std::string operator()(EChannelSpacingType spacing) const { return number(spacing); }
     std::string operator()(const Inputs::PermanentCutback& permanent) const {

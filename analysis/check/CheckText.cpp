@@ -4,7 +4,6 @@
 #include "TextForms.h"
 
 #include <algorithm>
-#include <sstream>
 
 namespace {
 
@@ -35,10 +34,8 @@ std::string CheckText::of(EReferenceSEC rsec) {
 }
 
 std::string CheckText::of(EFrameFormatMarket market) {
-    std::ostringstream text;
-    text << market;
-    return text.str().empty() ? "market " + std::to_string(static_cast<std::int32_t>(market))
-                              : text.str();
+    const std::string text = marketText(market);
+    return marketTextForms().find(text) ? text : "market " + text;
 }
 
 std::string CheckText::of(EDpdVersion dpdVersion) {

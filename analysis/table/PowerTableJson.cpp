@@ -1,23 +1,15 @@
 #include "PowerTableJson.h"
 
 #include "PowerTableForms.h"
-
-#include <sstream>
+#include "TextForms.h"
 
 namespace {
-
-/// The market's text, or its number in decimal if it has none.
-std::string textOf(EFrameFormatMarket market) {
-    std::ostringstream text;
-    text << market;
-    return text.str().empty() ? std::to_string(static_cast<std::int32_t>(market)) : text.str();
-}
 
 OrderedJson frameFormatOf(const PowerTable& table) {
     OrderedJson frameFormat;
     frameFormat["id"] =
         table.frameFormatId < 1 ? OrderedJson(nullptr) : OrderedJson(table.frameFormatId);
-    frameFormat["market"] = textOf(table.market);
+    frameFormat["market"] = marketText(table.market);
     frameFormat["channelSpacingMHz"] = static_cast<std::int32_t>(table.channelSpacing);
     frameFormat["dpdVersion"] = static_cast<std::int32_t>(table.dpdVersion);
     return frameFormat;

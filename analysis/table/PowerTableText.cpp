@@ -2,10 +2,10 @@
 #include "OneLine.h"
 #include "PowerTableForms.h"
 #include "TextColumns.h"
+#include "TextForms.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <sstream>
 
 namespace {
 
@@ -30,12 +30,9 @@ std::string productText(const PowerTable& table) {
            table.family.name + " (" + table.family.className + ")";
 }
 
-std::string marketText(EFrameFormatMarket market) {
-    std::ostringstream text;
-    text << market;
-    return text.str().empty()
-               ? "unknown, number " + std::to_string(static_cast<std::int32_t>(market))
-               : text.str();
+std::string describedMarket(EFrameFormatMarket market) {
+    const std::string text = marketText(market);
+    return marketTextForms().find(text) ? text : "unknown, number " + text;
 }
 
 std::string rsecText(const PowerTable& table) {
@@ -111,7 +108,7 @@ Heading headingOf(const PowerTable& table) {
         {"Product number", productText(table)},
         {"Frame format",
          table.frameFormatId < 1 ? "configured" : "id " + std::to_string(table.frameFormatId)},
-        {"Market", marketText(table.market)},
+        {"Market", describedMarket(table.market)},
         {"Channel spacing",
          std::to_string(static_cast<std::int32_t>(table.channelSpacing)) + " MHz"},
         {"DPD version", std::to_string(static_cast<std::int32_t>(table.dpdVersion))},
