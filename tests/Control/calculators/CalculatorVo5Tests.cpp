@@ -57,27 +57,18 @@ protected:
 
 // --- The reference modulation
 
-TEST_F(CalculatorVo5Test, TracesItsReferenceModulationWithoutABlank) {
+TEST_F(CalculatorVo5Test, TracesItsReferenceModulationWithoutABlankAndAsItWasCut) {
+    const std::string enter = "6 enter CalculatorVo5.getMaxRefModulation: availableMaxAcm=";
+    const std::string result =
+        "5 msg CalculatorVo5.getMaxRefModulation: getMaxRefModulationmax power = ";
     TraceCapture trace(6);
 
-    EXPECT_EQ(sut.getMaxRefModulation(Modulation::QAM256, Modulation::QAM1024),
-              Modulation::QAM1024);
+    sut.getMaxRefModulation(Modulation::QAM256, Modulation::QAM1024);
+    sut.getMaxRefModulation(Modulation::CW, Modulation::UNDEFINED);
 
-    EXPECT_THAT(trace.lines(), ElementsAre("6 enter CalculatorVo5.getMaxRefModulation: "
-                                           "availableMaxAcm=256QAM, selectedMaxAcm=1024QAM",
-                                           "5 msg CalculatorVo5.getMaxRefModulation: "
-                                           "getMaxRefModulationmax power = 1024QAM"));
-}
-
-TEST_F(CalculatorVo5Test, TracesTheReferenceModulationThatItCut) {
-    TraceCapture trace(6);
-
-    EXPECT_EQ(sut.getMaxRefModulation(Modulation::CW, Modulation::UNDEFINED), Modulation::QAM4096);
-
-    EXPECT_THAT(trace.lines(), ElementsAre("6 enter CalculatorVo5.getMaxRefModulation: "
-                                           "availableMaxAcm=CW, selectedMaxAcm=UNDEFINED",
-                                           "5 msg CalculatorVo5.getMaxRefModulation: "
-                                           "getMaxRefModulationmax power = 4096QAM"));
+    EXPECT_THAT(trace.lines(),
+                ElementsAre(enter + "256QAM, selectedMaxAcm=1024QAM", result + "1024QAM",
+                            enter + "CW, selectedMaxAcm=UNDEFINED", result + "4096QAM"));
 }
 
 TEST_F(CalculatorVo5Test, CutsTheReferenceModulationAt4096Qam) {
@@ -98,49 +89,31 @@ TEST_F(CalculatorVo5Test, CutsTheReferenceModulationAt4096Qam) {
 
 // --- Modulations that it does not apply to
 
-TEST_F(CalculatorVo5Test, DoesNotApplyToAnUndefinedModulation) {
-    long power = 4711;
-    TraceCapture trace(6);
+TEST_F(CalculatorVo5Test, DoesNotApplyToAnUndefinedModulationOrAboveTheSelectedMaximum) {
+    const struct {
+        Modulation selected;
+        Modulation actual;
+        std::string inputs;
+        const char* line;
+    } cases[] = {
+        {Modulation::QAM256, Modulation::UNDEFINED, inputs("256QAM", "UNDEFINED", "0"),
+         "4 msg CalculatorVo5.getMaxPower: getMaxPowerUNDEFINED type invalid, selected max 256QAM"},
+        {Modulation::UNDEFINED, Modulation::QAM16, inputs("UNDEFINED", "16QAM", "0"),
+         "4 msg CalculatorVo5.getMaxPower: getMaxPower16QAM type invalid, selected max UNDEFINED"},
+        {Modulation::QAM4, Modulation::QAM16, inputs("4QAM", "16QAM", "0"),
+         "5 msg CalculatorVo5.getMaxPower: getMaxPower16QAM is higher than selected max ACM "
+         "(4QAM)"}};
+    for (const auto& each : cases) {
+        long power = 4711;
+        TraceCapture trace(6);
 
-    EXPECT_EQ(sut.getMaxPower(calculation(Modulation::QAM256, Modulation::UNDEFINED), power, 0, 0,
-                              0, Modulation::CW),
-              2);
+        EXPECT_EQ(sut.getMaxPower(calculation(each.selected, each.actual), power, 0, 0, 0,
+                                  Modulation::CW),
+                  2);
 
-    EXPECT_EQ(power, 4711);
-    EXPECT_THAT(trace.lines(),
-                ElementsAre(inputs("256QAM", "UNDEFINED", "0"),
-                            "4 msg CalculatorVo5.getMaxPower: getMaxPowerUNDEFINED type invalid, "
-                            "selected max 256QAM"));
-}
-
-TEST_F(CalculatorVo5Test, DoesNotApplyWithAnUndefinedSelectedMaximum) {
-    long power = 4711;
-    TraceCapture trace(6);
-
-    EXPECT_EQ(sut.getMaxPower(calculation(Modulation::UNDEFINED, Modulation::QAM16), power, 0, 0, 0,
-                              Modulation::CW),
-              2);
-
-    EXPECT_EQ(power, 4711);
-    EXPECT_THAT(trace.lines(),
-                ElementsAre(inputs("UNDEFINED", "16QAM", "0"),
-                            "4 msg CalculatorVo5.getMaxPower: getMaxPower16QAM type invalid, "
-                            "selected max UNDEFINED"));
-}
-
-TEST_F(CalculatorVo5Test, DoesNotApplyAboveTheSelectedMaximum) {
-    long power = 4711;
-    TraceCapture trace(6);
-
-    EXPECT_EQ(sut.getMaxPower(calculation(Modulation::QAM4, Modulation::QAM16), power, 0, 0, 0,
-                              Modulation::CW),
-              2);
-
-    EXPECT_EQ(power, 4711);
-    EXPECT_THAT(trace.lines(),
-                ElementsAre(inputs("4QAM", "16QAM", "0"),
-                            "5 msg CalculatorVo5.getMaxPower: getMaxPower16QAM is higher than "
-                            "selected max ACM (4QAM)"));
+        EXPECT_EQ(power, 4711);
+        EXPECT_THAT(trace.lines(), ElementsAre(each.inputs, each.line));
+    }
 }
 
 TEST_F(CalculatorVo5Test, AppliesUpToTheSelectedMaximum) {

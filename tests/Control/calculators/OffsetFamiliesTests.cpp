@@ -51,24 +51,27 @@ protected:
         return kind + " " + GetParam().name + ".getMaxPower: " + text;
     }
 
+    /// The two lines of a power: its bounds, and what it is for.
+    std::vector<std::string> powerLines(const std::string& bounds, const std::string& modulation,
+                                        int rsec, int power) const {
+        return {line("5 msg", "getMaxPower std::min parameters: " + bounds),
+                line("5 msg", "getMaxPower Max power for modulation " + modulation + ", rsec " +
+                                  std::to_string(rsec) +
+                                  " and max modulation 2000 = " + std::to_string(power))};
+    }
+
     Calculator& sut = *GetParam().calculator();
 };
 
 TEST_P(OffsetFamilies, TraceTheFourBoundsAndTheResult) {
     const std::string minPower = std::to_string(2000 + GetParam().at4);
-    const std::string actualPower = std::to_string(2000 + GetParam().at16);
+    const int power = 2000 + GetParam().at16;
     TraceCapture trace(6);
 
-    const long power = powerOf(ordinaryCalculation());
+    EXPECT_EQ(powerOf(ordinaryCalculation()), power);
 
-    EXPECT_EQ(power, 2000 + GetParam().at16);
-    EXPECT_THAT(
-        trace.lines(),
-        ElementsAre(line("5 msg", "getMaxPower std::min parameters: 2700," + minPower + "," +
-                                      actualPower + ",2800"),
-                    line("5 msg", "getMaxPower Max power for modulation 16QAM, rsec 0 and max "
-                                  "modulation 2000 = " +
-                                      actualPower)));
+    EXPECT_EQ(trace.lines(), powerLines("2700," + minPower + "," + std::to_string(power) + ",2800",
+                                        "16QAM", 0, power));
 }
 
 TEST_P(OffsetFamilies, TakeTheLeastOfTheFourBoundsWhicheverItIs) {
@@ -116,18 +119,12 @@ TEST_P(OffsetFamilies, CountFrom0WithoutAnOffsetOfTheReference) {
         data.csPowerCompensation = 10;
         TraceCapture trace(6);
 
-        const long power = powerOf(data);
-
         const std::string minPower = std::to_string(10 + GetParam().at4);
-        const std::string actualPower = std::to_string(10 + GetParam().at16);
-        EXPECT_EQ(power, 10 + GetParam().at16) << reference;
-        EXPECT_THAT(
-            trace.lines(),
-            ElementsAre(line("5 msg", "getMaxPower std::min parameters: 2700," + minPower + "," +
-                                          actualPower + ",2800"),
-                        line("5 msg", "getMaxPower Max power for modulation 16QAM, rsec 0 and max "
-                                      "modulation 2000 = " +
-                                          actualPower)));
+        const int power = 10 + GetParam().at16;
+        EXPECT_EQ(powerOf(data), power) << reference;
+        EXPECT_EQ(trace.lines(),
+                  powerLines("2700," + minPower + "," + std::to_string(power) + ",2800", "16QAM", 0,
+                             power));
     }
 }
 
@@ -156,14 +153,9 @@ TEST_P(OffsetFamilies, AddTheCompensationToTheOffsetPowersAlone) {
     data.csPowerCompensation = -300;
     TraceCapture trace(6);
 
-    const long lowered = powerOf(data);
+    EXPECT_EQ(powerOf(data), 1700);
 
-    EXPECT_EQ(lowered, 1700);
-    EXPECT_THAT(
-        trace.lines(),
-        ElementsAre(line("5 msg", "getMaxPower std::min parameters: 2700,1700,1700,2800"),
-                    line("5 msg", "getMaxPower Max power for modulation 256QAM, rsec 0 and max "
-                                  "modulation 2000 = 1700")));
+    EXPECT_EQ(trace.lines(), powerLines("2700,1700,1700,2800", "256QAM", 0, 1700));
     data.csPowerCompensation = 5000;
     EXPECT_EQ(powerOf(data), 2700);
 }
@@ -175,14 +167,9 @@ TEST_P(OffsetFamilies, SkipTheBoundOfASelectedMinimumWithoutAnOffset) {
         data.selectedMinModulation = Modulation{minimum};
         TraceCapture trace(6);
 
-        const long power = powerOf(data);
+        EXPECT_EQ(powerOf(data), 2000) << minimum;
 
-        EXPECT_EQ(power, 2000) << minimum;
-        EXPECT_THAT(
-            trace.lines(),
-            ElementsAre(line("5 msg", "getMaxPower std::min parameters: 2700,2000,2800"),
-                        line("5 msg", "getMaxPower Max power for modulation 512QAM, rsec 0 and max "
-                                      "modulation 2000 = 2000")));
+        EXPECT_EQ(trace.lines(), powerLines("2700,2000,2800", "512QAM", 0, 2000));
     }
 }
 
@@ -239,11 +226,7 @@ TEST_P(OffsetFamilies, NameTheRsecByItsNumberInTheResult) {
 
     powerOf(data);
 
-    EXPECT_THAT(
-        trace.lines(),
-        ElementsAre(line("5 msg", "getMaxPower std::min parameters: 2700,2100,2100,2800"),
-                    line("5 msg", "getMaxPower Max power for modulation 16QAM, rsec 9 and max "
-                                  "modulation 2000 = 2100")));
+    EXPECT_EQ(trace.lines(), powerLines("2700,2100,2100,2800", "16QAM", 9, 2100));
 }
 
 TEST_P(OffsetFamilies, ComputeIn32BitsThatWrap) {
@@ -271,78 +254,52 @@ INSTANTIATE_TEST_SUITE_P(
 
 // --- One by one
 
-TEST(CalculatorKam, GivesTheActualModulationItsOffsetPower) {
-    CalculationData data = ordinaryCalculation();
-    data.pmaxActualModulation = 2300;
-    data.pmaxSelectedMinModulation = 2300;
-    TraceCapture trace(6);
-    long power = 4711;
+TEST(OffsetFamiliesByHand, HaveThePowersThatWereWorkedOut) {
+    const struct {
+        const char* name;
+        Calculator* calculator;
+        EReferenceSEC rsec;
+        Modulation selectedMin;
+        Modulation actual;
+        long pmaxSelectedMin;
+        long pmaxActual;
+        long power;
+        const char* bounds;
+        const char* result;
+    } cases[] = {
+        // 2 dB more than the reference at 16QAM
+        {"CalculatorKam", CalculatorKam::getInstance(), EReferenceSEC::Class2, Modulation::QAM4,
+         Modulation::QAM16, 2300, 2300, 2200, "2300,2300,2200,2300", "16QAM, rsec 0"},
+        // Bounded by the selected minimum
+        {"CalculatorKam", CalculatorKam::getInstance(), EReferenceSEC::Class2, Modulation::QAM1024,
+         Modulation::QAM16, 1900, 2300, 1900, "2300,1900,2200,1900", "16QAM, rsec 0"},
+        // 6 dB more
+        {"CalculatorKamV2", CalculatorKamV2::getInstance(), EReferenceSEC::Class2, Modulation::BPSK,
+         Modulation::BPSK, 2700, 2700, 2600, "2700,2600,2600,2700", "BPSK, rsec 0"},
+        // 1 dB less
+        {"CalculatorKamV2", CalculatorKamV2::getInstance(), EReferenceSEC::Class5B,
+         Modulation::QAM16384, Modulation::QAM16384, 2000, 2000, 1900, "2000,1900,1900,2000",
+         "16384QAM, rsec 3"}};
+    for (const auto& each : cases) {
+        SCOPED_TRACE(std::string(each.name) + ", " + each.bounds);
+        CalculationData data = ordinaryCalculation();
+        data.rsec = each.rsec;
+        data.selectedMinModulation = each.selectedMin;
+        data.actualModulation = each.actual;
+        data.pmaxSelectedMinModulation = each.pmaxSelectedMin;
+        data.pmaxActualModulation = each.pmaxActual;
+        TraceCapture trace(6);
+        long power = 4711;
 
-    EXPECT_EQ(CalculatorKam::getInstance()->getMaxPower(data, power, 0, 0, 0, Modulation::CW), 0);
+        EXPECT_EQ(each.calculator->getMaxPower(data, power, 0, 0, 0, Modulation::CW), 0);
 
-    EXPECT_EQ(power, 2200);
-    EXPECT_THAT(trace.lines(),
-                ElementsAre("5 msg CalculatorKam.getMaxPower: getMaxPower std::min parameters: "
-                            "2300,2300,2200,2300",
-                            "5 msg CalculatorKam.getMaxPower: getMaxPower Max power for modulation "
-                            "16QAM, rsec 0 and max modulation 2000 = 2200"));
-}
-
-TEST(CalculatorKam, BoundsTheActualModulationByTheSelectedMinimum) {
-    CalculationData data = ordinaryCalculation();
-    data.pmaxActualModulation = 2300;
-    data.selectedMinModulation = Modulation::QAM1024;
-    data.pmaxSelectedMinModulation = 1900;
-    TraceCapture trace(6);
-    long power = 4711;
-
-    EXPECT_EQ(CalculatorKam::getInstance()->getMaxPower(data, power, 0, 0, 0, Modulation::CW), 0);
-
-    EXPECT_EQ(power, 1900);
-    EXPECT_THAT(trace.lines(),
-                ElementsAre("5 msg CalculatorKam.getMaxPower: getMaxPower std::min parameters: "
-                            "2300,1900,2200,1900",
-                            "5 msg CalculatorKam.getMaxPower: getMaxPower Max power for modulation "
-                            "16QAM, rsec 0 and max modulation 2000 = 1900"));
-}
-
-TEST(CalculatorKamV2, GivesBpskSixDecibelsMoreThanTheReference) {
-    CalculationData data = ordinaryCalculation();
-    data.actualModulation = Modulation::BPSK;
-    data.selectedMinModulation = Modulation::BPSK;
-    data.pmaxActualModulation = 2700;
-    data.pmaxSelectedMinModulation = 2700;
-    TraceCapture trace(6);
-    long power = 4711;
-
-    EXPECT_EQ(CalculatorKamV2::getInstance()->getMaxPower(data, power, 0, 0, 0, Modulation::CW), 0);
-
-    EXPECT_EQ(power, 2600);
-    EXPECT_THAT(trace.lines(),
-                ElementsAre("5 msg CalculatorKamV2.getMaxPower: getMaxPower std::min parameters: "
-                            "2700,2600,2600,2700",
-                            "5 msg CalculatorKamV2.getMaxPower: getMaxPower Max power for "
-                            "modulation BPSK, rsec 0 and max modulation 2000 = 2600"));
-}
-
-TEST(CalculatorKamV2, Gives16384QamOneDecibelLessThanTheReference) {
-    CalculationData data = ordinaryCalculation();
-    data.rsec = EReferenceSEC::Class5B;
-    data.actualModulation = Modulation::QAM16384;
-    data.selectedMinModulation = Modulation::QAM16384;
-    data.pmaxActualModulation = 2000;
-    data.pmaxSelectedMinModulation = 2000;
-    TraceCapture trace(6);
-    long power = 4711;
-
-    EXPECT_EQ(CalculatorKamV2::getInstance()->getMaxPower(data, power, 0, 0, 0, Modulation::CW), 0);
-
-    EXPECT_EQ(power, 1900);
-    EXPECT_THAT(trace.lines(),
-                ElementsAre("5 msg CalculatorKamV2.getMaxPower: getMaxPower std::min parameters: "
-                            "2000,1900,1900,2000",
-                            "5 msg CalculatorKamV2.getMaxPower: getMaxPower Max power for "
-                            "modulation 16384QAM, rsec 3 and max modulation 2000 = 1900"));
+        EXPECT_EQ(power, each.power);
+        const std::string line = "5 msg " + std::string(each.name) + ".getMaxPower: getMaxPower ";
+        EXPECT_THAT(trace.lines(),
+                    ElementsAre(line + "std::min parameters: " + each.bounds,
+                                line + "Max power for modulation " + each.result +
+                                    " and max modulation 2000 = " + std::to_string(each.power)));
+    }
 }
 
 } // namespace
