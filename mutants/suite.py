@@ -33,7 +33,7 @@ COMPARED_FILES = 100
 
 # A mutant that reads or writes where it must not may go unseen without them.
 SANITIZERS = ("-fsanitize=address,undefined", "-fno-sanitize-recover=all")
-SANITIZED = ("calculators_tests", "service_tests", "interfaces_tests")
+SANITIZED = ("calculators_tests", "service_tests", "service_fact_tests", "interfaces_tests")
 
 # Optimisation, debug information, warnings, and what goes with the first.
 UNWANTED = re.compile(r"-O.?$|-g\d?$|-W(?!l,|p,)|-[DU]_FORTIFY_SOURCE|-DNDEBUG$")
@@ -89,6 +89,7 @@ PROGRAMS = {
         Program("calculators_tests"),
         Program("calculators_first_query_tests"),
         Program("service_tests"),
+        Program("service_fact_tests"),
         Program("service_substitute_tests"),
         Program("service_allocation_tests"),
         Program("allocation_drill"),
@@ -108,7 +109,7 @@ FIRST = (
     ("platform/", ("platform_tests",)),
     ("Control/OutputPowerCalculator/OutputPowerCalculator.h", ("service_tests",)),
     ("Control/OutputPowerCalculator/private/OutputPowerCalculator.cpp",
-     ("service_tests", "service_substitute_tests")),
+     ("service_tests", "service_fact_tests", "service_substitute_tests")),
     ("Control/OutputPowerCalculator/private/HardwareFamily", ("service_tests",)),
     ("Control/", ("calculators_tests", "calculators_first_query_tests")),
 )

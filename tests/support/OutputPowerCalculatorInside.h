@@ -2,15 +2,11 @@
 
 #include "OutputPowerCalculator.h"
 
-#include <map>
-#include <vector>
-
 /// Opens the private steps and members of OutputPowerCalculator to the tests. It only forwards.
 class OutputPowerCalculatorInside {
 public:
     using Service = OutputPowerCalculator;
     using UseConfiguredFF = OutputPowerCalculator::UseConfiguredFF;
-    using PowerMap = std::map<ModulationAndCoding, long>;
 
     static Calculator* getCalculator(const Service& service) { return service.getCalculator(); }
 
@@ -52,43 +48,11 @@ public:
         return service.getSelectedMinMaxAcm(min, max);
     }
 
-    static bool getAdmodEnable(const Service& service, ModulationAndCoding min,
-                               ModulationAndCoding max) {
-        return service.getAdmodEnable(min, max);
-    }
-
     static Modulation limitMaxModDueToRadioCapability(const Service& service,
                                                       UseConfiguredFF useConfiguredFF, long rfid,
                                                       Modulation modemMaxAvailableModulation) {
         return service.limitMaxModDueToRadioCapability(useConfiguredFF, rfid,
                                                        modemMaxAvailableModulation);
-    }
-
-    static unsigned getMaxOutputPowerArrayUsingConfigured(const Service& service,
-                                                          EReferenceSEC rsec, bool adModEnable,
-                                                          Modulation selectedMinMod,
-                                                          Modulation selectedMaxMod,
-                                                          PowerMap& powerMap) {
-        return service.getMaxOutputPowerArrayUsingConfigured(rsec, adModEnable, selectedMinMod,
-                                                             selectedMaxMod, powerMap);
-    }
-
-    static unsigned getMaxOutputPowerArrayUsingRfid(const Service& service, long rfid,
-                                                    EReferenceSEC rsec, bool adModEnable,
-                                                    Modulation selectedMinMod,
-                                                    Modulation selectedMaxMod, PowerMap& powerMap) {
-        return service.getMaxOutputPowerArrayUsingRfid(rfid, rsec, adModEnable, selectedMinMod,
-                                                       selectedMaxMod, powerMap);
-    }
-
-    static unsigned populateModulationPowerMap(
-        const Service& service, const std::vector<ModulationAndCoding>& modulationAndCodeArray,
-        long rfid, EReferenceSEC rsec, bool adModEnable, Modulation selectedMinMod,
-        Modulation selectedMaxMod, UseConfiguredFF useConfiguredFF, EDpdVersion dpdVersion,
-        EFrameFormatMarket market, EChannelSpacingType channelSpacing, PowerMap& powerMap) {
-        return service.populateModulationPowerMap(modulationAndCodeArray, rfid, rsec, adModEnable,
-                                                  selectedMinMod, selectedMaxMod, useConfiguredFF,
-                                                  dpdVersion, market, channelSpacing, powerMap);
     }
 
     static long getMinOutputPower(const Service& service, unsigned int channelSpacing) {

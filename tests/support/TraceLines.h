@@ -48,28 +48,6 @@ inline std::vector<std::string> limit(const std::string& frameFormatId,
                     " radioMaxAvailableModulation: " + radioMax)};
 }
 
-/// The lines of a compensation query to the first outdoor family that finds its variables.
-inline std::vector<std::string> kamCompensation(const std::string& channelSpacing) {
-    return {msg(6, "getCalculator", "Using KaM max power algorithm"),
-            "6 enter CalculatorKam.getCompensationForChannelSpacing: " + channelSpacing};
-}
-
-/// What the lines of a power query to the first outdoor family say, of which nothing fails.
-struct KamPower {
-    std::string dpdVersion = "1";
-    std::string market = "Etsi";
-    std::string rsec = "2";       ///< as its text
-    std::string rsecNumber = "0"; ///< as the calculator gets it
-    std::string selectedMin = "4QAM";
-    std::string selectedMax = "256QAM";
-    std::string availableMax = "256QAM"; ///< the reference too
-    std::string actual;
-    std::string compensation = "150"; ///< before the cutback
-    std::string parameters;           ///< the four powers of which the least counts
-    std::string referencePmax = "2200";
-    std::string power;
-};
-
 /// One line or several.
 class Part {
 public:
@@ -93,27 +71,6 @@ inline std::vector<std::string> sequence(std::initializer_list<Part> parts) {
         lines.insert(lines.end(), part.lines().begin(), part.lines().end());
     }
     return lines;
-}
-
-/// The lines of a power query to the first outdoor family with cutback.
-inline std::vector<std::string> kamPower(const KamPower& query) {
-    const std::string table = "dpdVersion=" + query.dpdVersion + ", market=" + query.market;
-    const auto pmax = [&query](const std::string& modulation) {
-        return lookUp(query.dpdVersion, query.market, modulation);
-    };
-    return sequence(
-        {enter("getAdModMaxPower",
-               table + ", convertRsecEnumToString(rsec)=" + query.rsec + ", selectedMinMod=" +
-                   query.selectedMin + ", selectedMaxMod=" + query.selectedMax +
-                   ", availableMaxMod=" + query.availableMax + ", actualMod=" + query.actual +
-                   ", csPowerCompensation=" + query.compensation),
-         cutback(), pmax(query.selectedMin), cutback(), pmax(query.actual), cutback(),
-         msg(6, "getCalculator", "Using KaM max power algorithm"), pmax(query.availableMax),
-         enter("getMaxPowerArray", table),
-         "5 msg CalculatorKam.getMaxPower: getMaxPower std::min parameters: " + query.parameters,
-         "5 msg CalculatorKam.getMaxPower: getMaxPower Max power for modulation " + query.actual +
-             ", rsec " + query.rsecNumber + " and max modulation " + query.referencePmax + " = " +
-             query.power});
 }
 
 } // namespace traced

@@ -1,12 +1,8 @@
 #include "AllocationCount.h"
 #include "CStorageManager.h"
 #include "DeskTrace.h"
-#include "IAcmHandler.h"
-#include "ICapabilityHandler.h"
-#include "IFrameFormat.h"
-#include "IHardwareConfigurationHandler.h"
-#include "ISystemPowerController.h"
 #include "InterfaceBroker.h"
+#include "Neighbours.h"
 #include "OutputPowerCalculator.h"
 #include "TraceCapture.h"
 
@@ -24,138 +20,60 @@ using ::testing::IsEmpty;
 
 namespace {
 
-/// What the neighbours answer. A mock takes blocks of its own: these are plain.
-struct Answers {
-    std::string productNumber = "QZT 846 001";
-    int minOutputPower = -1000;
-    int pmax[10] = {4, 2800, 16, 2600, 64, 2400, 256, 2200, 1024, 2000};
-    int pmaxCount = 10;
-    bool maxAcmLimitedByHw = false;
-    unsigned acmResult = 0;
-    Modulation modulation = Modulation::QAM64;
-    EDpdVersion dpdVersion = EDpdVersion::Dpd1;
-    std::vector<ModulationAndCoding> codes = {{30}, {31}, {41}, {61}, {81}};
-    bool hasOffset = true;
-    unsigned byIdResult = 0;
-};
-
-Answers s_answers;
-
 /// Channel spacing 28, and whether it can be read.
 const std::int32_t s_calibration[] = {28, 150};
 const std::uint32_t s_calibrationSize = 2;
 bool s_isCalibrated = true;
 
-unsigned pmaxTable(const int** table, const int** count) {
-    *table = s_answers.pmax;
-    *count = &s_answers.pmaxCount;
-    return 0;
-}
+// The simulated neighbours, whose own blocks do not count.
 
-class PlainCapabilityHandler : public ICapabilityHandler {
+class QuietCapabilityHandler : public SimulatedCapabilityHandler {
 public:
     std::string getTmuHwProductNumber() const override {
         const Elsewhere here;
-        return s_answers.productNumber;
-    }
-    unsigned getMinOutputPower(const int** table) const override {
-        *table = &s_answers.minOutputPower;
-        return 0;
-    }
-    unsigned getPmaxCapabilityDpd1Ansi(const int** table, const int** count) const override {
-        return pmaxTable(table, count);
-    }
-    unsigned getPmaxCapabilityDpd2Ansi(const int** table, const int** count) const override {
-        return pmaxTable(table, count);
-    }
-    unsigned getPmaxCapabilityDpd1Etsi(const int** table, const int** count) const override {
-        return pmaxTable(table, count);
-    }
-    unsigned getPmaxCapabilityDpd2Etsi(const int** table, const int** count) const override {
-        return pmaxTable(table, count);
-    }
-    bool isMaxAcmLimitedByHw() const override { return s_answers.maxAcmLimitedByHw; }
-};
-
-class PlainAcmHandler : public IAcmHandler {
-public:
-    unsigned getMinMaxModulationAndCode(ModulationAndCoding& min,
-                                        ModulationAndCoding& max) override {
-        min = {30};
-        max = {81};
-        return s_answers.acmResult;
+        return SimulatedCapabilityHandler::getTmuHwProductNumber();
     }
 };
 
-class PlainFrameFormat : public IFrameFormat {
+class QuietFrameFormat : public SimulatedFrameFormat {
 public:
-    Modulation getModulation() const override { return s_answers.modulation; }
-    Modulation getMaxAvailableModulation() const override { return Modulation::QAM256; }
     void getModulationAndCodeArray(std::vector<ModulationAndCoding>& codes) const override {
         const Elsewhere here;
-        codes = s_answers.codes;
+        SimulatedFrameFormat::getModulationAndCodeArray(codes);
     }
-    EChannelSpacingType getChannelSpacing() const override { return EChannelSpacingType::MHz28; }
-    EDpdVersion getDpdVersion() const override { return s_answers.dpdVersion; }
-    EFrameFormatMarket getTelecomMarket() const override { return EFrameFormatMarket::Etsi; }
     void getPerformanceProfiles(std::vector<short>& profiles) const override {
         const Elsewhere here;
-        profiles.assign(40, 1);
+        SimulatedFrameFormat::getPerformanceProfiles(profiles);
     }
     void getCarrierAggregationPerformanceProfiles(std::vector<short>& profiles) const override {
         getPerformanceProfiles(profiles);
     }
 };
 
-class PlainSystemPowerController : public ISystemPowerController {
-public:
-    EReferenceSEC getReferenceSec() const override { return EReferenceSEC::Class4L; }
-    bool getMinOutputPowerOffset(EChannelSpacingType, long& offset) const override {
-        offset = 250;
-        return s_answers.hasOffset;
-    }
-};
-
-class PlainHardwareConfigurationHandler : public IHardwareConfigurationHandler {
+class QuietHardwareConfiguration : public SimulatedHardwareConfigurationHandler {
 public:
     void getFrameFormatRecords(bool, std::vector<FrameFormatRecord>& records) const override {
         const Elsewhere here;
         records.assign(60, {7, EChannelSpacingType::MHz28});
     }
-    EDpdVersion getDpdVersion(RadioChannel, long) const override { return s_answers.dpdVersion; }
-    unsigned getTelecomMarket(RadioChannel, long, EFrameFormatMarket& market) const override {
-        market = EFrameFormatMarket::Etsi;
-        return s_answers.byIdResult;
-    }
-    unsigned getModulationAndCodeArray(RadioChannel, long,
+    unsigned getModulationAndCodeArray(RadioChannel channel, long id,
                                        std::vector<ModulationAndCoding>& codes) const override {
         const Elsewhere here;
-        codes = s_answers.codes;
-        return s_answers.byIdResult;
-    }
-    unsigned getChannelSpacing(RadioChannel, long, EChannelSpacingType& spacing) const override {
-        spacing = EChannelSpacingType::MHz28;
-        return s_answers.byIdResult;
+        return SimulatedHardwareConfigurationHandler::getModulationAndCodeArray(channel, id, codes);
     }
     void getPerformanceProfiles(RadioChannel, long, std::vector<short>& profiles) const override {
         const Elsewhere here;
         profiles.assign(40, 1);
     }
-    void getCarrierAggregationPerformanceProfiles(RadioChannel channel, long id,
-                                                  std::vector<short>& profiles) const override {
-        getPerformanceProfiles(channel, id, profiles);
-    }
 };
 
 constexpr ModulationAndCoding noCode = {ModulationAndCoding::UNDEFINED};
-const char* const productNumbers[] = {"QZT 846 001", "QZT 846 003", "QZT35201/1", "X"};
 
 /// A service among plain neighbours that has answered once for every family: their tables are
 /// there.
 class Allocations : public ::testing::Test {
 protected:
     Allocations() {
-        s_answers = {};
         s_isCalibrated = true;
         DeskTrace::getInstance().setLevel(0);
         DeskTrace::getInstance().clear();
@@ -164,14 +82,14 @@ protected:
         broker.registerInterface("IAcmHandler_1", &m_acmHandler);
         broker.registerInterface("IFrameFormat_1", &m_frameFormat);
         broker.registerInterface("ISystemPowerController_1", &m_systemPowerController);
-        broker.registerInterface("IHardwareConfigurationHandler", &m_hardwareConfigurationHandler);
-        sut.initialize();
-        for (const char* const productNumber : productNumbers) {
-            s_answers.productNumber = productNumber;
+        broker.registerInterface("IHardwareConfigurationHandler", &m_hardware);
+        for (const char* const productNumber : {"QZT 846 001", "QZT 846 003", "QZT35201/1", "X"}) {
+            answers.radio.capabilityHandler.productNumber = productNumber;
+            apply();
             sut.calculateAdmodPowerCapabilities(Modulation::QAM16, EReferenceSEC::Class2, m_min,
                                                 m_max);
         }
-        for (const ModulationAndCoding& code : s_answers.codes) {
+        for (const ModulationAndCoding& code : answers.radio.frameFormat.modulationAndCodes) {
             powerMap[code] = 0;
         }
     }
@@ -183,6 +101,27 @@ protected:
               "IHardwareConfigurationHandler"}) {
             broker.unregisterInterface(name, nullptr);
         }
+    }
+
+    struct Answers {
+        Answers() {
+            radio.frameFormat.performanceProfiles.assign(40, 1);
+            byId.id = 7;
+            byId.modulationAndCodes = radio.frameFormat.modulationAndCodes;
+        }
+
+        RadioAnswers radio;
+        HardwareConfigurationHandlerAnswers::FrameFormat byId;
+    };
+
+    /// Answers as `answers` says by now, with the service started anew.
+    void apply() {
+        m_capabilityHandler.setAnswers(answers.radio.capabilityHandler);
+        m_acmHandler.setAnswers(answers.radio.acmHandler);
+        m_frameFormat.setAnswers(answers.radio.frameFormat);
+        m_systemPowerController.setAnswers(answers.radio.systemPowerController);
+        m_hardware.setAnswers({{answers.byId}});
+        sut.initialize();
     }
 
     struct Query {
@@ -241,15 +180,16 @@ protected:
         }
     }
 
+    Answers answers;
     OutputPowerCalculator sut{1};
     std::map<ModulationAndCoding, long> powerMap;
 
 private:
-    PlainCapabilityHandler m_capabilityHandler;
-    PlainAcmHandler m_acmHandler;
-    PlainFrameFormat m_frameFormat;
-    PlainSystemPowerController m_systemPowerController;
-    PlainHardwareConfigurationHandler m_hardwareConfigurationHandler;
+    QuietCapabilityHandler m_capabilityHandler;
+    SimulatedAcmHandler m_acmHandler;
+    QuietFrameFormat m_frameFormat;
+    SimulatedSystemPowerController m_systemPowerController;
+    QuietHardwareConfiguration m_hardware;
     long m_min = 0;
     long m_max = 0;
 };
@@ -266,7 +206,8 @@ struct RadioCase {
 class AllocationsOfRadio : public Allocations, public ::testing::WithParamInterface<RadioCase> {
 protected:
     AllocationsOfRadio() {
-        s_answers.productNumber = GetParam().productNumber;
+        answers.radio.capabilityHandler.productNumber = GetParam().productNumber;
+        apply();
         sut.setBoosterPresence(GetParam().boosterPresence, 900, 2000, Modulation::QAM64);
     }
 };
@@ -315,7 +256,8 @@ TEST_P(AllocationsOfRadio, areNotMadeByAnyQueryWithoutTracing) {
 }
 
 TEST_P(AllocationsOfRadio, areNotMadeByAnyQueryOfARadioLimitedByItsHardware) {
-    s_answers.maxAcmLimitedByHw = true;
+    answers.radio.capabilityHandler.maxAcmLimitedByHw = true;
+    apply();
 
     expectThatNoQueryTakesABlock();
 }
@@ -323,26 +265,35 @@ TEST_P(AllocationsOfRadio, areNotMadeByAnyQueryOfARadioLimitedByItsHardware) {
 TEST_P(AllocationsOfRadio, areNotMadeByAnyQueryThatFails) {
     const struct {
         const char* name;
-        std::function<void()> arrange;
-    } failures[] = {{"unknown DPD version", [] { s_answers.dpdVersion = EDpdVersion{4}; }},
-                    {"no Pmax at all", [] { s_answers.pmaxCount = 0; }},
-                    {"no calibration", [] { s_isCalibrated = false; }},
-                    {"no selection", [] { s_answers.acmResult = 32769; }},
-                    {"nothing to count from",
-                     [] {
-                         s_answers.acmResult = 32768;
-                         s_answers.modulation = Modulation::UNDEFINED;
-                     }},
-                    {"no codes", [] { s_answers.codes.clear(); }},
-                    {"the undefined code", [] { s_answers.codes.push_back(noCode); }},
-                    {"an unknown id", [] { s_answers.byIdResult = 32768; }},
-                    {"no offset", [] { s_answers.hasOffset = false; }}};
+        std::function<void(Answers&)> arrange;
+    } failures[] = {
+        {"unknown DPD version",
+         [](Answers& to) {
+             to.radio.frameFormat.dpdVersion = EDpdVersion{4};
+             to.byId.dpdVersion = EDpdVersion{4};
+         }},
+        {"no Pmax at all",
+         [](Answers& to) { to.radio.capabilityHandler.pmaxDpd1Etsi = std::vector<int>(); }},
+        {"no calibration", [](Answers&) { s_isCalibrated = false; }},
+        {"no selection", [](Answers& to) { to.radio.acmHandler.selection = ResultOnly{32769}; }},
+        {"nothing to count from",
+         [](Answers& to) {
+             to.radio.acmHandler.selection = ResultOnly{32768};
+             to.radio.frameFormat.modulation = Modulation::UNDEFINED;
+         }},
+        {"no codes", [](Answers& to) { to.radio.frameFormat.modulationAndCodes.clear(); }},
+        {"the undefined code",
+         [](Answers& to) { to.radio.frameFormat.modulationAndCodes.push_back(noCode); }},
+        {"an unknown id", [](Answers& to) { to.byId.id = 8; }},
+        {"no offset",
+         [](Answers& to) { to.radio.systemPowerController.minOutputPowerOffsets.clear(); }}};
     for (const auto& failure : failures) {
         SCOPED_TRACE(failure.name);
-        s_answers = {};
-        s_answers.productNumber = GetParam().productNumber;
+        answers = {};
+        answers.radio.capabilityHandler.productNumber = GetParam().productNumber;
         s_isCalibrated = true;
-        failure.arrange();
+        failure.arrange(answers);
+        apply();
 
         expectThatNoQueryTakesABlock();
     }
@@ -358,7 +309,8 @@ INSTANTIATE_TEST_SUITE_P(, AllocationsOfRadio,
                                                      0}));
 
 TEST_F(Allocations, areNotMadeForTracesAboveTheLevel) {
-    s_answers.productNumber = "QZT 846 001";
+    answers = {};
+    apply();
     for (const int level : {1, 2, 3, 4}) {
         const TraceCapture trace(level);
 
