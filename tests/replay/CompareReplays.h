@@ -16,6 +16,12 @@
 /// compares what they print, trace records included.
 class CompareReplays {
 public:
+    /// One comparison for the whole process, as the library's one-time traces are the process's.
+    static CompareReplays& ofThisProcess() {
+        static CompareReplays instance;
+        return instance;
+    }
+
     struct Lines {
         std::vector<std::string> library;
         std::vector<std::string> reference;

@@ -3,21 +3,19 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
 namespace {
 
 constexpr std::uint64_t fileCount = 1500;
-
-/// One comparison for the whole process, as the library's one-time traces are the process's.
-CompareReplays& comparison() {
-    static CompareReplays instance;
-    return instance;
-}
 
 } // namespace
 
 TEST(RandomReplay, equalsTheRestatementLineForLineWithEveryTrace) {
     for (std::uint64_t seed = 0; seed < fileCount; seed += loopStride()) {
-        const CompareReplays::Lines lines = comparison().playRandom(seed, 6);
+        const CompareReplays::Lines lines = CompareReplays::ofThisProcess().playRandom(seed, 6);
 
         ASSERT_EQ(lines.library, lines.reference) << "random radio file " << seed;
     }
@@ -26,7 +24,8 @@ TEST(RandomReplay, equalsTheRestatementLineForLineWithEveryTrace) {
 TEST(RandomReplay, equalsTheRestatementAtEveryTraceLevel) {
     for (int traceLevel = 0; traceLevel <= 6; ++traceLevel) {
         for (std::uint64_t seed = 0; seed < fileCount / 10; seed += loopStride()) {
-            const CompareReplays::Lines lines = comparison().playRandom(seed + 1000000, traceLevel);
+            const CompareReplays::Lines lines =
+                CompareReplays::ofThisProcess().playRandom(seed + 1000000, traceLevel);
 
             ASSERT_EQ(lines.library, lines.reference)
                 << "random radio file " << seed + 1000000 << " at level " << traceLevel;
@@ -37,7 +36,8 @@ TEST(RandomReplay, equalsTheRestatementAtEveryTraceLevel) {
 TEST(RandomReplay, theRandomFilesReachEveryFamilyAndEveryCall) {
     std::string everything;
     for (std::uint64_t seed = 0; seed < 300; ++seed) {
-        for (const std::string& line : comparison().playRandom(seed, 6).reference) {
+        for (const std::string& line :
+             CompareReplays::ofThisProcess().playRandom(seed, 6).reference) {
             everything += line;
         }
     }
@@ -51,4 +51,25 @@ TEST(RandomReplay, theRandomFilesReachEveryFamilyAndEveryCall) {
           "\"call\":\"calculateAdmodPowerCapabilities\""}) {
         EXPECT_NE(everything.find(text), std::string::npos) << text;
     }
+}
+
+TEST(RandomReplay, everySeedMakesItsOwnFileAlways) {
+    EXPECT_EQ(reference::randomRadioFile(1).dump(), reference::randomRadioFile(1).dump());
+    EXPECT_NE(reference::randomRadioFile(1).dump(), reference::randomRadioFile(2).dump());
+}
+
+TEST(RandomReplay, nearlyAllRandomFilesStartAndPlayAllTheirRequests) {
+    int started = 0;
+    for (std::uint64_t seed = 0; seed < 300; ++seed) {
+        const std::size_t requests = reference::randomRadioFile(seed).at("requests").size();
+        ASSERT_GE(requests, 5U) << seed;
+        ASSERT_LE(requests, 30U) << seed;
+        const CompareReplays::Lines lines = CompareReplays::ofThisProcess().playRandom(seed, 0);
+        if (lines.reference.size() == requests + 1) {
+            ++started;
+        } else {
+            EXPECT_EQ(lines.reference.size(), 1U) << seed;
+        }
+    }
+    EXPECT_GT(started, 270);
 }
