@@ -8,7 +8,8 @@
 #include "Scenario.h"
 
 /// Neighbours that answer from a scenario with as little work as can be, so that what is counted is
-/// the calculator's. Published while the object lives.
+/// the calculator's; each of the simulated ones looks at every call whether to record it or to
+/// fail, and copies what it answers. Published while the object lives.
 class BenchNode {
 public:
     explicit BenchNode(const Scenario& scenario);

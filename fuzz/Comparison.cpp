@@ -4,7 +4,6 @@
 #include "Find.h"
 #include "PowerTableForms.h"
 #include "PowerTableQuery.h"
-#include "Replay.h"
 #include "TextChecks.h"
 
 #include <algorithm>
@@ -19,19 +18,6 @@ namespace {
 using nlohmann::json;
 
 constexpr unsigned firstFailure = 32768;
-
-void compareLines(const std::vector<std::string>& library,
-                  const std::vector<std::string>& reference, const json& document) {
-    const auto [left, right] =
-        std::mismatch(library.begin(), library.end(), reference.begin(), reference.end());
-    if (left == library.end() && right == reference.end()) {
-        return;
-    }
-    const std::string noLine = "(no line)";
-    reportFind("line " + std::to_string(left - library.begin() + 1) + " differs" +
-               "\nlibrary:   " + (left == library.end() ? noLine : *left) + "\nreference: " +
-               (right == reference.end() ? noLine : *right) + "\nradio file: " + document.dump());
-}
 
 /// The same radio with the setters as its only requests, and the query that a power table stands
 /// for.
@@ -92,15 +78,12 @@ void checkForms(const PowerTable& table) {
 } // namespace
 
 void Comparison::replay(const RadioFile& file, const json& document, int traceLevel) {
-    std::vector<std::string> library;
-    const bool started = Replay(traceLevel).play(file, [&library](const std::string& line) {
-        library.push_back(line);
-    });
-    const std::vector<std::string> reference = reference::replay(document, traceLevel, m_process);
-    compareLines(library, reference, document);
-
-    const auto result = json::parse(reference.front()).at("result").get<std::uint32_t>();
-    expect(started == (result < firstFailure), "whether the service started is told wrong");
+    const CompareReplays::Lines lines = m_replays.play(file, document, traceLevel);
+    if (const std::string difference = lines.difference(); !difference.empty()) {
+        reportFind(difference + "\nradio file: " + document.dump());
+    }
+    const auto result = json::parse(lines.reference.front()).at("result").get<std::uint32_t>();
+    expect(lines.isStarted == (result < firstFailure), "whether the service started is told wrong");
 }
 
 std::set<std::int32_t> Comparison::frameFormatIds(const json& document) {
@@ -136,7 +119,7 @@ void Comparison::table(const RadioFile& file, const json& document, std::int32_t
         expect(TextChecks::isOneLine(error.what()), "the reason for no table is not one line");
     }
 
-    const std::vector<std::string> answers = reference::replay(question, 0, m_process);
+    const std::vector<std::string> answers = m_replays.playReference(question, 0);
     const bool starts = json::parse(answers.front()).at("result") < firstFailure;
     expect(starts == table.has_value(), "there is a table exactly if the service starts");
     if (!table) {

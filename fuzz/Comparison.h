@@ -1,7 +1,7 @@
 #pragma once
 
 #include "RadioFile.h"
-#include "reference/Node.h"
+#include "replay/CompareReplays.h"
 
 #include <cstdint>
 #include <nlohmann/json.hpp>
@@ -25,5 +25,5 @@ public:
 private:
     void table(const RadioFile& file, const nlohmann::json& document, std::int32_t frameFormatId);
 
-    reference::ProcessState m_process; ///< what happens once in a process has happened in both
+    CompareReplays m_replays;
 };

@@ -10,7 +10,9 @@
 #include <memory>
 #include <vector>
 
-// The neighbours of the service, answering by a script.
+// The neighbours of the service, answering by a script. The simulated ones answer the same to every
+// call and fail only where there is a result code; the script gives any one call of any kind
+// another answer, a plain value included, and the restatement's node asks the same script.
 
 class ScriptedCapabilityHandler : public ICapabilityHandler {
 public:

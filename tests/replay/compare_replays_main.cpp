@@ -1,7 +1,10 @@
 #include "CompareReplays.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <iostream>
+#include <string>
 
 /// Compares a run of random radio files at trace level 6; prints the first line that differs.
 int main(int argc, char** argv) {
@@ -16,18 +19,8 @@ int main(int argc, char** argv) {
     std::size_t lineCount = 0;
     for (std::uint64_t seed = first; seed < first + count; ++seed) {
         const CompareReplays::Lines lines = comparison.playRandom(seed, 6);
-        if (lines.library != lines.reference) {
-            std::size_t i = 0;
-            while (i < lines.library.size() && i < lines.reference.size() &&
-                   lines.library[i] == lines.reference[i]) {
-                ++i;
-            }
-            const auto lineAt = [i](const std::vector<std::string>& all) {
-                return i < all.size() ? all[i] : std::string("(no line)");
-            };
-            std::cout << "random radio file " << seed << ", line " << i + 1
-                      << "\nlibrary:   " << lineAt(lines.library)
-                      << "\nreference: " << lineAt(lines.reference) << '\n';
+        if (const std::string difference = lines.difference(); !difference.empty()) {
+            std::cout << "random radio file " << seed << ", " << difference << '\n';
             return 1;
         }
         lineCount += lines.library.size();
