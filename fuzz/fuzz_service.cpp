@@ -2,8 +2,8 @@
 #include "Find.h"
 #include "FuzzInput.h"
 #include "FuzzTarget.h"
-#include "RadioFileMaker.h"
 #include "RadioFileReader.h"
+#include "reference/RandomRadioFile.h"
 
 #include <array>
 #include <cstddef>
@@ -77,7 +77,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
 
     FuzzInput input(bytes, size);
     const unsigned kind = input.choice();
-    json document = RadioFileMaker(input).make();
+    json document = reference::makeRadioFile(input);
     if (kind >= 240) {
         const std::string place = breakOneValue(document, input);
         expectRefused(document, place);

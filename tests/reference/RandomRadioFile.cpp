@@ -64,18 +64,41 @@ const std::vector<std::int64_t> tableModulations = {2,   4,    16,   32,   64,  
 
 const std::vector<std::int64_t> usualSpacings = {4, 7, 14, 20, 28, 40, 56, 80, 112};
 
-// All calls of the engine are made one statement at a time: the order of evaluation within an
-// expression is not the same everywhere.
+// Pieces of product numbers, and what is awkward to print.
+const std::vector<std::string> productPieces = {
+    "QZT 846 ", "57",  "001", "003",  "QZT35", "201",      "/1",           "HP",
+    " ",        "qzt", "\n",  "\"\\", "\x7F",  "\xC3\xA9", "\xE2\x80\xA8", std::string(1, '\0')};
+
+std::string variablePrefix(std::uint32_t channel) {
+    return "channel." + std::to_string(channel) + ".tx.rf.pmax.cs.comp.v2.";
+}
+
+class RandomDecisions : public Decisions {
+public:
+    explicit RandomDecisions(std::uint64_t seed)
+        : m_engine(seed) {}
+
+    std::uint64_t below(std::uint64_t count) override { return m_engine() % count; }
+    bool chance(std::uint64_t percent) override { return below(100) < percent; }
+    bool anything() override { return false; }
+    bool areUsedUp() const override { return false; }
+
+private:
+    std::mt19937_64 m_engine;
+};
+
+// Decisions are taken one statement, or one element of a braced list, at a time: the order of
+// evaluation within any other expression is not the same everywhere.
 class Generator {
 public:
-    explicit Generator(std::uint64_t seed)
-        : m_engine(seed) {}
+    explicit Generator(Decisions& decisions)
+        : m_decisions(decisions) {}
 
     json radioFile();
 
 private:
-    std::uint64_t below(std::uint64_t count) { return m_engine() % count; }
-    bool chance(std::uint64_t percent) { return below(100) < percent; }
+    std::uint64_t below(std::uint64_t count) { return m_decisions.below(count); }
+    bool chance(std::uint64_t percent) { return m_decisions.chance(percent); }
 
     // Counts up instead of casting: whether a cast to std::size_t is needed depends on the
     // platform.
@@ -108,6 +131,18 @@ private:
 
     std::int64_t any32() { return between(-2147483648LL, 2147483647); }
 
+    std::int64_t odd(const std::vector<std::int64_t>& values) {
+        return m_decisions.anything() ? any32() : pick(values);
+    }
+
+    std::int64_t oddUnsigned(const std::vector<std::int64_t>& values) {
+        return m_decisions.anything() ? between(0, 4294967295LL) : pick(values);
+    }
+
+    std::int64_t odd16(const std::vector<std::int64_t>& values) {
+        return m_decisions.anything() ? between(-32768, 32767) : pick(values);
+    }
+
     // The value as its text, most of the time, or as its number.
     json shown(std::int64_t value, const std::string& text, bool textStandsForValue) {
         if (textStandsForValue && !chance(25)) {
@@ -138,7 +173,7 @@ private:
 
     std::int64_t modulation(std::uint64_t oddPercent) {
         if (chance(oddPercent)) {
-            return pick(oddEnumerationValues);
+            return odd(oddEnumerationValues);
         }
         if (chance(4)) {
             return pick(std::vector<std::int64_t>{0, 65536});
@@ -163,7 +198,7 @@ private:
 
     std::int64_t code(std::uint64_t oddPercent) {
         if (chance(oddPercent)) {
-            return pick(oddEnumerationValues);
+            return odd(oddEnumerationValues);
         }
         const std::vector<std::int32_t> codes = listedCodes();
         // Half-rate codes and those of 65536QAM are rarer than the rest.
@@ -179,56 +214,37 @@ private:
             if (chance(60)) {
                 return undefinedRsec;
             }
-            return pick(std::vector<std::int64_t>{10, 999, -1, 13, 163, 100000, 2147483647});
+            return odd({10, 999, -1, 13, 163, 100000, 2147483647});
         }
         return between(0, 9);
     }
 
-    std::int64_t market() {
+    // The first value whose share, counted up in percent, is not reached; an odd one behind them.
+    std::int64_t mostly(const std::vector<std::pair<std::uint64_t, std::int64_t>>& shares,
+                        const std::vector<std::int64_t>& oddValues) {
         const std::uint64_t draw = below(100);
-        if (draw < 48) {
-            return 0;
+        for (const auto& [percent, value] : shares) {
+            if (draw < percent) {
+                return value;
+            }
         }
-        if (draw < 78) {
-            return 1;
-        }
-        if (draw < 88) {
-            return 2;
-        }
-        if (draw < 93) {
-            return 3;
-        }
-        if (draw < 98) {
-            return 7;
-        }
-        return pick(oddEnumerationValues);
+        return odd(oddValues);
+    }
+
+    std::int64_t market() {
+        return mostly({{48, 0}, {78, 1}, {88, 2}, {93, 3}, {98, 7}}, oddEnumerationValues);
     }
 
     std::int64_t dpdVersion() {
-        const std::uint64_t draw = below(100);
-        if (draw < 38) {
-            return 1;
-        }
-        if (draw < 78) {
-            return 2;
-        }
-        if (draw < 95) {
-            return 3;
-        }
-        if (draw < 97) {
-            return 0;
-        }
-        if (draw < 99) {
-            return 4;
-        }
-        return pick(std::vector<std::int64_t>{-1, 2147483647, -2147483648LL});
+        return mostly({{38, 1}, {78, 2}, {95, 3}, {97, 0}, {99, 4}},
+                      {-1, 2147483647, -2147483648LL});
     }
 
     std::int64_t spacing() {
         if (chance(94)) {
             return pick(usualSpacings);
         }
-        return pick(std::vector<std::int64_t>{0, 3000, 1, -1, -5, 2147483647, -2147483648LL});
+        return odd({0, 3000, 1, -1, -5, 2147483647, -2147483648LL});
     }
 
     std::int64_t power(std::int64_t low, std::int64_t high) {
@@ -239,7 +255,7 @@ private:
         if (draw < 97) {
             return any32();
         }
-        return pick(extremePowers);
+        return odd(extremePowers);
     }
 
     std::int64_t cutback() {
@@ -250,21 +266,19 @@ private:
         if (draw < 90) {
             return between(0, 4000);
         }
-        return pick(std::vector<std::int64_t>{4294967295LL, 4294967294LL, 2147483648LL, 2147483647,
-                                              100000, 0});
+        return oddUnsigned({4294967295LL, 4294967294LL, 2147483648LL, 2147483647, 100000, 0});
     }
 
     json failure() {
-        const std::int64_t code = pick(failureResults);
-        return json{{"result", code}};
+        return {{"result",
+                 m_decisions.anything() ? between(32768, 4294967295LL) : pick(failureResults)}};
     }
 
-    json success() {
-        const std::int64_t code = pick(successResults);
-        return json{{"result", code}};
-    }
+    json success() { return {{"result", pick(successResults)}}; }
 
-    std::string productNumber() {
+    json failureOrSuccess() { return chance(60) ? failure() : success(); }
+
+    json productNumber() {
         const std::uint64_t draw = below(100);
         if (draw < 8) {
             return "";
@@ -278,18 +292,28 @@ private:
         if (draw < 72) {
             return listedProducts.at(3 + indexBelow(20));
         }
+        if (m_decisions.anything()) {
+            std::string text;
+            const std::uint64_t pieces = below(8);
+            for (std::uint64_t piece = 0; piece < pieces; ++piece) {
+                text += pick(productPieces);
+            }
+            return text;
+        }
         return pick(nearMissProducts);
     }
 
     json pmaxRows();
     json pmaxTable();
-    json minOutputPower(bool mayFail);
+    json minOutputPower();
+    json patchedMinOutputPower();
     json byProfile();
     json byMarket();
     json capabilityHandler();
     json acmHandler();
     json codes();
     json profiles();
+    void addProfiles(json& frameFormat);
     json frameFormat();
     json offsets();
     json systemPowerController();
@@ -298,11 +322,14 @@ private:
     void addVariables(json& variables, std::uint32_t channel);
 
     json request();
+    json arrayQuery();
     json patchRequest();
     json patchContent();
     json toReplace(const std::vector<std::string>& path, const json& value) const;
+    json toReplaceOrDrop(const std::string& neighbour, const std::string& key,
+                         std::uint64_t dropPercent, json (Generator::*make)());
 
-    std::mt19937_64 m_engine;
+    Decisions& m_decisions;
     json m_now; // the file as the patches so far leave it
     std::vector<std::int64_t> m_ids;
 };
@@ -324,7 +351,7 @@ json Generator::pmaxRows() {
         modulations.push_back(pick(tableModulations));
     }
     if (chance(5)) {
-        modulations.push_back(pick(oddEnumerationValues));
+        modulations.push_back(odd(oddEnumerationValues));
     }
 
     std::int64_t level = between(36, 64) * 50;
@@ -333,7 +360,7 @@ json Generator::pmaxRows() {
     for (const std::int64_t modulation : modulations) {
         std::int64_t rowPower = level;
         if (chance(1)) {
-            rowPower = pick(extremePowers);
+            rowPower = odd(extremePowers);
         }
         rows.emplace_back(modulation, rowPower);
         level -= between(0, steepest) * 50;
@@ -344,10 +371,7 @@ json Generator::pmaxRows() {
 
     json table = json::array();
     for (const auto& [modulation, rowPower] : rows) {
-        json row = json::array();
-        row.push_back(modulationJson(modulation));
-        row.push_back(rowPower);
-        table.push_back(row);
+        table.push_back(json::array({modulationJson(modulation), rowPower}));
     }
     return table;
 }
@@ -392,14 +416,12 @@ json Generator::pmaxTable() {
     return json{{"integers", integers}};
 }
 
-json Generator::minOutputPower(bool mayFail) {
-    if (mayFail && chance(2)) {
-        return failure();
-    }
-    if (chance(5)) {
-        return success();
-    }
-    return power(-2000, 500);
+json Generator::minOutputPower() {
+    return chance(5) ? success() : json(power(-2000, 500));
+}
+
+json Generator::patchedMinOutputPower() {
+    return chance(10) ? failure() : minOutputPower();
 }
 
 json Generator::byProfile() {
@@ -409,8 +431,7 @@ json Generator::byProfile() {
     json limits = json::object();
     const std::uint64_t count = 1 + below(6);
     for (std::uint64_t index = 0; index < count; ++index) {
-        const std::int64_t profile =
-            chance(95) ? between(1, 6) : pick(std::vector<std::int64_t>{0, -1, -32768, 32767});
+        const std::int64_t profile = chance(95) ? between(1, 6) : odd16({0, -1, -32768, 32767});
         limits[std::to_string(profile)] = modulationJson(highModulation());
     }
     return limits;
@@ -435,7 +456,7 @@ json Generator::capabilityHandler() {
         handler["productNumber"] = productNumber();
     }
     if (chance(92)) {
-        handler["minOutputPower"] = minOutputPower(true);
+        handler["minOutputPower"] = chance(2) ? failure() : minOutputPower();
     }
     for (const char* key : {"pmaxDpd1Etsi", "pmaxDpd2Etsi", "pmaxDpd1Ansi", "pmaxDpd2Ansi"}) {
         if (chance(95)) {
@@ -447,7 +468,7 @@ json Generator::capabilityHandler() {
     }
     if (chance(85)) {
         handler["performanceProfileIndex"] =
-            chance(93) ? between(0, 3) : pick(std::vector<std::int64_t>{-1, 4, 32767, -32768});
+            chance(93) ? between(0, 3) : odd16({-1, 4, 32767, -32768});
     }
     if (chance(85)) {
         handler["maxModulationLimitedByHw"] = byProfile();
@@ -518,7 +539,7 @@ json Generator::codes() {
         chosen.push_back(pick(std::vector<std::int64_t>{5, 0, -1, 8, 3, 13, 9, -2147483648LL, 43}));
     }
     if (chance(2)) {
-        chosen.push_back(pick(std::vector<std::int64_t>{164, 100000, 2147483647}));
+        chosen.push_back(odd({164, 100000, 2147483647}));
     }
     if (chance(12)) {
         shuffle(chosen);
@@ -534,10 +555,17 @@ json Generator::profiles() {
     json list = json::array();
     const std::uint64_t count = below(5);
     for (std::uint64_t index = 0; index < count; ++index) {
-        list.push_back(chance(96) ? between(1, 6)
-                                  : pick(std::vector<std::int64_t>{0, -1, 32767, -32768}));
+        list.push_back(chance(96) ? between(1, 6) : odd16({0, -1, 32767, -32768}));
     }
     return list;
+}
+
+void Generator::addProfiles(json& frameFormat) {
+    for (const char* key : {"performanceProfiles", "carrierAggregationPerformanceProfiles"}) {
+        if (chance(85)) {
+            frameFormat[key] = profiles();
+        }
+    }
 }
 
 json Generator::frameFormat() {
@@ -559,12 +587,7 @@ json Generator::frameFormat() {
     format["channelSpacing"] = spacing();
     format["dpdVersion"] = dpdVersion();
     format["market"] = marketJson(market());
-    if (chance(85)) {
-        format["performanceProfiles"] = profiles();
-    }
-    if (chance(85)) {
-        format["carrierAggregationPerformanceProfiles"] = profiles();
-    }
+    addProfiles(format);
     return format;
 }
 
@@ -572,33 +595,21 @@ json Generator::offsets() {
     json list = json::array();
     for (const std::int64_t usual : usualSpacings) {
         if (chance(55)) {
-            json pair = json::array();
-            pair.push_back(usual);
-            pair.push_back(power(-500, 800));
-            list.push_back(pair);
+            list.push_back(json::array({usual, power(-500, 800)}));
         }
     }
     const std::uint64_t more = below(3);
     for (std::uint64_t index = 0; index < more; ++index) {
-        json pair = json::array();
-        pair.push_back(spacing());
-        pair.push_back(power(-500, 800));
-        list.push_back(pair);
+        list.push_back(json::array({spacing(), power(-500, 800)}));
     }
     if (chance(20)) {
-        json pair = json::array();
-        pair.push_back(0);
-        pair.push_back(power(-500, 800));
-        list.push_back(pair);
+        list.push_back(json::array({0, power(-500, 800)}));
     }
     return list;
 }
 
 json Generator::systemPowerController() {
-    json controller = json::object();
-    controller["referenceSec"] = rsecJson(rsec(5));
-    controller["minOutputPowerOffsets"] = offsets();
-    return controller;
+    return {{"referenceSec", rsecJson(rsec(5))}, {"minOutputPowerOffsets", offsets()}};
 }
 
 json Generator::frameFormatRecords() {
@@ -608,7 +619,7 @@ json Generator::frameFormatRecords() {
     for (std::uint64_t index = 0; index < count; ++index) {
         std::int64_t id = between(1, 9);
         if (chance(8)) {
-            id = pick(std::vector<std::int64_t>{0, -1, 2147483647, -2147483648LL});
+            id = odd({0, -1, 2147483647, -2147483648LL});
         }
         if (chance(15) && !m_ids.empty()) {
             id = pick(m_ids);
@@ -622,25 +633,12 @@ json Generator::frameFormatRecords() {
         } else if (chance(40)) {
             record["channelSpacing"] = 3000;
         } else {
-            record["channelSpacing"] = chance(60) ? failure() : success();
+            record["channelSpacing"] = failureOrSuccess();
         }
         record["dpdVersion"] = dpdVersion();
-        if (chance(92)) {
-            record["market"] = marketJson(market());
-        } else {
-            record["market"] = chance(60) ? failure() : success();
-        }
-        if (chance(92)) {
-            record["modulationAndCodes"] = codes();
-        } else {
-            record["modulationAndCodes"] = chance(60) ? failure() : success();
-        }
-        if (chance(85)) {
-            record["performanceProfiles"] = profiles();
-        }
-        if (chance(85)) {
-            record["carrierAggregationPerformanceProfiles"] = profiles();
-        }
+        record["market"] = chance(92) ? marketJson(market()) : failureOrSuccess();
+        record["modulationAndCodes"] = chance(92) ? codes() : failureOrSuccess();
+        addProfiles(record);
         records.push_back(record);
     }
     return records;
@@ -664,13 +662,13 @@ json Generator::calibrationArray(std::int64_t& size) {
     }
     size = static_cast<std::int64_t>(elements.size());
     if (chance(2)) {
-        return pick(usualSpacings); // a single value where an array belongs
+        return oddUnsigned(usualSpacings); // a single value where an array belongs
     }
     return elements;
 }
 
 void Generator::addVariables(json& variables, std::uint32_t channel) {
-    const std::string prefix = "channel." + std::to_string(channel) + ".tx.rf.pmax.cs.comp.v2.";
+    const std::string prefix = variablePrefix(channel);
     std::int64_t size = 0;
     const json elements = calibrationArray(size);
     if (chance(97)) {
@@ -687,83 +685,80 @@ void Generator::addVariables(json& variables, std::uint32_t channel) {
 }
 
 json Generator::request() {
-    json asked = json::object();
     const std::uint64_t draw = below(100);
-    bool hasPowerOutputs = false;
     if (draw < 3) {
-        asked["call"] = "initialize";
-    } else if (draw < 12) {
-        asked["call"] = "setPowerCutback";
-        asked["cutback"] = cutback();
-    } else if (draw < 19) {
-        asked["call"] = "setTemporaryPowerCutback";
-        asked["use"] = chance(50);
-        asked["cutback"] = cutback();
-    } else if (draw < 22) {
-        asked["call"] = "setTemperature";
-        asked["temperature"] = power(-40, 90);
-    } else if (draw < 31) {
-        asked["call"] = "setBoosterPresence";
-        asked["presence"] = pick(std::vector<std::int64_t>{0, 0, 1, 1, 1, 2, 6, 7, 7, 8, -1});
-        asked["gain"] = power(0, 2000);
-        asked["maxInputPower"] = power(0, 3000);
-        asked["maxModulation"] = modulationJson(chance(80) ? highModulation() : modulation(20));
-    } else if (draw < 43) {
-        asked["call"] = "calculatePowerCapabilities";
-        asked["modulation"] = modulationJson(askedModulation());
-        hasPowerOutputs = true;
-    } else if (draw < 58) {
-        asked["call"] = "calculateAdmodPowerCapabilities";
-        asked["modulation"] = modulationJson(askedModulation());
-        asked["rsec"] = rsecJson(rsec(8));
-        hasPowerOutputs = true;
-    } else if (draw < 64) {
-        asked["call"] = "findPminPmax";
-        hasPowerOutputs = true;
-    } else if (draw < 70) {
-        asked["call"] = "getUnrestrictedPmax";
-        hasPowerOutputs = true;
-    } else if (draw < 90) {
-        asked["call"] = "getMinMaxOutputPowerVsModulationArray";
-        if (chance(70)) {
-            std::int64_t id = 0;
-            if (!m_ids.empty() && chance(70)) {
-                id = pick(m_ids);
-            } else if (chance(40)) {
-                id = pick(std::vector<std::int64_t>{1, 5, 9, 10, -1, 2147483647, -2147483648LL});
-            }
-            asked["frameFormatId"] = id;
-        }
-        if (chance(45)) {
-            asked["minModulationAndCode"] = codeJson(code(8));
-        }
-        if (chance(45)) {
-            asked["maxModulationAndCode"] = codeJson(code(8));
-        }
-        if (chance(60)) {
-            asked["referenceSec"] = rsecJson(rsec(10));
-        }
-        if (chance(25)) {
-            json entries = json::array();
-            std::set<std::int64_t> taken;
-            const std::uint64_t count = below(5);
-            for (std::uint64_t index = 0; index < count; ++index) {
-                const std::int64_t key = code(15);
-                if (taken.insert(key).second) {
-                    json entry = json::array();
-                    entry.push_back(codeJson(key));
-                    entry.push_back(power(0, 2500));
-                    entries.push_back(entry);
-                }
-            }
-            asked["powerMap"] = entries;
-        }
-        hasPowerOutputs = true;
-    } else {
+        return {{"call", "initialize"}};
+    }
+    if (draw < 12) {
+        return {{"call", "setPowerCutback"}, {"cutback", cutback()}};
+    }
+    if (draw < 19) {
+        return {{"call", "setTemporaryPowerCutback"}, {"use", chance(50)}, {"cutback", cutback()}};
+    }
+    if (draw < 22) {
+        return {{"call", "setTemperature"}, {"temperature", power(-40, 90)}};
+    }
+    if (draw < 31) {
+        return {{"call", "setBoosterPresence"},
+                {"presence", odd({0, 0, 1, 1, 1, 2, 6, 7, 7, 8, -1})},
+                {"gain", power(0, 2000)},
+                {"maxInputPower", power(0, 3000)},
+                {"maxModulation", modulationJson(chance(80) ? highModulation() : modulation(20))}};
+    }
+    if (draw >= 90) {
         return patchRequest();
     }
-    if (hasPowerOutputs && chance(25)) {
+    json asked;
+    if (draw < 43) {
+        asked = {{"call", "calculatePowerCapabilities"},
+                 {"modulation", modulationJson(askedModulation())}};
+    } else if (draw < 58) {
+        asked = {{"call", "calculateAdmodPowerCapabilities"},
+                 {"modulation", modulationJson(askedModulation())},
+                 {"rsec", rsecJson(rsec(8))}};
+    } else if (draw < 64) {
+        asked = {{"call", "findPminPmax"}};
+    } else if (draw < 70) {
+        asked = {{"call", "getUnrestrictedPmax"}};
+    } else {
+        asked = arrayQuery();
+    }
+    if (chance(25)) {
         asked["preset"] = power(-2000, 3000);
+    }
+    return asked;
+}
+
+json Generator::arrayQuery() {
+    json asked = {{"call", "getMinMaxOutputPowerVsModulationArray"}};
+    if (chance(70)) {
+        std::int64_t id = 0;
+        if (!m_ids.empty() && chance(70)) {
+            id = pick(m_ids);
+        } else if (chance(40)) {
+            id = odd({1, 5, 9, 10, -1, 2147483647, -2147483648LL});
+        }
+        asked["frameFormatId"] = id;
+    }
+    for (const char* key : {"minModulationAndCode", "maxModulationAndCode"}) {
+        if (chance(45)) {
+            asked[key] = codeJson(code(8));
+        }
+    }
+    if (chance(60)) {
+        asked["referenceSec"] = rsecJson(rsec(10));
+    }
+    if (chance(25)) {
+        json entries = json::array();
+        std::set<std::int64_t> taken;
+        const std::uint64_t count = below(5);
+        for (std::uint64_t index = 0; index < count; ++index) {
+            const std::int64_t key = code(15);
+            if (taken.insert(key).second) {
+                entries.push_back(json::array({codeJson(key), power(0, 2500)}));
+            }
+        }
+        asked["powerMap"] = entries;
     }
     return asked;
 }
@@ -826,33 +821,28 @@ json Generator::toReplace(const std::vector<std::string>& path, const json& valu
     return patch;
 }
 
+// The same, or in some percent of the cases one that takes the key away.
+json Generator::toReplaceOrDrop(const std::string& neighbour, const std::string& key,
+                                std::uint64_t dropPercent, json (Generator::*make)()) {
+    return toReplace({neighbour, key}, chance(dropPercent) ? json() : (this->*make)());
+}
+
 json Generator::patchContent() {
     const std::uint64_t draw = below(100);
     if (draw < 1) {
         return json::object();
     }
     if (draw < 16) {
-        if (chance(8)) {
-            return toReplace({"capabilityHandler", "productNumber"}, nullptr);
-        }
-        return toReplace({"capabilityHandler", "productNumber"}, productNumber());
+        return toReplaceOrDrop("capabilityHandler", "productNumber", 8, &Generator::productNumber);
     }
     if (draw < 32) {
         const std::string key = pick(std::vector<std::string>{"pmaxDpd1Etsi", "pmaxDpd2Etsi",
                                                               "pmaxDpd1Ansi", "pmaxDpd2Ansi"});
-        if (chance(5)) {
-            return toReplace({"capabilityHandler", key}, nullptr);
-        }
-        return toReplace({"capabilityHandler", key}, pmaxTable());
+        return toReplaceOrDrop("capabilityHandler", key, 5, &Generator::pmaxTable);
     }
     if (draw < 37) {
-        if (chance(10)) {
-            return toReplace({"capabilityHandler", "minOutputPower"}, nullptr);
-        }
-        if (chance(10)) {
-            return toReplace({"capabilityHandler", "minOutputPower"}, failure());
-        }
-        return toReplace({"capabilityHandler", "minOutputPower"}, minOutputPower(false));
+        return toReplaceOrDrop("capabilityHandler", "minOutputPower", 10,
+                               &Generator::patchedMinOutputPower);
     }
     if (draw < 46) {
         return toReplace({"frameFormat", "market"}, marketJson(market()));
@@ -876,10 +866,7 @@ json Generator::patchContent() {
     if (draw < 74) {
         const std::string key =
             chance(50) ? "performanceProfiles" : "carrierAggregationPerformanceProfiles";
-        if (chance(15)) {
-            return toReplace({"frameFormat", key}, nullptr);
-        }
-        return toReplace({"frameFormat", key}, profiles());
+        return toReplaceOrDrop("frameFormat", key, 15, &Generator::profiles);
     }
     if (draw < 80) {
         return toReplace({"acmHandler"}, acmHandler());
@@ -897,22 +884,16 @@ json Generator::patchContent() {
         return toReplace({"board", "carrierAggregation"}, chance(50));
     }
     if (draw < 96) {
-        const std::uint32_t given = m_now.at("channel").get<std::uint32_t>();
-        const std::uint32_t served = given == 2 ? 2 : 1;
+        const std::uint32_t served = m_now.at("channel") == 2 ? 2 : 1;
         json variables = json::object();
         addVariables(variables, served);
         if (chance(8)) {
-            const std::string name =
-                "channel." + std::to_string(served) + ".tx.rf.pmax.cs.comp.v2.array";
-            variables[name] = nullptr;
+            variables[variablePrefix(served) + "array"] = nullptr;
         }
-        json patch = json::object();
-        patch["variables"] = variables;
-        return patch;
+        return {{"variables", variables}};
     }
     if (draw < 98) {
-        const std::string key = "maxModulationLimitedByHw";
-        return toReplace({"capabilityHandler", key}, byProfile());
+        return toReplace({"capabilityHandler", "maxModulationLimitedByHw"}, byProfile());
     }
     if (chance(50)) {
         return toReplace({"capabilityHandler", "maxAcmLimitedByHw"}, chance(50));
@@ -928,7 +909,7 @@ json Generator::radioFile() {
     if (draw >= 60 && draw < 80) {
         channel = 2;
     } else if (draw >= 80) {
-        channel = pick(std::vector<std::int64_t>{0, 3, 12, 4294967295LL});
+        channel = oddUnsigned({0, 3, 12, 4294967295LL});
     }
     file["channel"] = channel;
 
@@ -978,7 +959,7 @@ json Generator::radioFile() {
 
     json requests = json::array();
     const std::uint64_t count = 5 + below(26);
-    while (requests.size() < count) {
+    while (requests.size() < count && !m_decisions.areUsedUp()) {
         const json next = request();
         const bool patches = next.at("call") == "patch";
         // A file that does not start plays no patch, and none could name the missing neighbour.
@@ -996,9 +977,13 @@ json Generator::radioFile() {
 
 } // namespace
 
+json makeRadioFile(Decisions& decisions) {
+    return Generator(decisions).radioFile();
+}
+
 json randomRadioFile(std::uint64_t seed) {
-    Generator generator(seed);
-    return generator.radioFile();
+    RandomDecisions decisions(seed);
+    return makeRadioFile(decisions);
 }
 
 } // namespace reference
