@@ -10,7 +10,7 @@
 #include <sstream>
 #include <stdexcept>
 
-// What the service answers is in tests/facts, played through Replay as well.
+// What the service answers stands as facts elsewhere, which are played through Replay, too.
 
 namespace {
 
