@@ -106,7 +106,7 @@ qor_install_pkgconfig(qor-desk-platform DeskDevelopment)
 qor_install_pkgconfig(qor-simulated-neighbours DeskDevelopment)
 
 set(desk_documents "${CMAKE_INSTALL_DATAROOTDIR}/doc/libqordeskplatform-dev")
-install(FILES "${PROJECT_SOURCE_DIR}/docs/simulated-neighbours.md"
+install(FILES "${PROJECT_SOURCE_DIR}/docs/how-to/simulated-neighbours.md"
     DESTINATION "${desk_documents}" COMPONENT ${way}DeskDevelopment ${not_by_itself})
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/host" "${PROJECT_SOURCE_DIR}/examples/simulated"
     DESTINATION "${desk_documents}/examples" COMPONENT ${way}DeskDevelopment ${not_by_itself}
@@ -121,9 +121,15 @@ install(TARGETS qor-power RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
 set(tool_documents "${CMAKE_INSTALL_DATAROOTDIR}/doc/qor-power")
 install(
     FILES
-        "${PROJECT_SOURCE_DIR}/docs/checks.md"
-        "${PROJECT_SOURCE_DIR}/docs/qor-power.md"
-        "${PROJECT_SOURCE_DIR}/docs/radio-file.md"
+        "${PROJECT_SOURCE_DIR}/docs/reference/checks.md"
+        "${PROJECT_SOURCE_DIR}/docs/reference/qor-power.md"
+        "${PROJECT_SOURCE_DIR}/docs/reference/radio-file.md"
+    DESTINATION "${tool_documents}" COMPONENT ${way}Tool ${not_by_itself})
+# Beside them as in the sources, so that their links hold.
+install(
+    DIRECTORY
+        "${PROJECT_SOURCE_DIR}/docs/reference/commands"
+        "${PROJECT_SOURCE_DIR}/docs/reference/pictures"
     DESTINATION "${tool_documents}" COMPONENT ${way}Tool ${not_by_itself})
 # For editors.
 install(FILES "${PROJECT_SOURCE_DIR}/share/qor-radio-file.schema.json"

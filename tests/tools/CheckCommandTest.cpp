@@ -156,7 +156,7 @@ TEST(Check, FindsNoMoreThanHintsInTheExamples) {
 /// "QP-101 warning a Pmax table rises with the modulation" by code, out of the list of all
 /// findings.
 std::map<std::string, std::string> listedFindings() {
-    std::ifstream document(QOR_PROJECT "/docs/checks.md");
+    std::ifstream document(QOR_PROJECT "/docs/reference/checks.md");
     const std::regex row(R"(\| `(QP-\d{3})` \| (\w+) \| ([^|]+) \| [^|]+ \|)");
     std::map<std::string, std::string> findings;
     for (std::string line; std::getline(document, line);) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -10,33 +11,48 @@
 
 namespace {
 
-/// A run of the tool as the manual shows it.
+namespace fs = std::filesystem;
+
+/// A run of the tool as a document shows it.
 struct Shown {
+    std::string document;
     std::string commandLine;
     std::string output; ///< both streams, standard output first
 };
 
-/// Every "$ qor-power ..." of the manual's console blocks with the lines that follow it.
-std::vector<Shown> shownIn(const std::string& path) {
-    std::ifstream manual(path);
-    std::vector<Shown> runs;
+/// The README and every page below docs/.
+std::vector<fs::path> documents() {
+    std::vector<fs::path> found{QOR_PROJECT "/README.md"};
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(QOR_PROJECT "/docs")) {
+        if (entry.path().extension() == ".md") {
+            found.push_back(entry.path());
+        }
+    }
+    return found;
+}
+
+/// Adds every "$ qor-power ..." of a document's console blocks with the lines that follow it.
+void addShownIn(const fs::path& document, std::vector<Shown>& runs) {
+    std::ifstream text(document);
     bool isInConsole = false;
-    for (std::string line; std::getline(manual, line);) {
+    for (std::string line; std::getline(text, line);) {
         if (line.starts_with("```")) {
             isInConsole = line == "```console";
         } else if (isInConsole && line.starts_with("$ ")) {
-            runs.push_back({line.substr(2), ""});
+            runs.push_back({document.string(), line.substr(2), ""});
         } else if (isInConsole && !runs.empty()) {
             runs.back().output += line + '\n';
         }
     }
-    return runs;
 }
 
 TEST(Manual, ShowsWhatTheToolPrints) {
-    const std::vector<Shown> runs = shownIn(QOR_PROJECT "/docs/qor-power.md");
+    std::vector<Shown> runs;
+    for (const fs::path& document : documents()) {
+        addShownIn(document, runs);
+    }
 
-    ASSERT_GE(runs.size(), 6U);
+    ASSERT_GE(runs.size(), 18U);
     for (const Shown& run : runs) {
         std::istringstream words(run.commandLine);
         std::vector<std::string> arguments(std::istream_iterator<std::string>(words), {});
@@ -45,7 +61,8 @@ TEST(Manual, ShowsWhatTheToolPrints) {
 
         const ToolResult result = ToolProcess(arguments).inFolder(QOR_PROJECT).run();
 
-        EXPECT_EQ(result.output + result.errors, run.output) << run.commandLine;
+        EXPECT_EQ(result.output + result.errors, run.output)
+            << run.document << ": " << run.commandLine;
     }
 }
 

@@ -201,7 +201,7 @@ TEST(Picture, HoldsTheGreatestPowers) {
 
 TEST(PictureOfTheManual, IsWhatTheToolDraws) {
     const std::string radios = QOR_EXAMPLE_RADIOS;
-    const std::string pictures = QOR_PROJECT "/docs/pictures/";
+    const std::string pictures = QOR_PROJECT "/docs/reference/pictures/";
 
     EXPECT_EQ(svgOf(radios + "/18ghz-ansi-high-radio-unit-new-booster.json", {"--cutback", "1"}),
               contentAt(pictures + "powers.svg"));

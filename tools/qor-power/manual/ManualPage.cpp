@@ -131,7 +131,7 @@ std::string filesSection() {
            entry(italic(documents + "examples/radios"), running("Example radio files.")) +
            entry(italic(documents + "radio-file.md"), running("What a radio file may hold.")) +
            entry(italic(documents + "qor-power.md"),
-                 running("The whole manual, with what each command prints."));
+                 running("What all commands have in common; a page for each lies in commands/."));
 }
 
 } // namespace
