@@ -46,7 +46,9 @@ struct RecordedCall {
     std::string text() const;
 };
 
+/// Whether all three texts are equal.
 bool operator==(const RecordedCall& left, const RecordedCall& right);
+/// Writes text().
 std::ostream& operator<<(std::ostream& stream, const RecordedCall& call);
 
 /// What was asked of the simulated neighbours, in order.
@@ -56,13 +58,16 @@ std::ostream& operator<<(std::ostream& stream, const RecordedCall& call);
 /// used from several threads.
 class CallLog {
 public:
+    /// Adds a call at the end.
     void add(RecordedCall call);
 
+    /// A copy of the calls, in order.
     std::vector<RecordedCall> calls() const;
 
     /// The calls as RecordedCall::text() writes them.
     std::vector<std::string> texts() const;
 
+    /// Forgets the calls.
     void clear();
 
 private:

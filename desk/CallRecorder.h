@@ -13,10 +13,12 @@ public:
     CallRecorder& operator=(const CallRecorder&) = delete;
 
 protected:
+    /// @param interface name of the neighbour's interface, a string literal.
     explicit CallRecorder(const char* interface)
         : m_interface(interface) {}
     ~CallRecorder() = default;
 
+    /// Records a call, if there is a log.
     template <class... Arguments>
     void record(const char* operation, const Arguments&... arguments) const {
         if (m_log != nullptr) {

@@ -21,20 +21,24 @@ struct CapabilityHandlerAnswers {
     /// handed out is their number, also when it is odd.
     using Pmax = Answer<std::vector<int>>;
 
-    /// One modulation whatever is asked, or one by performance profile or by market. What such a
-    /// map does not list is answered with Modulation::UNDEFINED.
+    /// One modulation whatever is asked, or one by performance profile. What the map does not list
+    /// is answered with Modulation::UNDEFINED.
     using ModulationByProfile = std::variant<Modulation, std::map<short, Modulation>>;
+
+    /// Likewise by market.
     using ModulationByMarket = std::variant<Modulation, std::map<EFrameFormatMarket, Modulation>>;
 
-    std::optional<std::string> productNumber;
-    std::optional<Answer<int>> minOutputPower;
-    std::optional<Pmax> pmaxDpd1Ansi;
-    std::optional<Pmax> pmaxDpd2Ansi;
-    std::optional<Pmax> pmaxDpd1Etsi;
-    std::optional<Pmax> pmaxDpd2Etsi;
-    std::optional<bool> maxAcmLimitedByHw;
-    std::optional<short> performanceProfileIndex;
+    std::optional<std::string> productNumber;     ///< of getTmuHwProductNumber()
+    std::optional<Answer<int>> minOutputPower;    ///< of getMinOutputPower()
+    std::optional<Pmax> pmaxDpd1Ansi;             ///< of getPmaxCapabilityDpd1Ansi()
+    std::optional<Pmax> pmaxDpd2Ansi;             ///< of getPmaxCapabilityDpd2Ansi()
+    std::optional<Pmax> pmaxDpd1Etsi;             ///< of getPmaxCapabilityDpd1Etsi()
+    std::optional<Pmax> pmaxDpd2Etsi;             ///< of getPmaxCapabilityDpd2Etsi()
+    std::optional<bool> maxAcmLimitedByHw;        ///< of isMaxAcmLimitedByHw()
+    std::optional<short> performanceProfileIndex; ///< of getPerformanceProfileIndex()
+    /// Of getMaxModulationLimitedByHw().
     std::optional<ModulationByProfile> maxModulationLimitedByHw;
+    /// Of getMaxModulationWithoutLimitation().
     std::optional<ModulationByMarket> maxModulationWithoutLimitation;
 };
 
@@ -52,8 +56,10 @@ class SimulatedCapabilityHandler : public ICapabilityHandler,
                                    public CallRecorder,
                                    public FailureDrill {
 public:
+    /// Programs the first answers.
     explicit SimulatedCapabilityHandler(const CapabilityHandlerAnswers& answers = {});
 
+    /// Programs further answers.
     void setAnswers(const CapabilityHandlerAnswers& answers);
 
     std::string getTmuHwProductNumber() const override;

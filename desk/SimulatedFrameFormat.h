@@ -7,22 +7,24 @@
 
 /// What a SimulatedFrameFormat answers.
 struct FrameFormatAnswers {
-    Modulation modulation = Modulation::UNDEFINED;
-    Modulation maxAvailableModulation = Modulation::UNDEFINED;
-    std::vector<ModulationAndCoding> modulationAndCodes;
-    EChannelSpacingType channelSpacing = EChannelSpacingType::MHz28;
-    EDpdVersion dpdVersion = EDpdVersion::Dpd1;
-    EFrameFormatMarket market = EFrameFormatMarket::Etsi;
-    std::vector<short> performanceProfiles;
-    std::vector<short> carrierAggregationPerformanceProfiles;
+    Modulation modulation = Modulation::UNDEFINED;                   ///< of getModulation()
+    Modulation maxAvailableModulation = Modulation::UNDEFINED;       ///< of the modem
+    std::vector<ModulationAndCoding> modulationAndCodes;             ///< in any order
+    EChannelSpacingType channelSpacing = EChannelSpacingType::MHz28; ///< in whole MHz
+    EDpdVersion dpdVersion = EDpdVersion::Dpd1;                      ///< of the transmitter
+    EFrameFormatMarket market = EFrameFormatMarket::Etsi;            ///< of getTelecomMarket()
+    std::vector<short> performanceProfiles;                          ///< of one carrier
+    std::vector<short> carrierAggregationPerformanceProfiles;        ///< with carrier aggregation
 };
 
 /// A frame format with programmable answers. Any number of threads may ask; setAnswers() must not
 /// run beside them. None of its operations can fail.
 class SimulatedFrameFormat : public IFrameFormat, public CallRecorder {
 public:
+    /// Programs the first answers.
     explicit SimulatedFrameFormat(const FrameFormatAnswers& answers = {});
 
+    /// Programs further answers.
     void setAnswers(const FrameFormatAnswers& answers);
 
     Modulation getModulation() const override;

@@ -9,15 +9,17 @@
 
 /// What a SimulatedHardwareConfigurationHandler answers.
 struct HardwareConfigurationHandlerAnswers {
+    /// A frame format of the hardware configuration.
     struct FrameFormat {
-        long id = 0;
-        Answer<EChannelSpacingType> channelSpacing = EChannelSpacingType::MHz28;
-        EDpdVersion dpdVersion = EDpdVersion::Dpd1;
-        Answer<EFrameFormatMarket> market = EFrameFormatMarket::Etsi;
+        long id = 0; ///< by which it is asked for
+        Answer<EChannelSpacingType> channelSpacing = EChannelSpacingType::MHz28; ///< in whole MHz
+        EDpdVersion dpdVersion = EDpdVersion::Dpd1;                   ///< of the transmitter
+        Answer<EFrameFormatMarket> market = EFrameFormatMarket::Etsi; ///< of getTelecomMarket()
+        /// In any order.
         Answer<std::vector<ModulationAndCoding>> modulationAndCodes =
             std::vector<ModulationAndCoding>();
-        std::vector<short> performanceProfiles;
-        std::vector<short> carrierAggregationPerformanceProfiles;
+        std::vector<short> performanceProfiles;                   ///< of one carrier
+        std::vector<short> carrierAggregationPerformanceProfiles; ///< with carrier aggregation
     };
 
     /// Of two frame formats with one id the first answers; the list of records shows both.
@@ -36,9 +38,11 @@ class SimulatedHardwareConfigurationHandler : public IHardwareConfigurationHandl
                                               public CallRecorder,
                                               public FailureDrill {
 public:
+    /// Programs the first answers.
     explicit SimulatedHardwareConfigurationHandler(
         const HardwareConfigurationHandlerAnswers& answers = {});
 
+    /// Programs further answers.
     void setAnswers(const HardwareConfigurationHandlerAnswers& answers);
 
     void getFrameFormatRecords(bool flag, std::vector<FrameFormatRecord>& records) const override;

@@ -8,12 +8,13 @@
 
 /// What a SimulatedSystemPowerController answers.
 struct SystemPowerControllerAnswers {
+    /// What is added to the minimum power at a channel spacing.
     struct MinOutputPowerOffset {
-        EChannelSpacingType channelSpacing;
-        long offset; ///< in hundredths of a dB
+        EChannelSpacingType channelSpacing; ///< in whole MHz
+        long offset;                        ///< in hundredths of a dB
     };
 
-    EReferenceSEC referenceSec = EReferenceSEC::UNDEFINED;
+    EReferenceSEC referenceSec = EReferenceSEC::UNDEFINED; ///< of the link
 
     /// Of two offsets for one spacing the first counts.
     std::vector<MinOutputPowerOffset> minOutputPowerOffsets;
@@ -26,8 +27,10 @@ class SimulatedSystemPowerController : public ISystemPowerController,
                                        public CallRecorder,
                                        public FailureDrill {
 public:
+    /// Programs the first answers.
     explicit SimulatedSystemPowerController(const SystemPowerControllerAnswers& answers = {});
 
+    /// Programs further answers.
     void setAnswers(const SystemPowerControllerAnswers& answers);
 
     EReferenceSEC getReferenceSec() const override;

@@ -13,8 +13,8 @@
 
 /// One frame format of the hardware configuration, as the list of all of them shows it.
 struct FrameFormatRecord {
-    long id;
-    EChannelSpacingType channelSpacing;
+    long id;                            ///< by which queries ask for it
+    EChannelSpacingType channelSpacing; ///< in whole MHz
 };
 
 /// Every frame format that the unit's hardware configuration knows, by (radio channel, frame-format

@@ -12,6 +12,7 @@
 class QOR_EXPORT IInterface {
 public:
     IInterface() = default;
+    /// @param name of the interface; kept, and not used yet.
     explicit IInterface(std::string name);
     IInterface(const IInterface&) = delete;
     IInterface& operator=(const IInterface&) = delete;

@@ -15,16 +15,19 @@ struct ModulationAndCoding {
     /// The code that stands for "nothing selected"; also the text of it and of any unknown code.
     static constexpr std::int32_t UNDEFINED = 163;
 
-    std::int32_t code;
+    std::int32_t code; ///< 10 to 162, or UNDEFINED
 
+    /// Whether a code comes before another in spectral efficiency.
     friend constexpr bool operator<(const ModulationAndCoding& left,
                                     const ModulationAndCoding& right) {
         return left.code < right.code;
     }
+    /// Whether two codes are equal.
     friend constexpr bool operator==(const ModulationAndCoding& left,
                                      const ModulationAndCoding& right) {
         return left.code == right.code;
     }
+    /// Whether two codes differ.
     friend constexpr bool operator!=(const ModulationAndCoding& left,
                                      const ModulationAndCoding& right) {
         return !(left == right);

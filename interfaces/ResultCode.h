@@ -8,6 +8,7 @@
 /// NotApplicable, which is no failure and means that there is no power for this modulation.
 namespace ResultCode {
 
+/// Done.
 constexpr unsigned Success = 0;
 
 /// The calculator does not apply to the modulation (above the selected maximum, or above what the
@@ -35,10 +36,12 @@ constexpr unsigned NoEntry = 0x8008;
 /// No hardware-family calculator is available.
 constexpr unsigned NoCalculator = 0x800A;
 
+/// Whether a code is a failure: 32768 or more.
 constexpr bool isFailure(unsigned code) {
     return code >= Failure;
 }
 
+/// Likewise of a code that travels as a signed number.
 constexpr bool isFailure(int code) {
     return isFailure(static_cast<unsigned>(code));
 }

@@ -34,7 +34,9 @@ public:
     /// Sets the threshold; for the platform.
     void setLevel(int level) { m_level.store(level, std::memory_order_relaxed); }
 
+    /// Name under which the platform groups trace objects.
     const char* channelName() const { return m_channelName; }
+    /// What of the header the platform prints.
     int headerOption() const { return m_headerOption; }
 
 private:

@@ -30,8 +30,8 @@ public:
     TxRfMaxPowerCapability(unsigned long channel, EDpdVersion dpdVersion,
                            EFrameFormatMarket market);
 
-    TxRfMaxPowerCapability(const TxRfMaxPowerCapability&) = default;
-    TxRfMaxPowerCapability& operator=(const TxRfMaxPowerCapability&) = default;
+    TxRfMaxPowerCapability(const TxRfMaxPowerCapability&) = default;            ///< a copy
+    TxRfMaxPowerCapability& operator=(const TxRfMaxPowerCapability&) = default; ///< a copy
     virtual ~TxRfMaxPowerCapability() = default;
 
     /// Finds the channel's capability handler and fetches the table.

@@ -15,19 +15,20 @@ class VelTrace;
 
 /// One trace record as the desk keeps it.
 struct TraceRecord {
+    /// What the record is.
     enum class Kind {
         Enter,   ///< function entry
         Message, ///< message
         Raw      ///< raw trace, keyed by a code
     };
 
-    Kind kind;
-    int level;
-    std::uint32_t code; ///< of a raw trace; 0 for the other kinds
-    std::string file;
-    std::string function;
-    int line;
-    std::string text;
+    Kind kind;            ///< what it is
+    int level;            ///< 1 errors to 6 everything
+    std::uint32_t code;   ///< of a raw trace; 0 for the other kinds
+    std::string file;     ///< source path without its ending
+    std::string function; ///< that traced
+    int line;             ///< in that source
+    std::string text;     ///< the message, or the arguments of an entry
 };
 
 /// Writes a record as one line of a log: level, kind, "file:line function: text". A raw trace's own
@@ -41,6 +42,7 @@ QOR_EXPORT std::ostream& operator<<(std::ostream& stream, const TraceRecord& rec
 /// raw trace's threshold: call it while nothing traces.
 class QOR_EXPORT DeskTrace {
 public:
+    /// The one of the process.
     static DeskTrace& getInstance();
 
     DeskTrace(const DeskTrace&) = delete;
@@ -63,10 +65,18 @@ public:
     /// outlive the tracing.
     void printTo(std::ostream* stream);
 
-    // For the trace objects of the platform.
+    /// @name For the trace objects of the platform
+    /// @{
+
+    /// Takes a trace object in, and gives it the threshold that is set.
     void add(VelTrace& trace);
+
+    /// Takes a trace object out.
     void remove(VelTrace& trace);
+
+    /// Keeps a record, and prints it.
     void write(TraceRecord record);
+    /// @}
 
 private:
     DeskTrace() = default;

@@ -16,8 +16,10 @@
 /// content or is removed.
 class QOR_EXPORT DeskVariableStore {
 public:
+    /// Content of a variable.
     using Elements = std::vector<std::int32_t>;
 
+    /// The one of the process.
     static DeskVariableStore& getInstance();
 
     DeskVariableStore(const DeskVariableStore&) = delete;
