@@ -13,20 +13,27 @@
 /// market by its text (by its number if it has none), lists as "[1, 2]".
 namespace CallText {
 
+/// "false" or "true".
 std::string textOf(bool flag);
+/// Text of a market, its number if it has none.
 std::string textOf(EFrameFormatMarket market);
+/// Number of a channel spacing.
 std::string textOf(EChannelSpacingType channelSpacing);
+/// "[1, 2]"
 std::string textOf(const std::vector<short>& values);
 
+/// A number in decimal.
 template <class Number, std::enable_if_t<std::is_integral_v<Number>, int> = 0>
 std::string textOf(Number value) {
     return std::to_string(value);
 }
 
+/// No arguments: an empty text.
 inline std::string listOf() {
     return {};
 }
 
+/// Arguments, separated by ", ".
 template <class First, class... Rest>
 std::string listOf(const First& first, const Rest&... rest) {
     std::string text = textOf(first);

@@ -94,6 +94,7 @@ private:
 /// or left behind afterwards, however the scope is left.
 class DeskTraceScope {
 public:
+    /// Traces up to a level from here on.
     explicit DeskTraceScope(int level) {
         DeskTrace::getInstance().clear();
         DeskTrace::getInstance().setLevel(level);
