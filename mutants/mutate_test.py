@@ -267,7 +267,7 @@ class Kept(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
         self.texts = {"a.cpp": "int f() { return a; }", "a.h": "int a = b;", "deep.h": "int b = 1;",
-                      "tests.cpp": "TEST(f);", "other.cpp": "TEST(g);"}
+                      "tests.cpp": "TEST(f);", "other.cpp": "TEST(g);", "tests.csv": "1;2"}
         self.included = {"a.cpp": ("a.h", "deep.h"), "tests.cpp": (), "other.cpp": ()}
         self.program = b"as linked"
         self.mutant = mutants_of("a.cpp", self.texts["a.cpp"])[0]
@@ -283,9 +283,10 @@ class Kept(unittest.TestCase):
             own={"service_tests": ["tests.cpp"], "platform_tests": ["other.cpp"]},
             fingerprints={"service_tests": self.program},
             touched_by=lambda file, units: [u for u in units if u == file or file in self.included[u]],
-            files_of=lambda units: {f for u in units for f in (u, *self.included[u])})
+            files_of=lambda units: {f for u in units for f in (u, *self.included[u])},
+            data_of=lambda units: {"tests.csv"} & {u.replace(".cpp", ".csv") for u in units})
         sources = {file: self.texts[file] for file in ("a.cpp", "a.h")}
-        return run.Results(suite, sources, False)
+        return run.Results(suite, run.Code(suite, sources), False)
 
     def keep(self, verdict, by):
         results = self.results()
@@ -306,6 +307,16 @@ class Kept(unittest.TestCase):
         self.keep("killed", "service_tests")
         self.assertFalse(self.is_known_after("tests.cpp", ""))
 
+    def test_a_kill_ends_with_the_data_of_the_program_that_made_it(self):
+        self.keep("killed", "platform_tests")
+        self.assertTrue(self.is_known_after("tests.csv", "1;3"))
+        self.keep("killed", "service_tests")
+        self.assertFalse(self.is_known_after("tests.csv", "1;4"))
+
+    def test_a_survival_ends_with_any_data(self):
+        self.keep("survived", "")
+        self.assertFalse(self.is_known_after("tests.csv", "1;3"))
+
     def test_a_kill_ends_when_a_header_changes_however_deep(self):
         self.keep("killed", "service_tests")
         self.assertFalse(self.is_known_after("deep.h", "int b = 2;"))
@@ -317,6 +328,14 @@ class Kept(unittest.TestCase):
         self.keep("survived", "")
         self.program = b"linked anew"
         self.assertFalse(self.is_known_after("a.h", "int a = b;"))
+
+
+class QuickCompilation(unittest.TestCase):
+    def test_neither_optimised_nor_warned_of_nor_with_the_builds_precompiled_header(self):
+        command = ("g++ -DA=1 -DNDEBUG -Iprivate -O2 -g -g1 -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -Wall -Werror"
+                   " -Wl,-z,now -Winvalid-pch -include cmake_pch.hxx -std=c++17 -o a.o -c a.cpp").split()
+        self.assertEqual(" ".join(Unit.quick(command)),
+                         "g++ -DA=1 -Iprivate -Wl,-z,now -std=c++17 -O0 -g0 -w -o a.o -c a.cpp")
 
 
 class ListOfEquivalents(unittest.TestCase):
