@@ -108,7 +108,7 @@ proof: ## write the page of figures from what the last runs left in build/
 proof-check: ## fail if a figure of the page is not what the last run gave
 	scripts/proof --check
 
-long: ## run everything whole, which takes hours, and write docs/proof.md (PARTS="lint fuzz" for some, MINUTES=N for each fuzzer)
+long: ## run everything whole, which takes hours, and write docs/background/proof.md (PARTS="lint fuzz" for some, MINUTES=N for each fuzzer)
 	scripts/long $(if $(filter-out file,$(origin MINUTES)),--minutes $(MINUTES)) $(PARTS)
 
 # What fails soonest comes first, and what others need: the mutants and the packages use what the tests and
