@@ -10,7 +10,7 @@
 #include "PowerTableQuery.h"
 #include "RadioFileCheck.h"
 #include "TextChecks.h"
-#include "tools/ExplanationAudit.h"
+#include "analysis/ExplanationAudit.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -52,8 +52,8 @@ TEST(Color, IsUsedAlwaysOrNeverWhenTheCommandLineSaysSo) {
 
 TEST(Color, IsNeverInWhatMachinesRead) {
     for (const char* const format : {"csv", "json"}) {
-        const ToolResult result =
-            runTool({"table", "radios/outdoor1.json", "--format", format, "--color=always"});
+        const ToolResult result = runTool(
+            {"table", "../analysis/radios/outdoor1.json", "--format", format, "--color=always"});
 
         EXPECT_EQ(result.output.find('\x1b'), std::string::npos) << format;
     }

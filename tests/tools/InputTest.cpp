@@ -4,154 +4,83 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
-/// Every command that reads a radio file treats a bad one alike.
-class BadInput : public testing::TestWithParam<const char*> {
-protected:
-    ToolResult runWith(const std::string& input) const {
-        return ToolProcess({GetParam(), "-"}).withInput(input).run();
-    }
+using namespace std::string_literals;
 
-    /// The tool's line for a document.
-    std::string lineFor(const std::string& input) const {
-        const ToolResult result = runWith(input);
+/// A document that is no radio file, and what the tool says of it. What else can be wrong with one
+/// is tested in tests/desk.
+struct BadDocument {
+    std::string text;
+    std::string place; ///< the beginning of the line, behind the file's name
+    std::string words; ///< somewhere in the line
+};
+
+const std::vector<BadDocument> badDocuments{
+    {"", "1:1", "end of input"},
+    {"{\"channel\": 1,\n \"board\": ", "2:11", "end of input"},
+    {"{}", "/channel", "missing"},
+    {R"({"channel": 1, "acmHandeler": {}})", "/acmHandeler", "did you mean \"acmHandler\"?"},
+    {R"({"channel": 4294967296})", "/channel", "4294967295"},
+    {R"({"channel": 1, "a\nb": 1})", "/a\\u000ab", "unknown"},
+    {"{\"channel\": 1, \"caf\xE9\": 1}", "1:21", "UTF-8"},
+    {"{\"channel\": 1}\0"s, "1:15", ""},
+    {"{\"channel\": " + std::string(100000, '['), "", "64"},
+    // Found before anything is played.
+    {R"({"channel": 1, "requests": [{"call": "patch", "file": {"variables": 1}}]})",
+     "/requests/0/file/variables", "object"},
+    {std::string(RadioFileReader::maxSize + 1, ' '), "(document)",
+     std::to_string(RadioFileReader::maxSize) + " bytes"},
+    // Of the largest size, and read to its end.
+    {std::string(RadioFileReader::maxSize - 28, ' ') + R"({"channel": 1, "unknown": 1})",
+     "/unknown", "unknown"},
+};
+
+const std::vector<std::string> readingCommands{"table", "replay"};
+
+TEST(Input, ThatIsNoRadioFileIsSaidInOneLine) {
+    for (const std::string& command : readingCommands) {
+        for (const BadDocument& bad : badDocuments) {
+            const ToolResult result = ToolProcess({command, "-"}).withInput(bad.text).run();
+
+            SCOPED_TRACE(command + ' ' + bad.text.substr(0, 60));
+            EXPECT_EQ(result.status, badRadioFile);
+            EXPECT_EQ(result.output, "");
+            EXPECT_TRUE(result.hasOneErrorLine()) << result;
+            EXPECT_TRUE(result.errors.starts_with("qor-power: standard input: " + bad.place))
+                << result;
+            EXPECT_NE(result.errors.find(bad.words), std::string::npos) << result;
+            EXPECT_EQ(result.errors.find('\0'), std::string::npos);
+        }
+    }
+}
+
+TEST(Input, WithoutAnEndIsRefused) {
+    for (const std::string& command : readingCommands) {
+        const ToolResult result = runTool({command, "/dev/zero"});
+
         EXPECT_EQ(result.status, badRadioFile) << result;
-        EXPECT_EQ(result.output, "");
         EXPECT_TRUE(result.hasOneErrorLine()) << result;
-        return result.errors;
     }
-};
+}
 
-INSTANTIATE_TEST_SUITE_P(Commands, BadInput, testing::Values("table", "replay"));
+TEST(Input, ThatCannotBeReadIsSaidInOneLine) {
+    for (const std::string& command : readingCommands) {
+        for (const auto& [path, errors] : std::vector<std::pair<std::string, std::string>>{
+                 {"nothing.json", "nothing.json: cannot be read: No such file or directory"},
+                 {"golden", "golden: cannot be read: Is a directory"},
+                 {"no\nsuch\xFF", "no\\nsuch\\xff: cannot be read: No such file or directory"},
+                 {"", ": cannot be read: No such file or directory"}}) {
+            const ToolResult result = runTool({command, path});
 
-/// Whether a line begins with a place and goes on with a text somewhere.
-testing::AssertionResult says(const std::string& line, const std::string& place,
-                              const std::string& text) {
-    const std::string beginning = "qor-power: standard input: " + place + ": ";
-    if (line.starts_with(beginning) && line.find(text) != std::string::npos) {
-        return testing::AssertionSuccess();
+            EXPECT_EQ(result.errors, "qor-power: " + errors + '\n');
+            EXPECT_EQ(result.output, "");
+            EXPECT_EQ(result.status, otherTrouble);
+        }
     }
-    return testing::AssertionFailure() << line;
-}
-
-TEST_P(BadInput, ATruncatedDocumentIsPlacedByLineAndColumn) {
-    EXPECT_TRUE(says(lineFor("{\"channel\": 1,\n \"board\": "), "2:11", "end of input"));
-}
-
-TEST_P(BadInput, AnEmptyDocument) {
-    EXPECT_TRUE(says(lineFor(""), "1:1", "end of input"));
-}
-
-TEST_P(BadInput, AnUnknownKeyIsAnsweredWithTheNearest) {
-    EXPECT_TRUE(says(lineFor(R"({"channel": 1, "acmHandeler": {}})"), "/acmHandeler",
-                     "did you mean \"acmHandler\"?"));
-}
-
-TEST_P(BadInput, AWrongType) {
-    EXPECT_TRUE(says(lineFor(R"({"channel": "1"})"), "/channel", "integer"));
-    EXPECT_TRUE(says(lineFor(R"({"channel": 1.0})"), "/channel", "1.0"));
-}
-
-TEST_P(BadInput, ANumberOutOfRange) {
-    EXPECT_TRUE(says(lineFor(R"({"channel": 4294967296})"), "/channel", "4294967295"));
-    EXPECT_TRUE(says(lineFor(R"({"channel": 1, "capabilityHandler":
-                                 {"minOutputPower": -2147483649}})"),
-                     "/capabilityHandler/minOutputPower", "-2147483648"));
-}
-
-TEST_P(BadInput, AMissingKey) {
-    EXPECT_TRUE(says(lineFor("{}"), "/channel", "missing"));
-}
-
-TEST_P(BadInput, AKeyGivenTwice) {
-    EXPECT_TRUE(says(lineFor(R"({"channel": 1, "channel": 2})"), "/channel", "twice"));
-}
-
-TEST_P(BadInput, BytesThatAreNoUtf8) {
-    EXPECT_TRUE(says(lineFor("{\"channel\": 1, \"caf\xE9\": 1}"), "1:21", "UTF-8"));
-}
-
-TEST_P(BadInput, ANulByte) {
-    using namespace std::string_literals;
-    const std::string line = lineFor("{\"channel\": 1}\0"s);
-
-    EXPECT_EQ(line.find('\0'), std::string::npos);
-}
-
-TEST_P(BadInput, NestingThatIsTooDeep) {
-    const std::string deep = "{\"channel\": " + std::string(100000, '[');
-
-    EXPECT_NE(lineFor(deep).find("64"), std::string::npos) << lineFor(deep);
-}
-
-TEST_P(BadInput, ALineEndInAKeyDoesNotEndTheLine) {
-    EXPECT_TRUE(says(lineFor(R"({"channel": 1, "a\nb": 1})"), "/a\\u000ab", "unknown"));
-}
-
-TEST_P(BadInput, ABadPatchIsFoundBeforeAnythingIsPlayed) {
-    const std::string line = lineFor(R"({"channel": 1, "requests": [
-        {"call": "patch", "file": {"variables": 1}}]})");
-
-    EXPECT_TRUE(says(line, "/requests/0/file/variables", "object"));
-}
-
-TEST_P(BadInput, OneByteMoreThanTheLargestSizeIsRefused) {
-    EXPECT_TRUE(says(lineFor(std::string(RadioFileReader::maxSize + 1, ' ')), "(document)",
-                     std::to_string(RadioFileReader::maxSize) + " bytes"));
-}
-
-TEST_P(BadInput, WithoutAnEndIsRefusedToo) {
-    const ToolResult result = runTool({GetParam(), "/dev/zero"});
-
-    EXPECT_EQ(result.status, badRadioFile) << result;
-    EXPECT_TRUE(result.hasOneErrorLine()) << result;
-}
-
-TEST_P(BadInput, OfTheLargestSizeIsReadToItsEnd) {
-    const std::string document = R"({"channel": 1, "unknown": 1})";
-    const std::string padding(RadioFileReader::maxSize - document.size(), ' ');
-
-    EXPECT_TRUE(says(lineFor(padding + document), "/unknown", "unknown"));
-}
-
-class UnreadablePath : public testing::TestWithParam<const char*> {
-protected:
-    ToolResult runOn(const std::string& path) const { return runTool({GetParam(), path}); }
-};
-
-INSTANTIATE_TEST_SUITE_P(Commands, UnreadablePath, testing::Values("table", "replay"));
-
-TEST_P(UnreadablePath, OfNothing) {
-    const ToolResult result = runOn("radios/nothing.json");
-
-    EXPECT_EQ(result.errors,
-              "qor-power: radios/nothing.json: cannot be read: No such file or directory\n");
-    EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.status, otherTrouble);
-}
-
-TEST_P(UnreadablePath, OfAFolder) {
-    const ToolResult result = runOn("radios");
-
-    EXPECT_EQ(result.errors, "qor-power: radios: cannot be read: Is a directory\n");
-    EXPECT_EQ(result.status, otherTrouble);
-}
-
-TEST_P(UnreadablePath, WithALineEndIsShownOnOneLine) {
-    const ToolResult result = runOn("no\nsuch\xFF");
-
-    EXPECT_EQ(result.errors,
-              "qor-power: no\\nsuch\\xff: cannot be read: No such file or directory\n");
-    EXPECT_EQ(result.status, otherTrouble);
-}
-
-TEST_P(UnreadablePath, WithoutAnyText) {
-    const ToolResult result = runOn("");
-
-    EXPECT_EQ(result.errors, "qor-power: : cannot be read: No such file or directory\n");
-    EXPECT_EQ(result.status, otherTrouble);
 }
 
 } // namespace

@@ -20,13 +20,14 @@ const std::string startFailed = R"({"call":"initialize","result":32768,"register
 
 /// outdoor1.json with an array query at the given cutback.
 std::string outdoorWith(const std::string& requests) {
-    auto file = nlohmann::json::parse(contentOf("radios/outdoor1.json"), nullptr, true, true);
+    auto file =
+        nlohmann::json::parse(contentOf("../analysis/radios/outdoor1.json"), nullptr, true, true);
     file["requests"] = nlohmann::json::parse(requests);
     return file.dump();
 }
 
 TEST(Replay, PrintsOneLineForTheStartAndOneForEachRequest) {
-    const ToolResult result = runTool({"replay", "radios/fixed-modulation.json"});
+    const ToolResult result = runTool({"replay", "../analysis/radios/fixed-modulation.json"});
 
     EXPECT_EQ(result.output, fixedModulationLines);
     EXPECT_EQ(result.errors, "");
@@ -34,9 +35,9 @@ TEST(Replay, PrintsOneLineForTheStartAndOneForEachRequest) {
 }
 
 TEST(Replay, AnswersWithHandWorkedPowers) {
-    // The array as in TableCommandTest.cpp. 64QAM as a fixed modulation: the selected 4QAM has
-    // 28.00 - 3.00 = 25.00, 64QAM 24.00 - 3.00 = 21.00, plus 1.50 of compensation: 22.50. The
-    // minimum is -10.00 + 2.50.
+    // The array as in tests/analysis/facts/table.json. 64QAM as a fixed modulation: the selected
+    // 4QAM has 28.00 - 3.00 = 25.00, 64QAM 24.00 - 3.00 = 21.00, plus 1.50 of compensation: 22.50.
+    // The minimum is -10.00 + 2.50.
     const std::string input = outdoorWith(R"([
         {"call": "setPowerCutback", "cutback": 300},
         {"call": "getMinMaxOutputPowerVsModulationArray"},
@@ -50,11 +51,11 @@ TEST(Replay, AnswersWithHandWorkedPowers) {
 
 TEST(Replay, PlaysSeveralFilesInOrderEachInAFreshService) {
     // Had the second file the first one's service, its powers would be 3 dB lower.
-    const ToolResult result =
-        ToolProcess({"replay", "radios/fixed-modulation.json", "-", "radios/fixed-modulation.json"})
-            .withInput(outdoorWith(R"([{"call": "calculatePowerCapabilities",
+    const ToolResult result = ToolProcess({"replay", "../analysis/radios/fixed-modulation.json",
+                                           "-", "../analysis/radios/fixed-modulation.json"})
+                                  .withInput(outdoorWith(R"([{"call": "calculatePowerCapabilities",
                                         "modulation": "64QAM"}])"))
-            .run();
+                                  .run();
 
     EXPECT_EQ(result.output, fixedModulationLines +
                                  R"({"call":"initialize","result":0,"registered":true}
@@ -88,10 +89,10 @@ TEST(Replay, AServiceThatDoesNotStartIsTheOnlyLine) {
 }
 
 TEST(Replay, ABadFileIsReportedAndTheOthersArePlayed) {
-    const ToolResult result =
-        ToolProcess({"replay", "radios/fixed-modulation.json", "-", "radios/fixed-modulation.json"})
-            .withInput("{}")
-            .run();
+    const ToolResult result = ToolProcess({"replay", "../analysis/radios/fixed-modulation.json",
+                                           "-", "../analysis/radios/fixed-modulation.json"})
+                                  .withInput("{}")
+                                  .run();
 
     EXPECT_EQ(result.output, fixedModulationLines + fixedModulationLines);
     EXPECT_TRUE(result.hasOneErrorLine()) << result;
@@ -105,13 +106,15 @@ TEST(Replay, TheHighestStatusOfAllFilesCounts) {
         return ToolProcess(arguments).withInput(input).run().status;
     };
 
-    EXPECT_EQ(statusOf({"-", "radios/fixed-modulation.json"}, noNeighbours), serviceDidNotStart);
-    EXPECT_EQ(statusOf({"radios/nothing.json", "-"}, noNeighbours), otherTrouble);
-    EXPECT_EQ(statusOf({"-", "radios/nothing.json"}, "{}"), otherTrouble);
+    EXPECT_EQ(statusOf({"-", "../analysis/radios/fixed-modulation.json"}, noNeighbours),
+              serviceDidNotStart);
+    EXPECT_EQ(statusOf({"../analysis/radios/nothing.json", "-"}, noNeighbours), otherTrouble);
+    EXPECT_EQ(statusOf({"-", "../analysis/radios/nothing.json"}, "{}"), otherTrouble);
 }
 
 TEST(Replay, WithTracesEndsEveryLineWithThem) {
-    const ToolResult result = runTool({"replay", "radios/fixed-modulation.json", "--trace", "6"});
+    const ToolResult result =
+        runTool({"replay", "../analysis/radios/fixed-modulation.json", "--trace", "6"});
 
     const std::vector<std::string> lines = linesOf(result.output);
     ASSERT_EQ(lines.size(), 2U) << result;
@@ -128,7 +131,8 @@ TEST(Replay, WithTracesEndsEveryLineWithThem) {
 }
 
 TEST(Replay, WithALowTraceLevelHasEmptyTraces) {
-    const ToolResult result = runTool({"replay", "--trace", "1", "radios/fixed-modulation.json"});
+    const ToolResult result =
+        runTool({"replay", "--trace", "1", "../analysis/radios/fixed-modulation.json"});
 
     EXPECT_EQ(result.output, R"({"call":"initialize","result":0,"registered":true,"trace":[]}
 {"call":"setPowerCutback","result":0,"trace":[]}
@@ -136,16 +140,30 @@ TEST(Replay, WithALowTraceLevelHasEmptyTraces) {
 }
 
 TEST(Replay, ATraceLevelAboveTheHighestShowsTheSame) {
-    const ToolResult highest = runTool({"replay", "radios/outdoor1.json", "--trace", "6"});
-    const ToolResult above = runTool({"replay", "radios/outdoor1.json", "--trace", "2147483647"});
+    const ToolResult highest =
+        runTool({"replay", "../analysis/radios/outdoor1.json", "--trace", "6"});
+    const ToolResult above =
+        runTool({"replay", "../analysis/radios/outdoor1.json", "--trace", "2147483647"});
 
     EXPECT_EQ(above.output, highest.output);
     EXPECT_EQ(above.status, done);
 }
 
 TEST(Replay, WithTraceZeroHasNoTraceKey) {
-    EXPECT_EQ(runTool({"replay", "radios/fixed-modulation.json", "--trace", "0"}).output,
-              fixedModulationLines);
+    EXPECT_EQ(
+        runTool({"replay", "../analysis/radios/fixed-modulation.json", "--trace", "0"}).output,
+        fixedModulationLines);
+}
+
+TEST(Replay, PlaysTheExampleRadiosTogether) {
+    std::vector<std::string> words = exampleRadios();
+    words.insert(words.begin(), {"replay", "--trace", "6"});
+
+    const ToolResult result = runTool(words);
+
+    EXPECT_EQ(result.status, done) << result;
+    EXPECT_EQ(result.errors, "");
+    EXPECT_GT(linesOf(result.output).size(), 2 * exampleRadios().size());
 }
 
 } // namespace

@@ -26,8 +26,8 @@ offers 'qor-power table --format c' csv
 offers 'qor-power table --format=c' --format=csv
 offers 'qor-power table --rsec 6' 6B 6HB 6LB
 offers 'qor-power replay --form'
-offers 'qor-power table radios/fixed-m' radios/fixed-modulation.json
-offers 'qor-power examples --output rad' radios/
+offers 'qor-power table check/ris' check/rising.json
+offers 'qor-power examples --output gol' golden/
 offers 'qor-power completion ' bash fish zsh
 offers 'qor-power examples 13ghz-etsi-outdoor' 13ghz-etsi-outdoor1.json 13ghz-etsi-outdoor3.json
 

@@ -48,7 +48,7 @@ offers 'qor-power table --fo' --format
 offers 'qor-power table --format ' csv json text
 offers 'qor-power table --format=c' csv
 offers 'qor-power table --rsec 6' 6B 6HB 6LB
-offers 'qor-power table radios/fixed-m' fixed-modulation.json
+offers 'qor-power table check/ris' rising.json
 offers 'qor-power completion ' bash fish zsh
 
 zpty -d shell

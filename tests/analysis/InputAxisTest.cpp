@@ -2,10 +2,11 @@
 
 #include "AnalysisError.h"
 #include "RadioFileReader.h"
-#include "ToolProcess.h"
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -45,7 +46,8 @@ std::string refusalOf(const std::string& name, const std::string& list) {
 using Texts = std::vector<std::string>;
 
 RadioCase outdoorRadio() {
-    return {RadioFileReader::read(contentOf("radios/outdoor1.json")), {}};
+    std::ifstream file(QOR_ANALYSIS_TESTS "/radios/outdoor1.json");
+    return {RadioFileReader::read(std::string(std::istreambuf_iterator<char>(file), {})), {}};
 }
 
 TEST(InputAxis, HasEveryInputUnderItsName) {

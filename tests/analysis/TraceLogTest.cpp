@@ -370,7 +370,7 @@ TEST(ALogThatBreaksOff, ExplainsNothingOfItsLastCalculation) {
 // What a replay prints
 
 Lines replayOf(const std::string& name) {
-    std::ifstream stream(QOR_TOOL_TESTS "/radios/" + name);
+    std::ifstream stream(QOR_ANALYSIS_TESTS "/radios/" + name);
     const std::string text{std::istreambuf_iterator<char>(stream), {}};
     Lines lines;
     Replay(6).play(RadioFileReader::read(text),
