@@ -3,7 +3,9 @@ add_library(qor_warnings INTERFACE)
 target_compile_options(qor_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Werror
     -Wconversion -Wsign-conversion -Wdouble-promotion -Wfloat-conversion
-    -Wshadow -Wold-style-cast -Wcast-align -Wcast-qual
+    # Of several sources joined to one, a name of the one would be the shadow of another's.
+    $<$<NOT:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>:-Wshadow>
+    -Wold-style-cast -Wcast-align -Wcast-qual
     -Wnon-virtual-dtor -Woverloaded-virtual
     # With little optimisation, as tests have it, the compiler doubts the standard library's strings.
     $<$<NOT:$<BOOL:$<TARGET_PROPERTY:QOR_IS_TEST>>>:-Wnull-dereference>

@@ -15,7 +15,7 @@
 namespace {
 
 /// One value that an option asks for: what messages call it, and what was given.
-struct Value {
+struct Given {
     std::string name;
     std::string text;
 
@@ -24,7 +24,7 @@ struct Value {
     }
 };
 
-std::int64_t integerOf(const Value& value, std::int64_t least, std::int64_t greatest) {
+std::int64_t integerOf(const Given& value, std::int64_t least, std::int64_t greatest) {
     std::int64_t number = 0;
     const char* const end = value.text.data() + value.text.size();
     const auto [rest, error] = std::from_chars(value.text.data(), end, number);
@@ -38,7 +38,7 @@ std::int64_t integerOf(const Value& value, std::int64_t least, std::int64_t grea
 }
 
 /// @param unit "dB" or "dBm".
-std::int64_t decibelsOf(const Value& value, const std::string& unit, std::int64_t least,
+std::int64_t decibelsOf(const Given& value, const std::string& unit, std::int64_t least,
                         std::int64_t greatest) {
     const std::optional<std::int64_t> hundredths = Decibels::parse(value.text);
     if (!hundredths) {
@@ -52,18 +52,18 @@ std::int64_t decibelsOf(const Value& value, const std::string& unit, std::int64_
     return *hundredths;
 }
 
-std::int32_t decibels32Of(const Value& value, const std::string& unit) {
+std::int32_t decibels32Of(const Given& value, const std::string& unit) {
     using Limits = std::numeric_limits<std::int32_t>;
     return static_cast<std::int32_t>(decibelsOf(value, unit, Limits::min(), Limits::max()));
 }
 
-std::uint32_t cutbackOf(const Value& value) {
+std::uint32_t cutbackOf(const Given& value) {
     using Limits = std::numeric_limits<std::uint32_t>;
     return static_cast<std::uint32_t>(decibelsOf(value, "dB", Limits::min(), Limits::max()));
 }
 
 template <class Enumeration>
-Enumeration enumeratorOf(const Value& value, const TextForms<Enumeration>& forms) {
+Enumeration enumeratorOf(const Given& value, const TextForms<Enumeration>& forms) {
     const std::optional<Enumeration> found = forms.find(value.text);
     if (!found) {
         value.refuse("unknown " + forms.noun() + "; " +
@@ -110,7 +110,7 @@ OperatingInputs::Booster Arguments::booster(const std::string& option, const std
     const std::vector<std::string> parts = splitAtCommas(text);
     constexpr std::size_t count = 4;
     if (parts.size() != count) {
-        Value{option, text}.refuse("PRESENCE,GAIN,MAXINPUT,MAXMODULATION or none is wanted, for "
+        Given{option, text}.refuse("PRESENCE,GAIN,MAXINPUT,MAXMODULATION or none is wanted, for "
                                    "example 1,15,14,256QAM");
     }
     using Limits = std::numeric_limits<std::int32_t>;
@@ -148,5 +148,5 @@ std::string Arguments::word(const std::string& option, const std::string& text,
             return candidate;
         }
     }
-    Value{option, text}.refuse("unknown; " + Suggestion::remedy(text, known));
+    Given{option, text}.refuse("unknown; " + Suggestion::remedy(text, known));
 }

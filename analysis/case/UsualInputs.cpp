@@ -32,8 +32,8 @@ void addSpacings(const HardwareConfigurationHandlerAnswers& handler,
     }
 }
 
-constexpr std::uint32_t oneDecibel = 100;
-constexpr std::uint32_t greatestUsualCutback = 10 * oneDecibel;
+constexpr std::uint32_t usualStep = 100; // one decibel
+constexpr std::uint32_t greatestUsualCutback = 10 * usualStep;
 
 std::optional<OperatingInputs::Booster> boosterOf(const RadioCase& radio) {
     std::optional<OperatingInputs::Booster> booster;
@@ -136,7 +136,7 @@ std::vector<Inputs::Value> UsualInputs::channelSpacings(const RadioCase& radio) 
 
 std::vector<Inputs::Value> UsualInputs::cutbacks(const RadioCase&) {
     Values values;
-    for (std::uint32_t cutback = 0; cutback <= greatestUsualCutback; cutback += oneDecibel) {
+    for (std::uint32_t cutback = 0; cutback <= greatestUsualCutback; cutback += usualStep) {
         values.emplace_back(Inputs::PermanentCutback{cutback});
     }
     return values;
@@ -144,7 +144,7 @@ std::vector<Inputs::Value> UsualInputs::cutbacks(const RadioCase&) {
 
 std::vector<Inputs::Value> UsualInputs::temporaryCutbacks(const RadioCase&) {
     Values values{OperatingInputs::TemporaryCutback{}};
-    for (std::uint32_t cutback = 0; cutback <= greatestUsualCutback; cutback += oneDecibel) {
+    for (std::uint32_t cutback = 0; cutback <= greatestUsualCutback; cutback += usualStep) {
         values.emplace_back(OperatingInputs::TemporaryCutback{true, cutback});
     }
     return values;
