@@ -1,14 +1,13 @@
 #include "BatchForms.h"
 
-#include "Csv.h"
-#include "Decibels.h"
-#include "PowerTableJson.h"
+#include "ExplanationForms.h"
 #include "RuleCounts.h"
 #include "TextForms.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <sstream>
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -24,45 +23,6 @@ const std::vector<std::string>& codeNames() {
     return names;
 }
 
-OrderedJson jsonOf(const ExplainedTable& powers) {
-    OrderedJson table = jsonOf(powers.table);
-    for (std::size_t index = 0; index < powers.explanations.size(); ++index) {
-        table["rows"][index]["rule"] = codeOf(powers.explanations[index].decisiveRule());
-    }
-    return table;
-}
-
-std::vector<std::string> cellsOf(const PowerTable& table) {
-    const OperatingInputs& inputs = table.inputs;
-    const bool isTemporary = inputs.temporaryCutback && inputs.temporaryCutback->inForce;
-    const std::uint32_t cutback =
-        isTemporary ? inputs.temporaryCutback->cutback : inputs.permanentCutback.value_or(0);
-    std::ostringstream market;
-    market << table.market;
-    return {table.productNumber,
-            table.family.name,
-            market.str(),
-            std::to_string(static_cast<std::int32_t>(table.channelSpacing)),
-            std::to_string(static_cast<std::int32_t>(table.dpdVersion)),
-            convertRsecEnumToString(table.rsec),
-            Decibels::format(cutback),
-            table.minOutputPower ? Decibels::format(*table.minOutputPower) : ""};
-}
-
-/// The maximum power of each code; of one that the frame format lacks nothing.
-std::vector<std::string> powersOf(const PowerTable& table) {
-    std::vector<std::string> cells(codeNames().size());
-    for (const PowerTable::Row& row : table.rows) {
-        const auto name = std::find(codeNames().begin(), codeNames().end(),
-                                    convertCodeAndModulationEnumToString(row.modulationAndCode));
-        if (name != codeNames().end() && row.maxPower) {
-            cells[static_cast<std::size_t>(name - codeNames().begin())] =
-                Decibels::format(*row.maxPower);
-        }
-    }
-    return cells;
-}
-
 /// "pmax-row:7 rsec-cap:2", the most frequent first.
 std::string rulesOf(const ExplainedTable& powers) {
     RuleCounts counts;
@@ -75,51 +35,85 @@ std::string rulesOf(const ExplainedTable& powers) {
     return text;
 }
 
-constexpr std::size_t tableColumns = 8;
+/// The maximum power of a code; nothing if the frame format lacks it. Of equal codes the last
+/// counts.
+Datum powerOf(const PowerTable& table, const ModulationAndCoding& code) {
+    Datum power;
+    for (const PowerTable::Row& row : table.rows) {
+        if (row.modulationAndCode == code && row.maxPower) {
+            power = row.maxPower;
+        }
+    }
+    return power;
+}
+
+/// A field that says something of the powers, and nothing where there are none.
+template <class Get>
+Field<BatchResult> ofPowers(FieldNames names, Get get) {
+    return {std::move(names),
+            [get](const BatchResult& result) {
+                return result.powers ? Datum(get(*result.powers)) : Datum();
+            },
+            Shown::InCsv};
+}
+
+template <class Get>
+Field<BatchResult> ofTable(FieldNames names, Get get) {
+    return ofPowers(std::move(names),
+                    [get](const ExplainedTable& powers) { return std::invoke(get, powers.table); });
+}
+
+Fields<BatchResult> makeFields() {
+    using enum Shown;
+    Fields<BatchResult> fields = {
+        {{"id"}, orNothing<BatchResult>(&BatchResult::id), InBoth},
+        {{"radioFile"}, orNothing<BatchResult>(&BatchResult::radioFile), InBoth},
+        ofTable({"productNumber"}, &PowerTable::productNumber),
+        ofTable({"family"}, [](const PowerTable& table) { return table.family.name; }),
+        ofTable({"market"}, &PowerTable::market),
+        ofTable({"channelSpacing", "MHz"}, &PowerTable::channelSpacing),
+        ofTable({"dpdVersion"}, &PowerTable::dpdVersion),
+        ofTable({"rsec"}, &PowerTable::rsec),
+        ofTable({"cutback", "dB"},
+                [](const PowerTable& table) { return table.inputs.cutbackInForce(); }),
+        ofTable({"minPower", "dBm"}, &PowerTable::minOutputPower),
+    };
+    for (const std::string& name : codeNames()) {
+        const ModulationAndCoding code = *modulationAndCodeTextForms().find(name);
+        fields.push_back(ofTable({"maxPower_" + name, "dBm"},
+                                 [code](const PowerTable& table) { return powerOf(table, code); }));
+    }
+    fields.push_back(ofPowers({"rules"}, rulesOf));
+    fields.push_back({{"error"}, orNothing<BatchResult>(&BatchResult::error), InBoth});
+    fields.push_back({{"place"}, orNothing<BatchResult>(&BatchResult::place), InBoth});
+    return fields;
+}
+
+const Fields<BatchResult>& resultFields() {
+    static const Fields<BatchResult> fields = makeFields();
+    return fields;
+}
 
 } // namespace
 
 std::string batchJsonLine(const BatchResult& result) {
-    OrderedJson line;
-    line["id"] = textOrNull(result.id);
-    line["radioFile"] = textOrNull(result.radioFile);
-    line["error"] = textOrNull(result.error);
-    line["place"] = textOrNull(result.place);
+    Datum::Object line = objectOf(resultFields(), result);
     if (result.powers) {
-        const OrderedJson table = jsonOf(*result.powers);
-        for (const auto& [key, value] : table.items()) {
-            // The keys above stay in front.
-            if (!line.contains(key)) {
-                line[key] = value;
+        const Datum::List rows = listOf(lineFields(true), linesOf(*result.powers));
+        for (auto& member : objectOf(result.powers->table, rows)) {
+            // The batch itself says where the radio comes from.
+            if (member.first != "radioFile") {
+                line.push_back(std::move(member));
             }
         }
     }
-    return line.dump(-1, ' ', false, OrderedJson::error_handler_t::replace) + '\n';
+    return jsonLine(line);
 }
 
 std::string batchCsvHeader() {
-    std::vector<std::string> names{"id",         "radio_file",          "product_number", "family",
-                                   "market",     "channel_spacing_MHz", "dpd_version",    "rsec",
-                                   "cutback_dB", "min_power_dBm"};
-    for (const std::string& code : codeNames()) {
-        names.push_back("max_power_" + code + "_dBm");
-    }
-    names.insert(names.end(), {"rules", "error", "place"});
-    return csvLine(names);
+    return csvHeader(resultFields());
 }
 
 std::string batchCsvLine(const BatchResult& result) {
-    std::vector<std::string> cells{result.id, result.radioFile};
-    if (result.powers) {
-        for (const std::vector<std::string>& some :
-             {cellsOf(result.powers->table), powersOf(result.powers->table)}) {
-            cells.insert(cells.end(), some.begin(), some.end());
-        }
-        cells.push_back(rulesOf(*result.powers));
-    } else {
-        cells.resize(cells.size() + tableColumns + codeNames().size() + 1);
-    }
-    cells.push_back(result.error);
-    cells.push_back(result.place);
-    return csvLine(cells);
+    return csvLine(resultFields(), result);
 }

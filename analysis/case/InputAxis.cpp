@@ -4,6 +4,7 @@
 #include "Arguments.h"
 #include "Decibels.h"
 #include "OneLine.h"
+#include "PowerTableForms.h"
 #include "UsualInputs.h"
 
 #include <algorithm>
@@ -63,6 +64,26 @@ Value readSelected(const std::string& option, const std::string& text) {
     return Selected{Arguments::modulationAndCode(option, text)};
 }
 
+/// The value in a form for programs.
+struct DatumMaker {
+    Datum operator()(const Inputs::PermanentCutback& permanent) const { return permanent.cutback; }
+    Datum operator()(const OperatingInputs::TemporaryCutback& temporary) const {
+        return temporary.inForce ? Datum(temporary.cutback) : Datum();
+    }
+    Datum operator()(const OperatingInputs::Booster& booster) const {
+        return datumOf(std::optional(booster));
+    }
+    Datum operator()(const Inputs::ProductNumber& product) const {
+        return Datum::orNothing(product.text);
+    }
+    Datum operator()(const Inputs::SelectedMin& selected) const { return selected.code; }
+    Datum operator()(const Inputs::SelectedMax& selected) const { return selected.code; }
+    template <class Enumeration>
+    Datum operator()(Enumeration value) const {
+        return value;
+    }
+};
+
 // Lists
 
 std::vector<std::string> splitAt(char separator, std::string_view text) {
@@ -98,21 +119,23 @@ struct Range {
 
 const std::vector<InputAxis>& InputAxis::all() {
     static const std::vector<InputAxis> axes = {
-        {"rsec", "RSEC", "", Scale::None, readRsec, UsualInputs::rsecs},
-        {"market", "market", "", Scale::None, readMarket, UsualInputs::markets},
-        {"dpd", "DPD version", "", Scale::Integers, readNumber<EDpdVersion>,
+        {"rsec", "rsec", "RSEC", "", Scale::None, readRsec, UsualInputs::rsecs},
+        {"market", "market", "market", "", Scale::None, readMarket, UsualInputs::markets},
+        {"dpd", "dpdVersion", "DPD version", "", Scale::Integers, readNumber<EDpdVersion>,
          UsualInputs::dpdVersions},
-        {"channel-spacing", "channel spacing", "MHz", Scale::Integers,
+        {"channel-spacing", "channelSpacing", "channel spacing", "MHz", Scale::Integers,
          readNumber<EChannelSpacingType>, UsualInputs::channelSpacings},
-        {"cutback", "permanent cutback", "dB", Scale::Decibels, readCutback, UsualInputs::cutbacks},
-        {"temporary-cutback", "temporary cutback", "dB", Scale::Decibels, readTemporaryCutback,
-         UsualInputs::temporaryCutbacks},
-        {"booster", "booster", "", Scale::None, readBooster, UsualInputs::boosters},
-        {"product", "product number", "", Scale::None, readProduct, UsualInputs::products},
-        {"min", "selected minimum", "", Scale::None, readSelected<Inputs::SelectedMin>,
-         UsualInputs::minima},
-        {"max", "selected maximum", "", Scale::None, readSelected<Inputs::SelectedMax>,
-         UsualInputs::maxima},
+        {"cutback", "cutback", "permanent cutback", "dB", Scale::Decibels, readCutback,
+         UsualInputs::cutbacks},
+        {"temporary-cutback", "temporaryCutback", "temporary cutback", "dB", Scale::Decibels,
+         readTemporaryCutback, UsualInputs::temporaryCutbacks},
+        {"booster", "booster", "booster", "", Scale::None, readBooster, UsualInputs::boosters},
+        {"product", "productNumber", "product number", "", Scale::None, readProduct,
+         UsualInputs::products},
+        {"min", "selectedMin", "selected minimum", "", Scale::None,
+         readSelected<Inputs::SelectedMin>, UsualInputs::minima},
+        {"max", "selectedMax", "selected maximum", "", Scale::None,
+         readSelected<Inputs::SelectedMax>, UsualInputs::maxima},
     };
     return axes;
 }
@@ -208,9 +231,10 @@ std::vector<Inputs::Value> InputAxis::usualValues(const std::string& option,
     return values;
 }
 
-InputAxis::InputAxis(std::string name, std::string words, std::string unit, Scale scale, Read read,
-                     Find findUsual)
+InputAxis::InputAxis(std::string name, std::string key, std::string words, std::string unit,
+                     Scale scale, Read read, Find findUsual)
     : m_name(std::move(name))
+    , m_key(std::move(key))
     , m_words(std::move(words))
     , m_unit(std::move(unit))
     , m_scale(scale)
@@ -218,14 +242,15 @@ InputAxis::InputAxis(std::string name, std::string words, std::string unit, Scal
     , m_findUsual(findUsual) {}
 
 std::string InputAxis::labelOf(const Inputs::Value& value) {
+    if (const auto* const booster = std::get_if<OperatingInputs::Booster>(&value)) {
+        return ::textOf(std::optional(*booster));
+    }
     const std::string text = Inputs::textOf(value);
     const std::string& unit = of(value).unit();
-    if (const auto* const booster = std::get_if<OperatingInputs::Booster>(&value);
-        booster != nullptr && booster->presence != 0) {
-        return "presence " + std::to_string(booster->presence) + ", gain " +
-               Decibels::format(booster->gain) + " dB, input at most " +
-               Decibels::format(booster->maxInputPower) + " dBm, up to " +
-               convertAcmEnumToString(booster->maxModulation);
-    }
     return unit.empty() || text == Arguments::none ? text : text + ' ' + unit;
+}
+
+std::pair<std::string, Datum> InputAxis::memberOf(const Inputs::Value& value) {
+    const InputAxis& axis = of(value);
+    return {FieldNames{axis.m_key, axis.m_unit}.inJson(), std::visit(DatumMaker(), value)};
 }

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "Datum.h"
 #include "Inputs.h"
 #include "RadioCase.h"
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// One input of a radio: its name on the command line and the values that it can have.
@@ -19,6 +21,10 @@ public:
 
     /// The axis that a value belongs to.
     static const InputAxis& of(const Inputs::Value& value);
+
+    /// A value as a member of an object for programs: "channelSpacingMHz", "cutbackCentiDb",
+    /// "booster" ... Nothing for what is not in force or not there.
+    static std::pair<std::string, Datum> memberOf(const Inputs::Value& value);
 
     /// A value for people, with its unit where it has one: "28 MHz", "1.50 dB".
     static std::string labelOf(const Inputs::Value& value);
@@ -52,14 +58,15 @@ private:
     /// Finds the usual values of a radio.
     using Find = std::vector<Inputs::Value> (*)(const RadioCase& radio);
 
-    InputAxis(std::string name, std::string words, std::string unit, Scale scale, Read read,
-              Find findUsual);
+    InputAxis(std::string name, std::string key, std::string words, std::string unit, Scale scale,
+              Read read, Find findUsual);
 
     /// The values of a range, or the piece itself if it is none.
     std::vector<std::string> expanded(const std::string& option, const std::string& piece) const;
     [[noreturn]] static void refuseTooMany(const std::string& option);
 
     std::string m_name;
+    std::string m_key; ///< of a JSON object, without the unit
     std::string m_words;
     std::string m_unit;
     Scale m_scale;

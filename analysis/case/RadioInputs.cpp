@@ -44,17 +44,16 @@ void addPmax(RadioInputs& inputs, const std::string& name,
         if (times > 1) {
             row += '#' + std::to_string(times);
         }
-        inputs.push_back({row, Decibels::format(integers[place + 1]) + " dBm"});
+        inputs.push_back({row, Decibels::dBm(integers[place + 1])});
     }
 }
 
 void addCapabilities(RadioInputs& inputs, const CapabilityHandlerAnswers& handler) {
     if (handler.minOutputPower) {
         const auto* const failed = std::get_if<ResultOnly>(&*handler.minOutputPower);
-        inputs.push_back({"min-output-power",
-                          failed != nullptr
-                              ? resultText(*failed)
-                              : Decibels::format(std::get<int>(*handler.minOutputPower)) + " dBm"});
+        inputs.push_back({"min-output-power", failed != nullptr ? resultText(*failed)
+                                                                : Decibels::dBm(std::get<int>(
+                                                                      *handler.minOutputPower))});
     }
     addPmax(inputs, "pmax-dpd1-etsi", handler.pmaxDpd1Etsi);
     addPmax(inputs, "pmax-dpd2-etsi", handler.pmaxDpd2Etsi);
@@ -69,7 +68,7 @@ void addOffsets(RadioInputs& inputs, const SystemPowerControllerAnswers& control
         // Of two offsets for one spacing the first counts.
         if (known.insert(spacing).second) {
             inputs.push_back({"min-output-power-offset/" + std::to_string(spacing),
-                              Decibels::format(offset.offset) + " dB"});
+                              Decibels::dB(offset.offset)});
         }
     }
 }

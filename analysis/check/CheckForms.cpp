@@ -1,14 +1,12 @@
 #include "CheckForms.h"
 
-#include "Counted.h"
+#include "Datum.h"
 #include "JsonPointer.h"
 #include "OneLine.h"
 
 #include <nlohmann/json.hpp>
 
 namespace {
-
-using OrderedJson = nlohmann::ordered_json;
 
 constexpr Severity severities[] = {Severity::Error, Severity::Warning, Severity::Hint};
 
@@ -58,32 +56,30 @@ std::string fullPointer(const FilePlace& place) {
     return pointer.to_string();
 }
 
-OrderedJson findingOf(const RadioFileCheck::PlacedFinding& placed) {
+Datum datumOf(const RadioFileCheck::PlacedFinding& placed) {
     const Finding& finding = placed.finding;
-    OrderedJson object;
-    object["code"] = finding.rule->code;
-    object["severity"] = textOf(finding.rule->severity);
-    object["title"] = finding.rule->title;
-    object["line"] = placed.textPlace.line;
-    object["column"] = placed.textPlace.column;
-    object["pointer"] =
-        placed.hasPointer ? OrderedJson(fullPointer(finding.place)) : OrderedJson(nullptr);
-    object["message"] = finding.message;
-    object["remedy"] = finding.remedy.empty() ? OrderedJson(nullptr) : OrderedJson(finding.remedy);
-    return object;
+    return Datum::Object{
+        {"code", finding.rule->code},
+        {"severity", textOf(finding.rule->severity)},
+        {"title", finding.rule->title},
+        {"line", placed.textPlace.line},
+        {"column", placed.textPlace.column},
+        {"pointer", placed.hasPointer ? Datum(fullPointer(finding.place)) : Datum()},
+        {"message", finding.message},
+        {"remedy", Datum::orNothing(finding.remedy)},
+    };
 }
 
-OrderedJson fileOf(const CheckedFile& file) {
-    OrderedJson object;
-    object["file"] = file.name;
-    object["isRadioFile"] = file.check.isRadioFile;
+Datum datumOf(const CheckedFile& file) {
+    Datum::Object object{{"file", file.name}, {"isRadioFile", file.check.isRadioFile}};
     for (const Severity severity : severities) {
-        object[std::string(textOf(severity)) + "s"] = file.check.count(severity);
+        object.emplace_back(std::string(textOf(severity)) + "s", file.check.count(severity));
     }
-    OrderedJson& findings = object["findings"] = OrderedJson::array();
+    Datum::List findings;
     for (const RadioFileCheck::PlacedFinding& placed : file.check.findings) {
-        findings.push_back(findingOf(placed));
+        findings.push_back(datumOf(placed));
     }
+    object.emplace_back("findings", std::move(findings));
     return object;
 }
 
@@ -98,14 +94,11 @@ std::string textForm(const CheckedFile& file, const TextLook& look) {
 }
 
 std::string jsonForm(const std::vector<CheckedFile>& files) {
-    OrderedJson object;
-    OrderedJson& list = object["files"] = OrderedJson::array();
+    Datum::List list;
     for (const CheckedFile& file : files) {
-        list.push_back(fileOf(file));
+        list.push_back(datumOf(file));
     }
-    // A path on the command line need not be UTF-8.
-    constexpr int indentation = 2;
-    return object.dump(indentation, ' ', false, OrderedJson::error_handler_t::replace) + '\n';
+    return jsonDocument(Datum::Object{{"files", std::move(list)}});
 }
 
 std::string messageOf(const CheckedFile& file) {

@@ -1,6 +1,6 @@
 #include "CheckText.h"
 
-#include "Decibels.h"
+#include "Datum.h"
 #include "TextForms.h"
 
 #include <algorithm>
@@ -44,14 +44,6 @@ std::string CheckText::of(EDpdVersion dpdVersion) {
 
 std::string CheckText::of(EChannelSpacingType spacing) {
     return std::to_string(static_cast<std::int32_t>(spacing)) + " MHz";
-}
-
-std::string CheckText::decibels(std::int64_t hundredths) {
-    return Decibels::format(hundredths) + " dB";
-}
-
-std::string CheckText::dBm(std::int64_t hundredths) {
-    return Decibels::format(hundredths) + " dBm";
 }
 
 std::string CheckText::list(const std::vector<std::string>& words) {

@@ -18,10 +18,8 @@ std::string of(Modulation modulation);
 std::string of(const ModulationAndCoding& code);
 std::string of(EReferenceSEC rsec);
 std::string of(EFrameFormatMarket market);
-std::string of(EDpdVersion dpdVersion);        ///< "DPD version 2"
-std::string of(EChannelSpacingType spacing);   ///< "28 MHz"
-std::string decibels(std::int64_t hundredths); ///< "1.50 dB"
-std::string dBm(std::int64_t hundredths);      ///< "23.00 dBm"
+std::string of(EDpdVersion dpdVersion);      ///< "DPD version 2"
+std::string of(EChannelSpacingType spacing); ///< "28 MHz"
 
 /// "4QAM", "4QAM and 16QAM", "4QAM, 16QAM and 3 more".
 std::string list(const std::vector<std::string>& words);

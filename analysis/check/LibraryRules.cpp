@@ -3,6 +3,7 @@
 #include "AnalysisError.h"
 #include "CheckRules.h"
 #include "CheckText.h"
+#include "Decibels.h"
 #include "LibraryProbe.h"
 #include "PowerTableQuery.h"
 
@@ -191,7 +192,7 @@ void FrameFormatCheck::checkRow(std::size_t index) {
     const PowerTable::Row& row = m_table.rows[index];
     const std::string& words = row.maxPower ? row.warning : row.reason;
     if (row.isBelowMinimum) {
-        m_belowMinimum["the minimum of " + CheckText::dBm(m_table.minOutputPower.value_or(0))]
+        m_belowMinimum["the minimum of " + Decibels::dBm(m_table.minOutputPower.value_or(0))]
             .push_back(index);
     }
     if (words.empty()) {

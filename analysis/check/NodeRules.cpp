@@ -2,6 +2,7 @@
 
 #include "CheckRules.h"
 #include "CheckText.h"
+#include "Decibels.h"
 #include "KnownProducts.h"
 #include "LibraryProbe.h"
 #include "OneLine.h"
@@ -86,8 +87,8 @@ void checkOrder(const CheckedNode& node, const PmaxTableName& name, const std::v
             findings.add(
                 CheckRules::PmaxRises, node.pmaxRow(name, row.index),
                 std::string(name.key) + " rises with the modulation: " + CheckText::of(modulation) +
-                    " may have " + CheckText::dBm(row.power) + ", " +
-                    CheckText::of(lower->modulation) + " only " + CheckText::dBm(lower->power),
+                    " may have " + Decibels::dBm(row.power) + ", " +
+                    CheckText::of(lower->modulation) + " only " + Decibels::dBm(lower->power),
                 "a higher modulation needs the amplifier more linear: compare both rows "
                 "with the radio's data");
         }
@@ -130,8 +131,8 @@ void checkPredistortion(const CheckedNode& node, const PmaxTableName& without,
         if (found != plain.end() && row.power < found->second.power) {
             findings.add(CheckRules::PredistortionLowers, node.pmaxRow(with, row.index),
                          std::string(with.key) + " allows " + CheckText::of(modulation) + " " +
-                             CheckText::dBm(row.power) + ", less than the " +
-                             CheckText::dBm(found->second.power) + " of " + without.key,
+                             Decibels::dBm(row.power) + ", less than the " +
+                             Decibels::dBm(found->second.power) + " of " + without.key,
                          "the two tables may be exchanged");
             return;
         }

@@ -2,6 +2,7 @@
 
 #include "CheckRules.h"
 #include "CheckText.h"
+#include "Decibels.h"
 #include "NodeRules.h"
 #include "OneLine.h"
 #include "ResultCode.h"
@@ -105,7 +106,7 @@ public:
         if (call.cutback == 0 && m_rules.m_permanentCutback != 0) {
             add(CheckRules::CutbackLifted, "cutback",
                 "a temporary cutback of 0 dB is in force instead of the permanent " +
-                    CheckText::decibels(m_rules.m_permanentCutback),
+                    Decibels::dB(m_rules.m_permanentCutback),
                 "end the temporary cutback with \"use\": false");
         }
     }
@@ -173,7 +174,7 @@ void RequestRules::Visitor::checkCutback(std::uint32_t cutback) {
     constexpr std::uint32_t tenthOfDecibel = 10;
     if (cutback < oneDecibel && cutback % tenthOfDecibel != 0) {
         add(CheckRules::OddStep, "cutback",
-            "a cutback of " + std::to_string(cutback) + " is " + CheckText::decibels(cutback),
+            "a cutback of " + std::to_string(cutback) + " is " + Decibels::dB(cutback),
             "cutbacks are in hundredths of a dB: " + std::to_string(cutback) + " dB is " +
                 std::to_string(cutback * oneDecibel));
     }
@@ -185,9 +186,9 @@ void RequestRules::Visitor::checkCutback(std::uint32_t cutback) {
     // A minimum above every Pmax is another fault than the cutback.
     if (room >= 0 && std::int64_t{cutback} > room) {
         add(CheckRules::CutbackTooLarge, "cutback",
-            "a cutback of " + CheckText::decibels(cutback) +
+            "a cutback of " + Decibels::dB(cutback) +
                 " takes every modulation below the minimum: the highest Pmax, " +
-                CheckText::dBm(*highest) + ", is " + CheckText::decibels(room) + " above it",
+                Decibels::dBm(*highest) + ", is " + Decibels::dB(room) + " above it",
             "cutbacks are in hundredths of a dB");
     }
 }
@@ -201,7 +202,7 @@ void RequestRules::Visitor::checkStep(const char* key, std::int32_t value, const
         return;
     }
     const std::string shown =
-        unit == std::string("dB") ? CheckText::decibels(hundredths) : CheckText::dBm(hundredths);
+        unit == std::string("dB") ? Decibels::dB(hundredths) : Decibels::dBm(hundredths);
     add(CheckRules::OddStep, key,
         "the booster's " + std::string(key) + " of " + std::to_string(value) + " is " + shown,
         isSmall ? "figures are in hundredths: " + std::to_string(value) + " " + unit + " is " +
@@ -360,8 +361,8 @@ void RequestRules::checkMinimum(std::size_t index, const nlohmann::json& line,
         });
     if (!isKnown) {
         m_findings.add(CheckRules::BelowMinimum, placeOf(index),
-                       "the lowest maximum power of the answer, " + CheckText::dBm(*lowest) +
-                           ", is below the minimum of " + CheckText::dBm(minimum),
+                       "the lowest maximum power of the answer, " + Decibels::dBm(*lowest) +
+                           ", is below the minimum of " + Decibels::dBm(minimum),
                        "compare the cutback and the booster with the Pmax tables");
     }
 }

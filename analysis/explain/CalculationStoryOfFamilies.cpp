@@ -140,7 +140,7 @@ void CalculationStory::tellCapFamily(const Power& carried) {
         compensationWords() + lessCutback() + (family.isCarried ? "" : ", put back"), compensation);
     step.pointer = compensationPointer();
     step.source = m_cutback ? decibels(m_figures.compensation.value_or(0)) + " less " +
-                                  Decibels::format(m_cutback->amount) + " dB"
+                                  Decibels::dB(m_cutback->amount)
                             : "";
     m_waterfall.expect("the power of the family", m_figures.maxPower);
 }

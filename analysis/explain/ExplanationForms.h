@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Explanation.h"
-#include "PowerTableJson.h"
+#include "PowerTableForms.h"
 #include "TextLook.h"
 
 #include <string>
@@ -22,10 +22,13 @@ std::string textForm(const ExplainedTable& explained, const TextLook& look);
 /// For programs: the object of the table with the explanation in each of its rows.
 std::string jsonForm(const ExplainedTable& explained);
 
-OrderedJson jsonOf(const Explanation& explanation);
+Datum datumOf(const Explanation& explanation);
 
 /// Stable text of a step's kind for programs, for example "bound".
 const char* codeOf(Explanation::Step::Kind kind);
 
-/// The code of a rule; null without one.
-OrderedJson ruleOrNull(const std::optional<Rule>& rule);
+/// The code of a rule; nothing without one.
+Datum datumOf(const std::optional<Rule>& rule);
+
+/// The rows of a table, each with the rule that decides.
+std::vector<PowerTableLine> linesOf(const ExplainedTable& explained);

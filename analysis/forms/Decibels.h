@@ -21,7 +21,7 @@ std::string format(std::int64_t hundredths);
 std::string dB(std::int64_t hundredths);
 std::string dBm(std::int64_t hundredths);
 
-/// Likewise, with a plus in front of what is above zero.
+/// Likewise, with a plus in front of what is above zero. Nothing at all has no sign.
 std::string formatSigned(std::int64_t hundredths);
 
 } // namespace Decibels

@@ -53,3 +53,7 @@ std::string oneLine(std::string_view text) {
 std::string inQuotes(std::string_view text) {
     return '"' + oneLine(text) + '"';
 }
+
+std::string counted(std::uint64_t count, const std::string& noun) {
+    return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
+}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -10,3 +11,6 @@ std::string oneLine(std::string_view text);
 
 /// The same in quotation marks.
 std::string inQuotes(std::string_view text);
+
+/// A number of things: "1 line", "2 lines".
+std::string counted(std::uint64_t count, const std::string& noun);

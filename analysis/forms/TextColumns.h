@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 enum class Align {
@@ -21,3 +22,35 @@ std::string padded(const std::string& text, std::size_t width, Align align);
 /// @param align of every column; each line has as many cells.
 std::string alignedColumns(const std::vector<Align>& align,
                            const std::vector<std::vector<std::string>>& lines);
+
+/// A paragraph broken between words into lines of at most a width, as far as its words allow. No
+/// line end behind the last line.
+std::string wrapped(std::string_view paragraph, std::size_t width);
+
+/// Labels and values, one line each.
+using Heading = std::vector<std::pair<std::string, std::string>>;
+
+/// A heading with its values below each other.
+std::string textOf(const Heading& heading);
+
+/// Remarks that do not fit into a cell of a table: the cell holds a number, the text stands below.
+class FootNotes {
+public:
+    /// The mark of a remark, for example "[1]"; empty for an empty one. Equal remarks share one.
+    std::string markOf(const std::string& remark);
+
+    /// The remarks with their marks, one line each, below a blank line; empty without remarks.
+    std::string text() const;
+
+private:
+    std::vector<std::string> m_remarks;
+};
+
+/// A cell of a table that may have a mark behind it.
+struct MarkedCell {
+    std::string text;
+    std::string mark;
+};
+
+/// The cells of one column, to be aligned at the right: marks stand behind, below each other.
+std::vector<std::string> markedColumn(const std::vector<MarkedCell>& cells);

@@ -4,10 +4,11 @@
 #include <string>
 #include <string_view>
 
+/// By their numbers in a terminal's control sequences.
 enum class TextStyle {
-    Bold,
-    Dim,
-    Red,
+    Bold = 1,
+    Dim = 2,
+    Red = 31,
     Green,
     Yellow,
     Blue,
@@ -21,5 +22,10 @@ struct TextLook {
     std::size_t width = 80; ///< in columns
 
     /// The text in a style where colours are allowed, else as it is.
-    std::string styled(std::string_view text, TextStyle style) const;
+    std::string styled(std::string_view text, TextStyle style) const {
+        const std::string plain(text);
+        return allowsColor
+                   ? "\x1b[" + std::to_string(static_cast<int>(style)) + 'm' + plain + "\x1b[0m"
+                   : plain;
+    }
 };

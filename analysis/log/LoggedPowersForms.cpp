@@ -3,7 +3,6 @@
 #include "Decibels.h"
 #include "ExplanationForms.h"
 #include "OneLine.h"
-#include "PowerTableForms.h"
 
 namespace {
 
@@ -36,7 +35,7 @@ Heading headingOf(const LoggedPowers& powers) {
 std::string titleOf(const Explanation& explanation) {
     const std::string modulation = convertAcmEnumToString(explanation.modulation) + ": ";
     if (explanation.answer) {
-        return modulation + Decibels::format(*explanation.answer) + " dBm";
+        return modulation + Decibels::dBm(*explanation.answer);
     }
     return modulation + (explanation.refusal ? "no power" : "the log does not tell the power");
 }
@@ -53,22 +52,21 @@ std::string textForm(const LoggedPowers& powers, const TextLook& look) {
 }
 
 std::string jsonLine(const LoggedPowers& powers) {
-    OrderedJson object;
-    object["call"] = textOrNull(powers.call);
-    object["line"] = powers.line;
-    object["arguments"] = textOrNull(powers.arguments);
-    object["family"] =
-        powers.trace.family ? OrderedJson(powers.trace.family->name) : OrderedJson(nullptr);
-    object["calculator"] =
-        powers.trace.family ? OrderedJson(powers.trace.family->className) : OrderedJson(nullptr);
-    object["adaptive"] = powers.trace.isAdaptive;
-    object["failure"] = textOrNull(powers.trace.failure);
-    object["notes"] = powers.trace.notes;
-    object["gaps"] = powers.gaps;
-    OrderedJson& explanations = object["explanations"] = OrderedJson::array();
+    const std::optional<QueryTrace::Family>& family = powers.trace.family;
+    Datum::List explanations;
     for (const Explanation& explanation : powers.explanations) {
-        explanations.push_back(jsonOf(explanation));
+        explanations.push_back(datumOf(explanation));
     }
-    constexpr int compact = -1;
-    return object.dump(compact, ' ', false, OrderedJson::error_handler_t::replace) + '\n';
+    return jsonLine(Datum::Object{
+        {"call", Datum::orNothing(powers.call)},
+        {"line", powers.line},
+        {"arguments", Datum::orNothing(powers.arguments)},
+        {"family", family ? Datum(family->name) : Datum()},
+        {"calculator", family ? Datum(family->className) : Datum()},
+        {"adaptive", powers.trace.isAdaptive},
+        {"failure", Datum::orNothing(powers.trace.failure)},
+        {"notes", powers.trace.notes},
+        {"gaps", powers.gaps},
+        {"explanations", std::move(explanations)},
+    });
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "LoggedPowers.h"
-#include "PowerTableJson.h"
 #include "TextLook.h"
 
 #include <string>

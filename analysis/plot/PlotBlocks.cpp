@@ -2,7 +2,6 @@
 #include "PlotForms.h"
 #include "PlotScale.h"
 #include "TextColumns.h"
-#include "TextWrap.h"
 
 #include <algorithm>
 #include <vector>

@@ -1,7 +1,6 @@
 #include "PlotCanvas.h"
 
 #include "TextColumns.h"
-#include "TextWrap.h"
 
 #include <sstream>
 #include <string_view>

@@ -20,6 +20,11 @@ struct OperatingInputs {
         Modulation maxModulation = Modulation::CW;
     };
 
+    bool isTemporary() const { return temporaryCutback && temporaryCutback->inForce; }
+    std::uint32_t cutbackInForce() const {
+        return isTemporary() ? temporaryCutback->cutback : permanentCutback.value_or(0);
+    }
+
     std::optional<std::uint32_t> permanentCutback;
     std::optional<TemporaryCutback> temporaryCutback;
     std::optional<Booster> booster;

@@ -1,22 +1,49 @@
 #pragma once
 
+#include "Field.h"
 #include "PowerTable.h"
 
+#include <optional>
 #include <string>
-#include <utility>
 #include <vector>
-
-/// Labels and values, one line each.
-using Heading = std::vector<std::pair<std::string, std::string>>;
 
 /// What the powers of a table hold for.
 Heading headingOf(const PowerTable& table);
 
-/// A heading with its values below each other.
-std::string textOf(const Heading& heading);
-
 /// What the reader of a row must not miss: why there is no power, or what is odd about it.
 std::string remarkOf(const PowerTable::Row& row);
+
+/// A booster for people; "none" without one.
+std::string textOf(const std::optional<OperatingInputs::Booster>& booster);
+
+/// Likewise for programs; nothing without one.
+Datum datumOf(const std::optional<OperatingInputs::Booster>& booster);
+
+/// Which code a row is of.
+template <class Row>
+Fields<Row> codeFields() {
+    using enum Shown;
+    const auto code = [](const Row& row) { return row.modulationAndCode.code; };
+    return {
+        {{"code"}, code, InBoth, "Code"},
+        {{"name"}, &Row::modulationAndCode, InBoth, "Name"},
+        {{"modulation"}, &Row::modulation, InBoth, "Modulation"},
+    };
+}
+
+/// A row with what its forms say beside it.
+struct PowerTableLine : PowerTable::Row {
+    std::optional<long> minPower;
+    const char* rule = ""; ///< code of the one that decides
+};
+
+std::vector<PowerTableLine> linesOf(const PowerTable& table);
+
+/// What each row says.
+Fields<PowerTableLine> lineFields(bool withRule);
+
+/// A whole table for programs.
+Datum::Object objectOf(const PowerTable& table, Datum rows);
 
 /// A table for people: the heading, a blank line, aligned columns.
 std::string textForm(const PowerTable& table);

@@ -181,7 +181,7 @@ std::string Search::placeOf(const std::string& axis) const {
 
 void Search::searchCutbacks() {
     const OperatingInputs& inputs = m_explained.table.inputs;
-    if (inputs.temporaryCutback && inputs.temporaryCutback->inForce) {
+    if (inputs.isTemporary()) {
         const std::int64_t cutback = inputs.temporaryCutback->cutback;
         Change change{"temporary-cutback", "temporary cutback", Decibels::dB(cutback)};
         change.pointer = pointerTo(Rule::TemporaryCutback);

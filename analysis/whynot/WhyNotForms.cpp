@@ -1,9 +1,7 @@
 #include "WhyNotForms.h"
 
 #include "Decibels.h"
-#include "ExplanationForms.h"
-#include "PowerTableJson.h"
-#include "TextColumns.h"
+#include "Field.h"
 
 namespace {
 
@@ -18,8 +16,8 @@ std::string standing(const WhyNot& whyNot, const std::string& asked) {
     if (whyNot.isAllowed()) {
         return text + ", so " + Decibels::dBm(whyNot.wanted) + " is allowed already\n";
     }
-    text += ", " + Decibels::format(std::int64_t{whyNot.wanted} - *whyNot.power) +
-            " dB less than " + Decibels::dBm(whyNot.wanted);
+    text += ", " + Decibels::dB(std::int64_t{whyNot.wanted} - *whyNot.power) + " less than " +
+            Decibels::dBm(whyNot.wanted);
     if (const Explanation::Bound* const binding = explanation.binding()) {
         text += "; limited by: " + binding->words + " (" + codeOf(binding->rule) + ")";
     }
@@ -34,28 +32,17 @@ std::string without(const WhyNot& whyNot) {
     return list;
 }
 
-std::string changesOf(const WhyNot& whyNot) {
-    std::vector<std::vector<std::string>> lines = {
-        {"Change", "From", "To", "By/dB", "Power/dBm", "Where"}};
-    for (const WhyNot::Change& change : whyNot.changes) {
-        lines.push_back({change.words, change.from, change.to,
-                         change.amount ? Decibels::formatSigned(*change.amount) : "",
-                         Decibels::format(change.power), change.pointer});
-    }
-    return alignedColumns(
-        {Align::Left, Align::Left, Align::Left, Align::Right, Align::Right, Align::Left}, lines);
-}
-
-OrderedJson changeOf(const WhyNot::Change& change) {
-    OrderedJson object;
-    object["input"] = change.input;
-    object["words"] = change.words;
-    object["from"] = change.from;
-    object["to"] = change.to;
-    object["amountCentiDb"] = orNull(change.amount);
-    object["maxPowerCentiDbm"] = change.power;
-    object["pointer"] = textOrNull(change.pointer);
-    return object;
+Fields<WhyNot::Change> changeFields() {
+    using enum Shown;
+    return {
+        {{"input"}, &WhyNot::Change::input},
+        {{"words"}, &WhyNot::Change::words, InJson, "Change"},
+        {{"from"}, &WhyNot::Change::from, InJson, "From"},
+        {{"to"}, &WhyNot::Change::to, InJson, "To"},
+        {{"amount", "dB"}, &WhyNot::Change::amount, InJson, "By"},
+        {{"maxPower", "dBm"}, &WhyNot::Change::power, InJson, "Power"},
+        {{"pointer"}, orNothing<WhyNot::Change>(&WhyNot::Change::pointer), InJson, "Where"},
+    };
 }
 
 } // namespace
@@ -68,24 +55,22 @@ std::string textForm(const WhyNot& whyNot, const std::string& asked) {
     if (whyNot.changes.empty()) {
         return text + "No single change allows it of: " + without(whyNot) + '\n';
     }
-    text += "Any one of these changes alone allows it:\n\n" + changesOf(whyNot);
+    text += "Any one of these changes alone allows it:\n\n" +
+            textColumns(changeFields(), whyNot.changes, "");
     return whyNot.without.empty()
                ? text
                : text + "\nNo change alone allows it of: " + without(whyNot) + '\n';
 }
 
 std::string jsonForm(const WhyNot& whyNot, const std::string& asked) {
-    OrderedJson object;
-    object["radioFile"] = whyNot.radioFile;
-    object["asked"] = asked;
-    object["wantedCentiDbm"] = whyNot.wanted;
-    object["maxPowerCentiDbm"] = orNull(whyNot.power);
-    object["rule"] = codeOf(whyNot.explanation.decisiveRule());
-    object["allowed"] = whyNot.isAllowed();
-    OrderedJson& changes = object["changes"] = OrderedJson::array();
-    for (const WhyNot::Change& change : whyNot.changes) {
-        changes.push_back(changeOf(change));
-    }
-    object["without"] = whyNot.without;
-    return printed(object);
+    return jsonDocument(Datum::Object{
+        {"radioFile", whyNot.radioFile},
+        {"asked", asked},
+        {"wantedCentiDbm", whyNot.wanted},
+        {"maxPowerCentiDbm", whyNot.power},
+        {"rule", codeOf(whyNot.explanation.decisiveRule())},
+        {"allowed", whyNot.isAllowed()},
+        {"changes", listOf(changeFields(), whyNot.changes)},
+        {"without", whyNot.without},
+    });
 }

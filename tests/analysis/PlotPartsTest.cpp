@@ -1,7 +1,7 @@
-#include "FootNotes.h"
 #include "PlotScale.h"
 #include "RuleStyle.h"
 #include "SvgDocument.h"
+#include "TextColumns.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "TextWrap.h"
+#include "TextColumns.h"
 
 #include <gtest/gtest.h>
 

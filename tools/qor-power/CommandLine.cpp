@@ -6,7 +6,7 @@
 #include "ExitStatus.h"
 #include "OneLine.h"
 #include "Suggestion.h"
-#include "TextWrap.h"
+#include "TextColumns.h"
 
 #include <CLI/CLI.hpp>
 

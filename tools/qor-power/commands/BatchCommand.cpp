@@ -5,7 +5,6 @@
 #include "BatchResult.h"
 #include "Commands.h"
 #include "CommonOptions.h"
-#include "Counted.h"
 #include "Input.h"
 #include "LineReader.h"
 #include "Messages.h"

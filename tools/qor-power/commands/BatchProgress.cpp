@@ -1,7 +1,7 @@
 #include "BatchProgress.h"
 
-#include "Counted.h"
 #include "Messages.h"
+#include "OneLine.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -2,7 +2,7 @@
 
 #include "CommonOptions.h"
 #include "ExitStatus.h"
-#include "TextWrap.h"
+#include "TextColumns.h"
 
 #include <cstddef>
 #include <sstream>

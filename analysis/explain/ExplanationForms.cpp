@@ -1,13 +1,10 @@
-#include "Decibels.h"
 #include "ExplanationForms.h"
-#include "OneLine.h"
-#include "PowerTableForms.h"
-#include "TextColumns.h"
+
+#include "Decibels.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 
 namespace {
 
@@ -26,12 +23,12 @@ constexpr std::array basisMarks = {
               "the difference of two figures that the library gave"},
 };
 
-std::string power(std::int64_t hundredths) {
-    return Decibels::format(hundredths) + " dBm";
-}
+constexpr const char* pathCodes[] = {"none", "fixed", "fixedWithBooster", "adaptive"};
+constexpr const char* basisCodes[] = {"reported", "difference", "question", "input"};
+constexpr const char* kindCodes[] = {"start", "change", "bound"};
 
-std::string withSign(std::int64_t hundredths) {
-    return (hundredths < 0 ? "" : "+") + Decibels::format(hundredths);
+const char* textOf(Basis basis) {
+    return basisCodes[static_cast<std::size_t>(basis)];
 }
 
 std::string markOf(Basis basis) {
@@ -66,26 +63,38 @@ std::string originOf(const Step& step) {
     return origin + markOf(step.basis);
 }
 
-std::vector<std::string> lineOf(const Step& step, bool isBinding) {
-    return {isBinding ? ">" : "",
-            step.words,
-            step.kind == Step::Kind::Start ? "" : withSign(step.amount),
-            step.bound ? Decibels::format(*step.bound) : "",
-            Decibels::format(step.running),
-            originOf(step)};
+/// What a step says. In text the one that holds is marked.
+Fields<Step> stepFields(const Step* binding = nullptr) {
+    using enum Shown;
+    const auto rule = [](const Step& step) { return codeOf(step.rule); };
+    const auto kind = [](const Step& step) { return codeOf(step.kind); };
+    const auto mark = [binding](const Step& step) { return &step == binding ? ">" : ""; };
+    const auto amount = [](const Step& step) {
+        return step.kind == Step::Kind::Start ? Datum() : Datum(step.amount);
+    };
+    return {
+        {{"rule"}, rule},
+        {{"kind"}, kind},
+        {{"mark"}, mark, Nowhere, ""},
+        {{"words"}, &Step::words, InJson, "Step"},
+        {{"amount", "dB"}, amount, Nowhere, "Amount"},
+        {{"amount", "dB"}, &Step::amount},
+        {{"bound", "dBm"}, &Step::bound, InJson, "Bound"},
+        {{"power", "dBm"}, &Step::running, InJson, "Power"},
+        {{"pointer"}, orNothing<Step>(&Step::pointer)},
+        {{"source"}, orNothing<Step>(&Step::source)},
+        {{"basis"}, [](const Step& step) { return textOf(step.basis); }},
+        {{"wraps"}, &Step::wraps},
+        {{"origin"}, originOf, Nowhere, "Figure from"},
+    };
 }
 
 std::string stepsOf(const Explanation& explanation, const TextLook& look) {
-    std::vector<std::vector<std::string>> lines = {
-        {"", "Step", "Amount/dB", "Bound/dBm", "Power/dBm", "Figure from"}};
     const std::size_t binding = explanation.bindingIndex
                                     ? stepOfBound(explanation, *explanation.bindingIndex)
                                     : explanation.steps.size();
-    for (std::size_t index = 0; index < explanation.steps.size(); ++index) {
-        lines.push_back(lineOf(explanation.steps[index], index == binding));
-    }
-    std::string columns = alignedColumns(
-        {Align::Left, Align::Left, Align::Right, Align::Right, Align::Right, Align::Left}, lines);
+    std::string columns =
+        textColumns(stepFields(explanation.steps.data() + binding), explanation.steps, "");
     if (!look.allowsColor) {
         return columns;
     }
@@ -120,7 +129,7 @@ std::string lookupsOf(const Explanation& explanation) {
             text += *lookup.missing == Rule::UnknownDpdVersion ? "no table for the DPD version"
                                                                : "no row";
         } else {
-            text += lookup.power ? power(*lookup.power) : "not told";
+            text += lookup.power ? Decibels::dBm(*lookup.power) : "not told";
         }
         text += (lookup.pointer.empty() ? "" : ", " + lookup.pointer) + markOf(lookup.basis) + '\n';
     }
@@ -128,7 +137,7 @@ std::string lookupsOf(const Explanation& explanation) {
 }
 
 std::string boundText(const Explanation::Bound& bound) {
-    return bound.words + " (" + codeOf(bound.rule) + "), " + power(bound.value);
+    return bound.words + " (" + codeOf(bound.rule) + "), " + Decibels::dBm(bound.value);
 }
 
 std::string verdictOf(const Explanation& explanation) {
@@ -191,7 +200,7 @@ std::string titleOf(const Group& group) {
         codes += (codes.empty() ? "" : ", ") + std::to_string(code) + " " + name;
     }
     return convertAcmEnumToString(explanation.modulation) + ": " +
-           (explanation.answer ? power(*explanation.answer) : "no power") + " (" +
+           (explanation.answer ? Decibels::dBm(*explanation.answer) : "no power") + " (" +
            (group.rows.size() == 1 ? "code " : "codes ") + codes + ")";
 }
 
@@ -203,7 +212,80 @@ bool uses(const Explanation& explanation, Basis basis) {
                        [basis](const Explanation& selected) { return uses(selected, basis); });
 }
 
+Datum datumOf(const Explanation::Lookup& lookup) {
+    return Datum::Object{
+        {"role", codeOf(lookup.role)},
+        {"modulation", lookup.modulation},
+        {"table", Datum::orNothing(lookup.table)},
+        {"pmaxCentiDbm", lookup.power},
+        {"missing", datumOf(lookup.missing)},
+        {"pointer", Datum::orNothing(lookup.pointer)},
+        {"basis", textOf(lookup.basis)},
+    };
+}
+
+Datum datumOf(const Explanation::Bound& bound) {
+    return Datum::Object{
+        {"rule", codeOf(bound.rule)},
+        {"words", bound.words},
+        {"powerCentiDbm", bound.value},
+        {"pointer", Datum::orNothing(bound.pointer)},
+    };
+}
+
+Datum datumOf(const Explanation::Bound* bound) {
+    return bound == nullptr ? Datum() : datumOf(*bound);
+}
+
+template <class Part>
+Datum listOf(const std::vector<Part>& parts) {
+    Datum::List list;
+    for (const Part& part : parts) {
+        list.push_back(datumOf(part));
+    }
+    return list;
+}
+
 } // namespace
+
+const char* codeOf(Explanation::Step::Kind kind) {
+    return kindCodes[static_cast<std::size_t>(kind)];
+}
+
+Datum datumOf(const std::optional<Rule>& rule) {
+    return rule ? Datum(codeOf(*rule)) : Datum();
+}
+
+Datum datumOf(const Explanation& explanation) {
+    return Datum::Object{
+        {"modulation", explanation.modulation},
+        {"path", pathCodes[static_cast<std::size_t>(explanation.path)]},
+        {"maxPowerCentiDbm", explanation.answer},
+        {"rule", codeOf(explanation.decisiveRule())},
+        {"refusal", explanation.refusal ? Datum::Object{{"rule", codeOf(*explanation.refusal)},
+                                                        {"words", explanation.refusalWords}}
+                                        : Datum()},
+        {"binding", datumOf(explanation.binding())},
+        {"runnerUp", datumOf(explanation.runnerUp())},
+        {"headroomCentiDb", explanation.headroom},
+        {"lookups", listOf(explanation.lookups)},
+        {"steps", listOf(stepFields(), explanation.steps)},
+        {"bounds", listOf(explanation.bounds)},
+        {"addsUp", explanation.addsUp()},
+        {"mismatch", Datum::orNothing(explanation.mismatch)},
+        {"notes", explanation.notes},
+        {"selected",
+         explanation.ofSelected.empty() ? Datum() : datumOf(explanation.ofSelected.front())},
+    };
+}
+
+std::vector<PowerTableLine> linesOf(const ExplainedTable& explained) {
+    std::vector<PowerTableLine> lines = linesOf(explained.table);
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        lines[index].rule = codeOf(explained.explanations[index].decisiveRule());
+    }
+    return lines;
+}
 
 std::string textForm(const std::string& title, const Explanation& explanation,
                      const TextLook& look) {
@@ -215,7 +297,7 @@ std::string textForm(const std::string& title, const Explanation& explanation,
     for (const Explanation& selected : explanation.ofSelected) {
         text +=
             textForm("  The selected modulation, " + convertAcmEnumToString(selected.modulation) +
-                         ": " + power(selected.answer.value_or(0)),
+                         ": " + Decibels::dBm(selected.answer.value_or(0)),
                      selected, look);
     }
     return text;
@@ -245,4 +327,17 @@ std::string textForm(const ExplainedTable& explained, const TextLook& look) {
     }
     const std::string legend = legendOf(explained.explanations);
     return legend.empty() ? text : text + '\n' + legend;
+}
+
+std::string jsonForm(const ExplainedTable& explained) {
+    Datum::List rows;
+    const Fields<PowerTableLine> fields = lineFields(false);
+    for (const PowerTableLine& line : linesOf(explained.table)) {
+        Datum::Object row = objectOf(fields, line);
+        row.emplace_back("explanation", datumOf(explained.explanations[rows.size()]));
+        rows.emplace_back(std::move(row));
+    }
+    Datum::Object object = objectOf(explained.table, std::move(rows));
+    object.emplace_back("pmaxTable", Datum::orNothing(explained.pmaxTable));
+    return jsonDocument(object);
 }

@@ -1,0 +1,65 @@
+#include "Field.h"
+
+#include "Decibels.h"
+
+#include <cstddef>
+
+namespace {
+
+std::string quotedWhereNeeded(const std::string& field) {
+    if (field.find_first_of(",\"\r\n") == std::string::npos) {
+        return field;
+    }
+    std::string quoted = "\"";
+    for (const char letter : field) {
+        quoted.append(letter == '"' ? 2 : 1, letter);
+    }
+    return quoted + '"';
+}
+
+} // namespace
+
+std::string FieldNames::inJson() const {
+    return key + (unit == "dB" ? "CentiDb" : unit == "dBm" ? "CentiDbm" : unit);
+}
+
+std::string FieldNames::inCsv() const {
+    std::string name;
+    bool isBehindLower = false;
+    for (const char letter : key) {
+        const bool startsWord = isBehindLower && letter >= 'A' && letter <= 'Z';
+        name += startsWord ? "_" : "";
+        name += startsWord ? static_cast<char>(letter - 'A' + 'a') : letter == '-' ? '_' : letter;
+        isBehindLower = letter >= 'a' && letter <= 'z';
+    }
+    return unit.empty() ? name : name + '_' + unit;
+}
+
+std::string FieldNames::inText(const std::string& heading) const {
+    return unit.empty() ? heading : heading + '/' + unit;
+}
+
+std::string FieldNames::csvCell(const Datum& value) const {
+    if (const auto* const number = std::get_if<std::int64_t>(&value.held())) {
+        return unit.starts_with("dB") ? Decibels::format(*number) : std::to_string(*number);
+    }
+    const auto* const text = std::get_if<std::string>(&value.held());
+    return text == nullptr ? "" : *text;
+}
+
+std::string FieldNames::textCell(const Datum& value, const std::string& nothing) const {
+    if (value.isNothing()) {
+        return nothing;
+    }
+    const auto* const number = std::get_if<std::int64_t>(&value.held());
+    return number != nullptr && unit == "dB" ? Decibels::formatSigned(*number) : csvCell(value);
+}
+
+std::string csvLine(const std::vector<std::string>& cells) {
+    std::string line;
+    for (std::size_t index = 0; index < cells.size(); ++index) {
+        line += index == 0 ? "" : ",";
+        line += quotedWhereNeeded(cells[index]);
+    }
+    return line + '\n';
+}
