@@ -66,4 +66,21 @@ TEST(Manual, ShowsWhatTheToolPrints) {
     }
 }
 
+TEST(Manual, AndEveryShellsCompletionTellEveryCommand) {
+    const std::vector<std::string> documents[] = {
+        {"manual"}, {"completion", "bash"}, {"completion", "zsh"}, {"completion", "fish"}};
+    for (const std::vector<std::string>& document : documents) {
+        const ToolResult result = runTool(document);
+
+        for (const std::string command :
+             {"table", "explain", "why-not", "sweep", "diff", "plot", "check", "replay", "batch",
+              "examples", "manual", "completion"}) {
+            // The manual page writes a minus as its formatter wants it.
+            const std::string written = command == "why-not" ? "why" : command;
+            EXPECT_NE(result.output.find(written), std::string::npos)
+                << document.back() << " does not tell " << command;
+        }
+    }
+}
+
 } // namespace

@@ -84,7 +84,7 @@ std::vector<std::string> namesOfFacts() {
 json radioFileOf(const json& fact) {
     json file = fact.at("radio");
     if (fact.contains("frameFormat7")) {
-        file["hardwareConfigurationHandler"]["frameFormats"] = {fact["frameFormat7"]};
+        file["hardwareConfigurationHandler"]["frameFormats"] = json::array({fact["frameFormat7"]});
     }
     file["requests"] = fact.value("before", json::array());
     file["requests"].push_back(merged({{"preset", untouched}}, fact.at("ask")));
