@@ -330,14 +330,14 @@ std::string textForm(const ExplainedTable& explained, const TextLook& look) {
 }
 
 std::string jsonForm(const ExplainedTable& explained) {
-    Datum::List rows;
     const Fields<PowerTableLine> fields = lineFields(false);
-    for (const PowerTableLine& line : linesOf(explained.table)) {
-        Datum::Object row = objectOf(fields, line);
-        row.emplace_back("explanation", datumOf(explained.explanations[rows.size()]));
-        rows.emplace_back(std::move(row));
-    }
-    Datum::Object object = objectOf(explained.table, std::move(rows));
+    const std::vector<PowerTableLine> lines = linesOf(explained.table);
+    const auto rowAt = [&](std::size_t index) {
+        Datum::Object row = objectOf(fields, lines[index]);
+        row.emplace_back("explanation", datumOf(explained.explanations[index]));
+        return Datum(std::move(row));
+    };
+    Datum::Object object = objectOf(explained.table, Datum::Made{lines.size(), rowAt});
     object.emplace_back("pmaxTable", Datum::orNothing(explained.pmaxTable));
     return jsonDocument(object);
 }

@@ -2,43 +2,84 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
+#include <ranges>
+#include <utility>
+
 namespace {
 
-using Json = nlohmann::ordered_json;
+/// Writes a value straight into the text: a document of nlohmann's beside it would double what the
+/// longest answers hold. Only texts go through that package, which knows how to escape them.
+class JsonWriter {
+public:
+    /// @param indentation blanks of a level; negative: everything on one line.
+    explicit JsonWriter(int indentation)
+        : m_indentation(indentation) {}
 
-struct JsonMaker {
-    Json operator()(std::monostate) const { return nullptr; }
-    Json operator()(const Datum::List& list) const {
-        Json array = Json::array();
-        for (const Datum& value : list) {
-            array.push_back(std::visit(*this, value.held()));
+    std::string written(const Datum& value) {
+        std::visit(*this, value.held());
+        return std::move(m_text);
+    }
+
+    void operator()(std::monostate) { m_text += "null"; }
+    void operator()(bool yes) { m_text += yes ? "true" : "false"; }
+    void operator()(std::int64_t number) { m_text += std::to_string(number); }
+    void operator()(const std::string& text) {
+        m_text +=
+            nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    }
+    void operator()(const Datum::List& list) {
+        writeAll('[', ']', list, [this](const Datum& value) { std::visit(*this, value.held()); });
+    }
+    void operator()(const std::shared_ptr<const Datum::Made>& made) {
+        writeAll('[', ']', std::views::iota(std::size_t{0}, made->count),
+                 [this, &made](std::size_t index) { std::visit(*this, made->at(index).held()); });
+    }
+    void operator()(const Datum::Object& members) {
+        writeAll('{', '}', members, [this](const auto& member) {
+            (*this)(member.first);
+            m_text += m_indentation < 0 ? ":" : ": ";
+            std::visit(*this, member.second.held());
+        });
+    }
+
+private:
+    template <class Elements, class Write>
+    void writeAll(char begin, char end, const Elements& elements, Write write) {
+        m_text += begin;
+        ++m_level;
+        bool isFirst = true;
+        for (const auto& element : elements) {
+            m_text += isFirst ? "" : ",";
+            isFirst = false;
+            beginLine();
+            write(element);
         }
-        return array;
-    }
-    Json operator()(const Datum::Object& members) const {
-        Json object = Json::object();
-        for (const auto& [key, value] : members) {
-            object[key] = std::visit(*this, value.held());
+        --m_level;
+        if (!isFirst) {
+            beginLine();
         }
-        return object;
+        m_text += end;
     }
-    template <class Plain>
-    Json operator()(const Plain& value) const {
-        return value;
+
+    void beginLine() {
+        if (m_indentation >= 0) {
+            m_text += '\n';
+            m_text.append(m_level * static_cast<std::size_t>(m_indentation), ' ');
+        }
     }
+
+    int m_indentation;
+    std::size_t m_level = 0;
+    std::string m_text;
 };
-
-std::string printed(const Datum& value, int indentation) {
-    const Json document = std::visit(JsonMaker(), value.held());
-    return document.dump(indentation, ' ', false, Json::error_handler_t::replace) + '\n';
-}
 
 } // namespace
 
 std::string jsonDocument(const Datum& value) {
-    return printed(value, 2);
+    return JsonWriter(2).written(value) + '\n';
 }
 
 std::string jsonLine(const Datum& value) {
-    return printed(value, -1);
+    return JsonWriter(-1).written(value) + '\n';
 }

@@ -3,7 +3,10 @@
 #include "TextForms.h"
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -17,7 +20,15 @@ class Datum {
 public:
     using List = std::vector<Datum>;
     using Object = std::vector<std::pair<std::string, Datum>>;
-    using Held = std::variant<std::monostate, bool, std::int64_t, std::string, List, Object>;
+
+    /// A long list, of which each element is made only when it is printed.
+    struct Made {
+        std::size_t count = 0;
+        std::function<Datum(std::size_t index)> at;
+    };
+
+    using Held = std::variant<std::monostate, bool, std::int64_t, std::string, List, Object,
+                              std::shared_ptr<const Made>>;
 
     Datum() = default;
     Datum(bool yes)
@@ -30,6 +41,8 @@ public:
         : m_held(std::move(list)) {}
     Datum(Object object)
         : m_held(std::move(object)) {}
+    Datum(Made made)
+        : m_held(std::make_shared<const Made>(std::move(made))) {}
     Datum(Modulation modulation)
         : m_held(convertAcmEnumToString(modulation)) {}
     Datum(const ModulationAndCoding& code)
