@@ -20,14 +20,14 @@ constexpr bool beginsCharacter(char byte) {
 template <class Visit>
 void forEachCharacter(std::string_view text, Visit visit) {
     while (!text.empty()) {
-        const char* const end = text.data() + text.size();
-        const char* const good = utf8::find_invalid(text.data(), end);
-        for (const char* at = text.data(); at != good;) {
+        const char* const begin = text.data();
+        const char* const good = utf8::find_invalid(begin, begin + text.size());
+        for (const char* at = begin; at != good;) {
             const char* const start = at;
             const std::uint32_t code = utf8::unchecked::next(at);
             visit(std::optional(code), std::string_view(start, at));
         }
-        text.remove_prefix(static_cast<std::size_t>(good - text.data()));
+        text.remove_prefix(static_cast<std::size_t>(good - begin));
         if (!text.empty()) {
             visit(std::optional<std::uint32_t>(), text.substr(0, 1));
             text.remove_prefix(1);
