@@ -112,10 +112,10 @@ public:
     void read() {
         constexpr bool isWhole = true;
         constexpr bool ignoreComments = true;
-        const char* const end = m_text.data() + m_text.size();
-        json::sax_parse(CountingIterator(m_text.data(), m_readCount),
-                        CountingIterator(end, m_readCount), this, json::input_format_t::json,
-                        isWhole, ignoreComments);
+        const char* const begin = m_text.data();
+        json::sax_parse(CountingIterator(begin, m_readCount),
+                        CountingIterator(begin + m_text.size(), m_readCount), this,
+                        json::input_format_t::json, isWhole, ignoreComments);
     }
 
     json takeDocument() { return std::move(m_document); }
@@ -293,7 +293,7 @@ DocumentPlaces JsonReader::placesIn(std::string_view text) {
     try {
         read(text, text.size(), maxValues, &places);
     } catch (const RadioFileError&) {
-        // What stands in front of what is wrong has been found.
+        return places; // what stands in front of what is wrong has been found
     }
     return places;
 }

@@ -128,19 +128,25 @@ void answerRadio(const Question& question, std::string_view radioFile, Reply& re
     const RadioCase radio = radioCase(question, question.radioName, radioFile);
     switch (question.topic) {
     case Topic::Table:
-        return answerTable(question, radio, reply);
+        answerTable(question, radio, reply);
+        break;
     case Topic::Explanation:
-        return answerExplanation(question, radio, reply);
+        answerExplanation(question, radio, reply);
+        break;
     case Topic::WhyNot:
-        return answerWhyNot(question, radio, reply);
+        answerWhyNot(question, radio, reply);
+        break;
     case Topic::Sweep:
-        return answerSweep(question, radio, reply);
+        answerSweep(question, radio, reply);
+        break;
     case Topic::Diff:
-        return answerDiff(question, radio, reply);
+        answerDiff(question, radio, reply);
+        break;
     case Topic::Picture:
-        return answerPicture(question, radio, reply);
+        answerPicture(question, radio, reply);
+        break;
     case Topic::Check:
-        return; // asks for the text alone, see answerTo()
+        break; // asks for the text alone, see answerTo()
     }
 }
 

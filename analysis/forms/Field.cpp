@@ -20,7 +20,10 @@ std::string quotedWhereNeeded(const std::string& field) {
 } // namespace
 
 std::string FieldNames::inJson() const {
-    return key + (unit == "dB" ? "CentiDb" : unit == "dBm" ? "CentiDbm" : unit);
+    if (unit == "dBm") {
+        return key + "CentiDbm";
+    }
+    return key + (unit == "dB" ? "CentiDb" : unit);
 }
 
 std::string FieldNames::inCsv() const {
@@ -29,7 +32,8 @@ std::string FieldNames::inCsv() const {
     for (const char letter : key) {
         const bool startsWord = isBehindLower && letter >= 'A' && letter <= 'Z';
         name += startsWord ? "_" : "";
-        name += startsWord ? static_cast<char>(letter - 'A' + 'a') : letter == '-' ? '_' : letter;
+        const char written = letter == '-' ? '_' : letter;
+        name += startsWord ? static_cast<char>(letter - 'A' + 'a') : written;
         isBehindLower = letter >= 'a' && letter <= 'z';
     }
     return unit.empty() ? name : name + '_' + unit;

@@ -147,6 +147,7 @@ std::string remarkOf(const PowerTable::Row& row) {
 
 std::vector<PowerTableLine> linesOf(const PowerTable& table) {
     std::vector<PowerTableLine> lines;
+    lines.reserve(table.rows.size());
     for (const PowerTable::Row& row : table.rows) {
         lines.push_back({row, table.minOutputPower});
     }
