@@ -53,10 +53,11 @@ struct Question {
 /// What came of a question.
 struct Reply {
     Outcome outcome = Outcome::Done;
-    std::string
-        text; ///< in the form asked for, with its line end; empty if there is nothing to show
-    std::vector<std::string> messages; ///< what else the asker must know, one line each: why there
-                                       ///< are no powers, where the radio file is bad ...
+    std::string text; ///< in the form asked for, with its line end; empty: nothing to show
+
+    /// What else the asker must know, one line each: why there are no powers, where the radio file
+    /// is bad ...
+    std::vector<std::string> messages;
 };
 
 /// Answers a question about a radio: the one entry for faces. Nothing but the arguments counts, and

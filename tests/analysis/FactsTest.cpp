@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -41,6 +42,11 @@ using nlohmann::json;
 using Texts = std::vector<std::string>;
 
 const std::filesystem::path here = QOR_ANALYSIS_TESTS;
+
+/// A key that is misspelt would expect nothing.
+const std::set<std::string> knownKeys = {
+    "fact", "at",    "rows",   "ask",    "radio", "other",   "document", "golden",  "text",
+    "has",  "count", "answer", "powers", "story", "changes", "outcome",  "messages"};
 
 std::string textAt(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -220,6 +226,9 @@ TEST(Facts, OfRadiosAreAnswered) {
     ASSERT_GT(all.size(), 100U);
     for (const json& fact : all) {
         SCOPED_TRACE(fact.at("at").get<std::string>());
+        for (const auto& [key, value] : fact.items()) {
+            EXPECT_TRUE(knownKeys.contains(key)) << key;
+        }
 
         const Reply reply = replyTo(fact);
 

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,9 @@ namespace {
 
 using nlohmann::json;
 using Texts = std::vector<std::string>;
+
+/// A key that is misspelt would expect nothing.
+const std::set<std::string> factKeys = {"fact", "radio", "start", "play", "rows", "each"};
 
 struct Fact {
     std::string name;
@@ -81,6 +85,9 @@ Fact factOf(const json& stated, const std::string& name) {
 std::vector<Fact> factsIn(const std::string& fileName) {
     std::vector<Fact> facts;
     for (json stated : factFile(fileName)) {
+        for (const auto& [key, value] : stated.items()) {
+            EXPECT_TRUE(factKeys.contains(key)) << key;
+        }
         const std::string name = stated.at("fact").get<std::string>();
         json rows = stated.value("rows", json::array({json::array(), json::array()}));
         if (stated.contains("each")) {

@@ -51,12 +51,12 @@ CheckCommand::CheckCommand(const Options& options)
 }
 
 Outcome CheckCommand::run(Output& output) const {
-    Outcome status = Outcome::Done;
+    Outcome outcome = Outcome::Done;
     std::vector<CheckedFile> checked;
     for (const std::string& path : m_files) {
         try {
             CheckedFile file{inputName(path), RadioFileCheck::run(readText(path))};
-            status = worst(status, file.check.outcome(m_isStrict));
+            outcome = worst(outcome, file.check.outcome(m_isStrict));
             if (m_format == "text") {
                 output.write(textForm(file, output.terminal().look()));
                 output.flush();
@@ -71,14 +71,14 @@ Outcome CheckCommand::run(Output& output) const {
             throw;
         } catch (const AnalysisError& error) {
             complain(error.what());
-            status = worst(status, error.outcome());
+            outcome = worst(outcome, error.outcome());
         }
     }
     if (m_format == "json") {
         output.write(jsonForm(checked));
     }
     output.flush();
-    return status;
+    return outcome;
 }
 
 } // namespace

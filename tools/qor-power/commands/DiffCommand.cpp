@@ -32,9 +32,7 @@ Outcome compare(DiffOptions& options, Output& output) {
     question.radioName = inputName(options.radio.file);
     question.otherRadio = readText(options.after);
     question.otherName = inputName(options.after);
-    const Reply reply = options.radio.answerFor(before, output);
-    print(reply, output);
-    return reply.outcome;
+    return print(options.radio.answerFor(before, output), output);
 }
 
 } // namespace

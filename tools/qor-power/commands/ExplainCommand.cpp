@@ -95,7 +95,7 @@ Outcome ExplainCommand::explainLog(Output& output) const {
     const std::string name = inputName(*m_options.traceLog);
     LoggedInputs inputs;
     inputs.fix(m_query.inputs);
-    Outcome status = Outcome::Done;
+    Outcome outcome = Outcome::Done;
     bool isFirst = true;
     std::size_t explained = 0;
 
@@ -118,7 +118,7 @@ Outcome ExplainCommand::explainLog(Output& output) const {
         ++explained;
         if (!complainOfMismatches(name + ", line " + std::to_string(call.line),
                                   powers.explanations)) {
-            status = Outcome::OtherTrouble;
+            outcome = Outcome::OtherTrouble;
         }
     });
     LineReader reader(*m_options.traceLog, TraceLog::maxSize);
@@ -142,7 +142,7 @@ Outcome ExplainCommand::explainLog(Output& output) const {
                             name + ": no query to explain among " + std::to_string(log.records()) +
                                 " traces; log what the library traces up to level 6");
     }
-    return status;
+    return outcome;
 }
 
 } // namespace

@@ -21,15 +21,12 @@ Outcome draw(PlotOptions& options, Output& output) {
     if (!options.output || *options.output == standardInput) {
         return options.radio.run(output);
     }
-    options.radio.validate();
-    options.radio.question.radioName = inputName(options.radio.file);
-    Reply reply = options.radio.answerFor(readText(options.radio.file), output);
+    Reply reply = options.radio.answer(output);
     if (!reply.text.empty()) {
         writeFile(*options.output, reply.text);
         reply.text.clear();
     }
-    print(reply, output);
-    return reply.outcome;
+    return print(reply, output);
 }
 
 } // namespace

@@ -58,18 +58,17 @@ Reply RadioQuestion::answerFor(const std::string& radioFile, const Output& outpu
     return answerTo(question, radioFile);
 }
 
-Outcome RadioQuestion::run(Output& output) {
+Reply RadioQuestion::answer(const Output& output) {
     validate();
     question.radioName = inputName(file);
-    const Reply reply = answerFor(readText(file), output);
-    print(reply, output);
-    return reply.outcome;
+    return answerFor(readText(file), output);
 }
 
-void print(const Reply& reply, Output& output) {
+Outcome print(const Reply& reply, Output& output) {
     output.write(reply.text);
     output.flush();
     for (const std::string& message : reply.messages) {
         complain(message);
     }
+    return reply.outcome;
 }

@@ -8,6 +8,10 @@
 #include <string>
 #include <vector>
 
+/// Prints an answer, then its messages.
+/// @return how the question ended.
+Outcome print(const Reply& reply, Output& output);
+
 /// A question about one radio file as the command line puts it: the options that such commands
 /// share, and the way from the file to what is printed.
 struct RadioQuestion {
@@ -27,15 +31,16 @@ struct RadioQuestion {
     /// @param output where the answer's text will go.
     Reply answerFor(const std::string& radioFile, const Output& output);
 
-    /// Reads the radio file, asks, prints the answer and says what else there is to say.
+    /// Reads the options, then the radio file, and answers for it, without printing anything.
     /// @throw AnalysisError
-    Outcome run(Output& output);
+    Reply answer(const Output& output);
+
+    /// Answers, prints the answer and says what else there is to say.
+    /// @throw AnalysisError
+    Outcome run(Output& output) { return print(answer(output), output); }
 
     Question question;
     std::string file;
     std::string format = "text";
     QueryOptions query;
 };
-
-/// Prints an answer, then its messages.
-void print(const Reply& reply, Output& output);

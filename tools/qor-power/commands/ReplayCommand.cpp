@@ -29,7 +29,7 @@ public:
     /// @throw QuestionError
     explicit ReplayCommand(const Options& options);
 
-    /// @return the worst status of all files.
+    /// @return the worst outcome of all files.
     /// @throw OutputError
     Outcome run(Output& output) const;
 
@@ -51,11 +51,11 @@ ReplayCommand::ReplayCommand(const Options& options)
 }
 
 Outcome ReplayCommand::run(Output& output) const {
-    Outcome status = Outcome::Done;
+    Outcome outcome = Outcome::Done;
     for (const std::string& file : m_files) {
-        status = worst(status, play(file, output));
+        outcome = worst(outcome, play(file, output));
     }
-    return status;
+    return outcome;
 }
 
 Outcome ReplayCommand::play(const std::string& file, Output& output) const {
