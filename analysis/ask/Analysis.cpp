@@ -74,9 +74,8 @@ void answerExplanation(const Question& question, const RadioCase& radio, Reply& 
     reply.text =
         question.form == Form::Json ? jsonForm(explained) : textForm(explained, question.look);
     tellFailure(explained.table, reply);
-    if (!explained.mismatches.empty()) {
-        reply.messages.insert(reply.messages.end(), explained.mismatches.begin(),
-                              explained.mismatches.end());
+    for (const std::string& line : mismatchesOf(explained)) {
+        reply.messages.push_back(line);
         reply.outcome = Outcome::OtherTrouble;
     }
 }

@@ -25,9 +25,5 @@ PowerTable RadioCase::powers() const {
 ExplainedTable RadioCase::explain() const {
     ExplainedTable explained = underName(name, [this] { return query.explain(file); });
     explained.table.radioFile = name;
-    explained.mismatches = mismatchesOf(explained.explanations);
-    for (std::string& line : explained.mismatches) {
-        line.insert(0, name.empty() ? "" : name + ": ");
-    }
     return explained;
 }

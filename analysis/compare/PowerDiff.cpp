@@ -118,9 +118,9 @@ PowerDiff PowerDiff::between(const RadioCase& before, const RadioCase& after) {
     const ExplainedTable explainedBefore = before.explain();
     const ExplainedTable explainedAfter = after.explain();
     PowerDiff diff;
-    diff.mismatches = explainedBefore.mismatches;
-    diff.mismatches.insert(diff.mismatches.end(), explainedAfter.mismatches.begin(),
-                           explainedAfter.mismatches.end());
+    diff.mismatches = mismatchesOf(explainedBefore);
+    const std::vector<std::string> mismatchesAfter = mismatchesOf(explainedAfter);
+    diff.mismatches.insert(diff.mismatches.end(), mismatchesAfter.begin(), mismatchesAfter.end());
     diff.before = explainedBefore.table;
     diff.after = explainedAfter.table;
     diff.inputs = changesBetween(inputsOf(before, diff.before), inputsOf(after, diff.after));

@@ -105,7 +105,7 @@ const Sweep::Point& Sweep::at(std::size_t first, std::size_t second) const {
 std::vector<std::string> Sweep::troubles() const {
     std::vector<std::string> found;
     for (const Point& point : points) {
-        const std::vector<std::string>& mismatches = point.powers.mismatches;
+        const std::vector<std::string> mismatches = mismatchesOf(point.powers);
         found.insert(found.end(), mismatches.begin(), mismatches.end());
         if (point.trouble.empty()) {
             continue;

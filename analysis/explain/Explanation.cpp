@@ -20,3 +20,12 @@ std::vector<std::string> mismatchesOf(const std::vector<Explanation>& explanatio
     }
     return lines;
 }
+
+std::vector<std::string> mismatchesOf(const ExplainedTable& explained) {
+    std::vector<std::string> lines = mismatchesOf(explained.explanations);
+    const std::string& name = explained.table.radioFile;
+    for (std::string& line : lines) {
+        line.insert(0, name.empty() ? "" : name + ": ");
+    }
+    return lines;
+}

@@ -108,9 +108,11 @@ struct ExplainedTable {
     std::vector<Explanation> explanations; ///< one for each row of the table, in their order
     std::string pmaxTable = {}; ///< the Pmax table that was read, with the fallback that led to it
     std::string pmaxTableKey = {}; ///< its key in the radio file, for example "pmaxDpd1Etsi"
-    std::vector<std::string> mismatches = {}; ///< as of mismatchesOf(), behind the file's name
 };
 
 /// What does not add up in explanations, a line for each modulation: "the steps for 16QAM do not
 /// add up: ...". Modulations that several codes share are told once.
 std::vector<std::string> mismatchesOf(const std::vector<Explanation>& explanations);
+
+/// Likewise behind the radio file's name, if it has one.
+std::vector<std::string> mismatchesOf(const ExplainedTable& explained);

@@ -45,7 +45,7 @@ DrawnPlot DrawnPlot::of(const RadioCase& radio, const std::vector<std::string>& 
                                 (radio.name.empty() ? "" : radio.name + ": ") +
                                     "no powers: " + powers.table.failure);
         }
-        return {PowerPlot::of(powers), Outcome::Done, powers.mismatches};
+        return {PowerPlot::of(powers), Outcome::Done, mismatchesOf(powers)};
     }
     const bool isUsual = over.front().find('=') == std::string::npos;
     return drawnFrom(radio, Sweep::linesOf(over, asked, radio).front(), asked, isUsual);

@@ -398,7 +398,7 @@ WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::
                             radio.name + ": the frame format has no such modulation or code; try "
                                          "qor-power table");
     }
-    whyNot.mismatches = explained.mismatches;
+    whyNot.mismatches = mismatchesOf(explained);
     whyNot.explanation = explained.explanations[*row];
     whyNot.power = whyNot.explanation.answer;
     if (whyNot.isAllowed()) {

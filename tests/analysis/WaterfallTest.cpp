@@ -1,6 +1,7 @@
 #include "Waterfall.h"
 
 #include "BatchResult.h"
+#include "Sweep.h"
 
 #include <gmock/gmock.h>
 
@@ -41,6 +42,25 @@ std::vector<Explanation> explanationsWithMismatch() {
 TEST(Mismatches, AreToldOnceForEachModulation) {
     EXPECT_THAT(mismatchesOf(explanationsWithMismatch()),
                 ElementsAre("the steps for 16QAM do not add up: 1 is not 2"));
+}
+
+TEST(Mismatches, OfATableAreToldBehindTheNameOfItsFile) {
+    ExplainedTable explained{{}, explanationsWithMismatch()};
+    EXPECT_THAT(mismatchesOf(explained),
+                ElementsAre("the steps for 16QAM do not add up: 1 is not 2"));
+
+    explained.table.radioFile = "radio.json";
+
+    EXPECT_THAT(mismatchesOf(explained),
+                ElementsAre("radio.json: the steps for 16QAM do not add up: 1 is not 2"));
+}
+
+TEST(Mismatches, OfASweepAreAmongItsTroubles) {
+    Sweep sut;
+    sut.points.resize(1);
+    sut.points.front().powers.explanations = explanationsWithMismatch();
+
+    EXPECT_THAT(sut.troubles(), ElementsAre("the steps for 16QAM do not add up: 1 is not 2"));
 }
 
 TEST(Mismatches, MakeALineOfABatchBad) {
