@@ -6,6 +6,13 @@
 # linked.
 add_compile_options(-fstack-protector-strong)
 
+# Jumps and returns go only where the compiler meant them to, on processors that check it: x86-64's.
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fcf-protection QOR_HAS_CONTROL_FLOW_PROTECTION)
+if(QOR_HAS_CONTROL_FLOW_PROTECTION)
+    add_compile_options(-fcf-protection)
+endif()
+
 # The checked variants of the C library's functions exist only with optimisation, and the sanitizers
 # check the same calls themselves, better. Undefined first: a distribution's compiler may set it too.
 if(NOT QOR_SANITIZE)
