@@ -2,9 +2,11 @@
 
 #include "Utf8.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -16,8 +18,13 @@ std::string escaped(std::uint32_t code) {
     return text.data();
 }
 
-bool isControl(std::uint32_t code) {
-    return code < 0x20 || (code >= 0x7F && code < 0xA0);
+std::string withoutSteering(std::string_view text) {
+    std::string result;
+    Utf8::forEachCharacter(
+        text, [&result](std::optional<std::uint32_t> code, std::string_view bytes) {
+            result += code && Utf8::steers(*code) ? escaped(*code) : std::string(bytes);
+        });
+    return result;
 }
 
 } // namespace
@@ -30,10 +37,14 @@ std::string printable(std::string_view text) {
             --end;
         }
     }
-    std::string result;
-    Utf8::forEachCharacter(
-        text.substr(0, end), [&result](std::optional<std::uint32_t> code, std::string_view bytes) {
-            result += code && isControl(*code) ? escaped(*code) : std::string(bytes);
-        });
+    const std::string result = withoutSteering(text.substr(0, end));
     return end == text.size() ? result : result + "...";
+}
+
+std::string printableJson(std::string written) {
+    // Below DEL the package has escaped what is within texts; outside of them only blanks stand.
+    const bool isPlain = std::none_of(written.begin(), written.end(), [](char byte) {
+        return static_cast<unsigned char>(byte) >= 0x7F;
+    });
+    return isPlain ? std::move(written) : withoutSteering(written);
 }

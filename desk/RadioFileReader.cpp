@@ -49,10 +49,11 @@ EDpdVersion readDpdVersion(const JsonValue& value) {
 }
 
 /// Makes sure that a value is a list, and not too long.
-void expectList(const JsonValue& value, std::string_view what = "a list") {
+void expectList(const JsonValue& value, std::string_view what = "a list",
+                std::size_t maxLength = RadioFileReader::maxListLength) {
     value.expectList(what);
-    if (value.size() > RadioFileReader::maxListLength) {
-        value.fail("longer than " + std::to_string(RadioFileReader::maxListLength) + " elements");
+    if (value.size() > maxLength) {
+        value.fail("longer than " + std::to_string(maxLength) + " elements");
     }
 }
 
@@ -67,13 +68,15 @@ auto readElements(const JsonValue& value, Read read) {
 }
 
 template <class Read>
-auto readList(const JsonValue& value, Read read, std::string_view what = "a list") {
-    expectList(value, what);
+auto readList(const JsonValue& value, Read read, std::string_view what = "a list",
+              std::size_t maxLength = RadioFileReader::maxListLength) {
+    expectList(value, what, maxLength);
     return readElements(value, read);
 }
 
 std::vector<ModulationAndCoding> readModulationAndCodes(const JsonValue& value) {
-    return readList(value, readModulationAndCode, "a list of modulation-and-codes");
+    return readList(value, readModulationAndCode, "a list of modulation-and-codes",
+                    RadioFileReader::maxCodes);
 }
 
 std::vector<short> readProfilesIfAny(const JsonValue& object, std::string_view key) {
@@ -118,7 +121,8 @@ auto readAnswer(const JsonValue& value, Read read) -> Answer<decltype(read(value
 // The capability handler
 
 std::vector<int> readPmaxRows(const JsonValue& value) {
-    expectList(value, orResult("a list of rows, {\"integers\": [..]}"));
+    expectList(value, orResult("a list of rows, {\"integers\": [..]}"),
+               RadioFileReader::maxPmaxRows);
     std::vector<int> integers;
     integers.reserve(2 * value.size());
     for (std::size_t index = 0; index < value.size(); ++index) {
@@ -141,9 +145,10 @@ CapabilityHandlerAnswers::Pmax readPmax(const JsonValue& value) {
     if (value.has("result")) {
         return readResult(value);
     }
-    return readList(value.member("integers"), [](const JsonValue& integer) -> int {
-        return integer.integer<std::int32_t>();
-    });
+    return readList(
+        value.member("integers"),
+        [](const JsonValue& integer) -> int { return integer.integer<std::int32_t>(); }, "a list",
+        2 * RadioFileReader::maxPmaxRows);
 }
 
 /// The profile value that a key stands for. A number has one spelling only, so that no two keys of

@@ -15,8 +15,13 @@ public:
     /// In bytes. Larger texts are refused, so whoever loads one may stop one byte behind.
     static constexpr std::size_t maxSize = std::size_t{2} << 20;
 
-    /// Elements of every list but the requests, which are played one by one.
+    /// Elements of every list but the requests, which are played one by one, and those below.
     static constexpr std::size_t maxListLength = 4096;
+
+    /// Modulation-and-codes of a frame format, and rows of a Pmax table. Each code is answered and
+    /// explained for itself, and there are 53 codes and 15 modulations.
+    static constexpr std::size_t maxCodes = 256;
+    static constexpr std::size_t maxPmaxRows = 256;
 
     /// Stored variables; a node has some hundreds.
     static constexpr std::size_t maxVariables = 4096;

@@ -4,6 +4,7 @@
 #include "InterfaceBroker.h"
 #include "Node.h"
 #include "OutputPowerCalculator.h"
+#include "Printable.h"
 
 #include <nlohmann/json.hpp>
 
@@ -39,7 +40,7 @@ Line lineOf(const TraceRecord& record) {
 
 std::string textOf(const Line& line) {
     constexpr int compact = -1;
-    return line.dump(compact, ' ', false, Line::error_handler_t::replace);
+    return printableJson(line.dump(compact, ' ', false, Line::error_handler_t::replace));
 }
 
 /// Adds the last key of a line. Record by record: all of them as one JSON value would take ten

@@ -15,6 +15,18 @@ constexpr bool beginsCharacter(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
 }
 
+/// Whether a character ends a line, steers a terminal, or turns the direction in which the rest of
+/// a line is shown. None of them may come out of the tool as it is: a name must not rewrite what
+/// stands around it.
+constexpr bool steers(std::uint32_t code) {
+    const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
+    const bool isSeparator = code == 0x2028 || code == 0x2029;
+    const bool isMark = code == 0x061C || code == 0x200E || code == 0x200F;
+    const bool isDirection =
+        (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x206F);
+    return isControl || isSeparator || isMark || isDirection;
+}
+
 /// Calls visit(code, bytes) for each character. A byte that is no UTF-8 comes alone and has no
 /// code.
 template <class Visit>

@@ -1,5 +1,7 @@
 #include "Datum.h"
 
+#include "Printable.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cstddef>
@@ -25,8 +27,8 @@ public:
     void operator()(bool yes) { m_text += yes ? "true" : "false"; }
     void operator()(std::int64_t number) { m_text += std::to_string(number); }
     void operator()(const std::string& text) {
-        m_text +=
-            nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+        m_text += printableJson(
+            nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
     }
     void operator()(const Datum::List& list) {
         writeAll('[', ']', list, [this](const Datum& value) { std::visit(*this, value.held()); });

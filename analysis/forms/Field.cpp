@@ -1,13 +1,15 @@
 #include "Field.h"
 
 #include "Decibels.h"
+#include "OneLine.h"
 
 #include <cstddef>
+#include <string_view>
 
 namespace {
 
 std::string quotedWhereNeeded(const std::string& field) {
-    if (field.find_first_of(",\"\r\n") == std::string::npos) {
+    if (field.find_first_of(",\"") == std::string::npos) {
         return field;
     }
     std::string quoted = "\"";
@@ -43,12 +45,19 @@ std::string FieldNames::inText(const std::string& heading) const {
     return unit.empty() ? heading : heading + '/' + unit;
 }
 
-std::string FieldNames::csvCell(const Datum& value) const {
+std::string FieldNames::cell(const Datum& value) const {
     if (const auto* const number = std::get_if<std::int64_t>(&value.held())) {
         return unit.starts_with("dB") ? Decibels::format(*number) : std::to_string(*number);
     }
     const auto* const text = std::get_if<std::string>(&value.held());
-    return text == nullptr ? "" : *text;
+    return text == nullptr ? "" : oneLine(*text);
+}
+
+std::string FieldNames::csvCell(const Datum& value) const {
+    const std::string text = cell(value);
+    const bool isFormula = !text.empty() && !Decibels::parse(text) &&
+                           std::string_view("=+-@").find(text.front()) != std::string_view::npos;
+    return isFormula ? '\'' + text : text;
 }
 
 std::string FieldNames::textCell(const Datum& value, const std::string& nothing) const {
@@ -56,7 +65,7 @@ std::string FieldNames::textCell(const Datum& value, const std::string& nothing)
         return nothing;
     }
     const auto* const number = std::get_if<std::int64_t>(&value.held());
-    return number != nullptr && unit == "dB" ? Decibels::formatSigned(*number) : csvCell(value);
+    return number != nullptr && unit == "dB" ? Decibels::formatSigned(*number) : cell(value);
 }
 
 std::string csvLine(const std::vector<std::string>& cells) {

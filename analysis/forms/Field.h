@@ -30,12 +30,17 @@ struct FieldNames {
     std::string inCsv() const;
     std::string inText(const std::string& heading) const;
 
-    /// A value as a cell of CSV; nothing is an empty one.
+    /// A value as a cell of CSV; nothing is an empty one. A text that begins like a formula, with
+    /// "=", "+", "-" or "@", has an apostrophe in front: spreadsheets take it for a text then.
     std::string csvCell(const Datum& value) const;
 
     /// A value as a cell of a text column. What is added, in dB, has its sign.
     /// @param nothing stands for a value that is nothing.
     std::string textCell(const Datum& value, const std::string& nothing) const;
+
+private:
+    /// A value on one line.
+    std::string cell(const Datum& value) const;
 };
 
 /// One thing that each row of an answer says, once for all forms.
@@ -73,8 +78,8 @@ std::function<Datum(const Row&)> orNothing(std::string Class::*text) {
     return [text](const Row& row) { return Datum::orNothing(row.*text); };
 }
 
-/// A line of comma-separated values with its line end. Cells that hold a comma, a quotation mark or
-/// a line end are quoted as RFC 4180 says.
+/// A line of comma-separated values with its line end. Cells that hold a comma or a quotation mark
+/// are quoted as RFC 4180 says. None may hold a line end.
 std::string csvLine(const std::vector<std::string>& cells);
 
 /// A row for programs.

@@ -8,15 +8,6 @@
 
 namespace {
 
-bool endsLineOrSteers(std::uint32_t code) {
-    const bool isControl = code < 0x20 || (code >= 0x7F && code < 0xA0);
-    const bool isSeparator = code == 0x2028 || code == 0x2029;
-    // They turn the direction in which the rest of the line is shown.
-    const bool isDirection =
-        (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
-    return isControl || isSeparator || isDirection;
-}
-
 std::string escaped(std::uint32_t code, bool isByte) {
     switch (code) {
     case '\n':
@@ -41,7 +32,7 @@ std::string oneLine(std::string_view text) {
     Utf8::forEachCharacter(text, [&](std::optional<std::uint32_t> code, std::string_view bytes) {
         if (!code) {
             line += escaped(static_cast<unsigned char>(bytes.front()), true);
-        } else if (endsLineOrSteers(*code)) {
+        } else if (Utf8::steers(*code)) {
             line += escaped(*code, bytes.size() == 1);
         } else {
             line += bytes;

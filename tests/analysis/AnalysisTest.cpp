@@ -135,14 +135,14 @@ TEST(Answers, HoldAsManyCodesAsARadioFileMayList) {
         nlohmann::json::parse(textOfRadio(radioFiles().at(0)), nullptr, true, true);
     nlohmann::json& codes = radio.at("frameFormat").at("modulationAndCodes");
     codes = nlohmann::json::array();
-    for (std::size_t index = 0; index < RadioFileReader::maxListLength; ++index) {
+    for (std::size_t index = 0; index < RadioFileReader::maxCodes; ++index) {
         codes.push_back(index % 2 == 0 ? 31 : 41);
     }
 
     const Reply sut = answerTo(questionIn({"table", "it", "--format", "csv"}), radio.dump());
 
     EXPECT_EQ(std::count(sut.text.begin(), sut.text.end(), '\n'),
-              static_cast<std::ptrdiff_t>(RadioFileReader::maxListLength) + 1);
+              static_cast<std::ptrdiff_t>(RadioFileReader::maxCodes) + 1);
 }
 
 /// How many columns a text takes.

@@ -50,6 +50,21 @@ TEST(Fields, StandInCsvWithoutSignsAndWithNamesOfSmallLetters) {
     EXPECT_EQ((FieldNames{"channel-spacing", "MHz"}.inCsv()), "channel_spacing_MHz");
 }
 
+TEST(Fields, HoldNoLineEndAndNoFormulaInCsv) {
+    const auto cellOf = [](const Datum& value) { return FieldNames{"text"}.csvCell(value); };
+
+    EXPECT_EQ(cellOf("a\r\nb\x1B[2J\u202E"), "a\\r\\nb\\x1b[2J\\u202e");
+    EXPECT_EQ(csvLine({cellOf("a\n\"b\", c")}), "\"a\\n\"\"b\"\", c\"\n");
+    for (const std::string text : {"=1+1", "+cmd", "-1-1", "@sum", "-", "+1.505"}) {
+        EXPECT_EQ(cellOf(text), '\'' + text);
+    }
+    for (const std::string text : {"-1.50", "+3", "a=b", "'=1", ""}) {
+        EXPECT_EQ(cellOf(text), text);
+    }
+    EXPECT_EQ((FieldNames{"power", "dBm"}.csvCell(-150)), "-1.50");
+    EXPECT_EQ((FieldNames{"text"}.textCell("=1+1", "-")), "=1+1");
+}
+
 TEST(Fields, StandInJsonInTheirOrderCountedInHundredths) {
     EXPECT_EQ(
         jsonLine(listOf(readingFields(), readings)),
@@ -66,6 +81,11 @@ TEST(Datum, HasTheTextOfItsKindOrElseItsNumber) {
                              EChannelSpacingType{28}, Modulation::QAM64, ModulationAndCoding{31},
                              EReferenceSEC::Class4L, 4294967295U, "caf\xE9"}),
         "[\"Ansi\",\"7\",28,\"64QAM\",\"4QAM\",\"4L\",4294967295,\"caf\xEF\xBF\xBD\"]\n");
+}
+
+TEST(Datum, HasNothingInJsonThatSteersATerminal) {
+    EXPECT_EQ(jsonDocument(Datum::List{"\x1B\x7F\u0085\u200F\u00E9"}),
+              "[\n  \"\\u001b\\u007f\\u0085\\u200f\u00E9\"\n]\n");
 }
 
 } // namespace

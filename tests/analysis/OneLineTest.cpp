@@ -21,6 +21,8 @@ TEST(OneLine, LineEndsAndDirectionsOfUnicodeAreShown) {
     EXPECT_EQ(oneLine("a\u0085b"), "a\\u0085b");
     EXPECT_EQ(oneLine("a\u2028b\u2029c"), "a\\u2028b\\u2029c");
     EXPECT_EQ(oneLine("a\u202Eb\u2066c"), "a\\u202eb\\u2066c");
+    EXPECT_EQ(oneLine("a\u200Eb\u200Fc\u061Cd"), "a\\u200eb\\u200fc\\u061cd");
+    EXPECT_EQ(oneLine("\u200D\u2029\u202F\u2065"), "\u200D\\u2029\u202F\u2065"); // beside them
 }
 
 TEST(OneLine, BytesThatAreNoUtf8AreShown) {

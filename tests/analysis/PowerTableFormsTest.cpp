@@ -30,11 +30,10 @@ TEST(CsvForm, QuotesOnlyWhatNeedsIt) {
     PowerTable table = smallTable();
     table.rows.front().maxPower.reset();
     table.rows.front().reason = "no row for \"4QAM\", sorry";
-    table.rows.front().warning = "two\nlines";
+    table.rows.front().warning = "in words";
 
     EXPECT_EQ(csvForm(table), "code,name,modulation,max_power_dBm,min_power_dBm,reason,warning\n"
-                              "31,4QAM,4QAM,,8.00,\"no row for \"\"4QAM\"\", sorry\","
-                              "\"two\nlines\"\n");
+                              "31,4QAM,4QAM,,8.00,\"no row for \"\"4QAM\"\", sorry\",in words\n");
 }
 
 TEST(CsvForm, WithoutAnAnswerHasEmptyFields) {

@@ -139,7 +139,7 @@ const std::vector<Refused> largeFiles{
          file.add(radioStart).add("\"capabilityHandler\": {\"pmaxDpd1Etsi\": {\"integers\": [0");
          file.add(4096, ",0").add("]}}}");
      },
-     "/capabilityHandler/pmaxDpd1Etsi/integers: longer than 4096 elements"},
+     "/capabilityHandler/pmaxDpd1Etsi/integers: longer than 512 elements"},
 };
 
 std::string nested(const char* open, std::size_t times) {
