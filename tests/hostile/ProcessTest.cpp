@@ -438,8 +438,8 @@ TEST(HostileCommandLine, withAnEndlessOptionIsOneLine) {
     expectWithinLimits(run);
 }
 
-// Files in order. What they ask for may take its time, but not more memory. The files that take most
-// are in worst-files.json, as scripts/worst-file found them.
+// Files in order. What they ask for may take its time, but not more memory. The files that take
+// most are in worst-files.json, as scripts/worst-file found them.
 
 TEST(LargeButGoodFile, ofSixtyThousandRequestsIsPlayed) {
     HostileFile file;

@@ -121,6 +121,15 @@ TEST_F(Examples, OverwriteNothing) {
     EXPECT_EQ(countOfFiles(), 1U);
 }
 
+TEST_F(Examples, AreNotWrittenTwice) {
+    const ToolResult result = runHere({one, one});
+
+    EXPECT_EQ(result.errors,
+              "qor-power: " + std::string(one) + ": cannot be written: it is named twice\n");
+    EXPECT_EQ(result.status, otherTrouble);
+    EXPECT_EQ(countOfFiles(), 0U);
+}
+
 TEST_F(Examples, OverwriteWhenTheyAreToldTo) {
     std::ofstream(m_folder / one) << std::string(100000, 'x');
 

@@ -2,21 +2,63 @@
 
 #include "AnalysisError.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <string>
+#include <string_view>
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
 namespace fs = std::filesystem;
+
+/// A limit on the size of files, which stands in for a disk that is full.
+class FullDisk {
+public:
+    FullDisk() {
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit small{100, m_before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~FullDisk() {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+private:
+    rlimit m_before{};
+    void (*m_handler)(int) = std::signal(SIGXFSZ, SIG_IGN);
+};
+
+const std::string tooMuch(1000, 'x');
+
+/// What a file cannot be written for; empty if it can.
+template <class Write>
+std::string errorOf(Write write) {
+    try {
+        write();
+    } catch (const AnalysisError& error) {
+        EXPECT_EQ(error.outcome(), Outcome::OtherTrouble);
+        return error.what();
+    }
+    return "";
+}
 
 // A folder of its own for each test, with the umask that is usual.
 class FileWriterTest : public testing::Test {
@@ -76,26 +118,161 @@ TEST_F(FileWriterTest, FollowsALink) {
 
 TEST_F(FileWriterTest, LeavesTheFileAsItWasWhenTheDiskIsFull) {
     std::ofstream(path("old.svg")) << "before";
-    // A limit on the size of files stands in for the disk.
-    rlimit before{};
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit small{100, before.rlim_max};
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    ::setrlimit(RLIMIT_FSIZE, &small);
+    const FullDisk disk;
 
-    std::string message;
-    try {
-        writeFile(path("old.svg"), std::string(1000, 'x'));
-    } catch (const AnalysisError& error) {
-        message = error.what();
-        EXPECT_EQ(error.outcome(), Outcome::OtherTrouble);
-    }
+    const std::string message = errorOf([this] { writeFile(path("old.svg"), tooMuch); });
 
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
     EXPECT_EQ(message, path("old.svg") + ": cannot be written: File too large");
     EXPECT_EQ(contentOf(path("old.svg")), "before");
     EXPECT_EQ(filesInFolder(), 1U);
+}
+
+TEST_F(FileWriterTest, WritesAllFilesOrNone) {
+    std::ofstream(path("old.svg")) << "before";
+    const FullDisk disk;
+    FileWriter writer(IfThere::Replace);
+    writer.add(path("new.svg"), "picture");
+    writer.add(path("old.svg"), "picture");
+    writer.add(path("newer.svg"), tooMuch);
+
+    EXPECT_EQ(errorOf([&writer] { writer.publish(); }),
+              path("newer.svg") + ": cannot be written: File too large");
+
+    EXPECT_EQ(contentOf(path("old.svg")), "before");
+    EXPECT_EQ(filesInFolder(), 1U);
+}
+
+TEST_F(FileWriterTest, TakesBackWhatIsNewWhenAPlaceIsTakenMeanwhile) {
+    FileWriter writer(IfThere::Refuse);
+    writer.add(path("a.svg"), "picture");
+    writer.add(path("b.svg"), "picture");
+    std::ofstream(path("b.svg")) << "another's";
+
+    EXPECT_EQ(errorOf([&writer] { writer.publish(); }),
+              path("b.svg") + ": cannot be written: File exists");
+
+    EXPECT_EQ(contentOf(path("b.svg")), "another's");
+    EXPECT_EQ(filesInFolder(), 1U);
+}
+
+TEST_F(FileWriterTest, LooksAtAllPlacesBeforeItWritesToOne) {
+    std::ofstream(path("old.svg")) << "before";
+    fs::create_symlink(path("nothing"), path("dangling.svg"));
+    fs::create_symlink(path("old.svg"), path("link.svg"));
+    FileWriter writer(IfThere::Replace);
+    writer.add(path("old.svg"), "picture");
+    const auto errorOfAdding = [&writer](const std::string& place) {
+        return errorOf([&writer, &place] { writer.add(place, "picture"); });
+    };
+
+    EXPECT_THAT(errorOfAdding(path("old.svg")), testing::EndsWith(": it is named twice"));
+    EXPECT_THAT(errorOfAdding(path("link.svg")), testing::EndsWith(": it is named twice"));
+    EXPECT_THAT(errorOfAdding(path("dangling.svg")),
+                testing::EndsWith(": it is a link that leads to nothing; remove it"));
+    EXPECT_THAT(errorOfAdding(path(".")), testing::EndsWith(": Is a directory"));
+    EXPECT_EQ(contentOf(path("old.svg")), "before");
+}
+
+TEST_F(FileWriterTest, WritesThroughAPipeThatHasAName) {
+    ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
+    const int reader = ::open(path("pipe").c_str(), O_RDWR | O_NONBLOCK);
+
+    writeFile(path("pipe"), "picture");
+
+    std::array<char, 16> text{};
+    EXPECT_EQ(::read(reader, text.data(), text.size()), 7);
+    ::close(reader);
+    EXPECT_TRUE(fs::is_fifo(path("pipe")));
+}
+
+TEST_F(FileWriterTest, NeverReplacesADevice) {
+    if (::mknod(path("device").c_str(), S_IFCHR | 0600, makedev(1, 3)) != 0) {
+        GTEST_SKIP() << "only root makes devices";
+    }
+
+    writeFile(path("device"), "picture");
+
+    EXPECT_TRUE(fs::is_character_file(path("device")));
+    EXPECT_EQ(filesInFolder(), 1U);
+}
+
+TEST_F(FileWriterTest, WritesToAnOpenFileWhereItStands) {
+    std::ofstream(path("log")) << "before ";
+    const int log = ::open(path("log").c_str(), O_WRONLY | O_APPEND);
+
+    writeFile("/proc/self/fd/" + std::to_string(log), "picture");
+
+    ::close(log);
+    EXPECT_EQ(contentOf(path("log")), "before picture");
+}
+
+TEST_F(FileWriterTest, TakesTheLongestNameThatThereIs) {
+    const std::string longest = path(std::string(255, 'n'));
+
+    writeFile(longest, "picture");
+    writeFile(longest, "another picture");
+
+    EXPECT_EQ(contentOf(longest), "another picture");
+}
+
+// Nothing is closed to root: these write as somebody else.
+class FileWriterOfAUser : public FileWriterTest {
+protected:
+    /// @return the error; empty without one.
+    std::string write(std::string_view text, bool isFull = false) const {
+        std::array<int, 2> ends{};
+        EXPECT_EQ(::pipe(ends.data()), 0);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            constexpr uid_t nobody = 65534;
+            const bool isUser = ::geteuid() != 0 || ::setresuid(nobody, nobody, nobody) == 0;
+            const std::unique_ptr<FullDisk> disk(isFull ? new FullDisk : nullptr);
+            const std::string error =
+                isUser ? errorOf([this, text] { writeFile(path("old.svg"), text); }) : "is root";
+            ::_exit(::write(ends[1], error.data(), error.size()) < 0);
+        }
+        ::close(ends[1]);
+        std::array<char, 1000> error{};
+        const ssize_t size = ::read(ends[0], error.data(), error.size());
+        ::close(ends[0]);
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+        return {error.data(), static_cast<std::size_t>(size < 0 ? 0 : size)};
+    }
+
+    /// A file that anyone may write in a folder where nobody may make one.
+    void closeFolder() const {
+        std::ofstream(path("old.svg")) << "before";
+        fs::permissions(path("old.svg"), fs::perms(0666));
+        fs::permissions(path("."), fs::perms(0555));
+    }
+    ~FileWriterOfAUser() override { fs::permissions(path("."), fs::perms(0700)); }
+};
+
+TEST_F(FileWriterOfAUser, WritesAFileInAFolderThatTakesNoNewOne) {
+    closeFolder();
+
+    EXPECT_EQ(write("a"), "");
+    EXPECT_EQ(contentOf(path("old.svg")), "a");
+    EXPECT_EQ(write("longer than before"), "");
+    EXPECT_EQ(contentOf(path("old.svg")), "longer than before");
+}
+
+TEST_F(FileWriterOfAUser, PutsBackWhatWasInAFileThatItCannotReplace) {
+    closeFolder();
+
+    EXPECT_THAT(write(tooMuch, true), testing::EndsWith("File too large"));
+    EXPECT_EQ(contentOf(path("old.svg")), "before");
+}
+
+TEST_F(FileWriterOfAUser, LeavesAProtectedFileWhereItCouldBeReplaced) {
+    std::ofstream(path("old.svg")) << "before";
+    fs::permissions(path("old.svg"), fs::perms(0444));
+    fs::permissions(path("."), fs::perms(0777));
+
+    EXPECT_THAT(write("picture"), testing::EndsWith("Permission denied"));
+    EXPECT_EQ(contentOf(path("old.svg")), "before");
 }
 
 TEST_F(FileWriterTest, RefusesAFolderAndAPathBelowNothing) {

@@ -9,8 +9,9 @@
 #include <exception>
 
 int main(int argc, char** argv) {
-    // A closed pipe is then a failed write, which is reported like any other.
+    // A closed pipe and a file that may not grow are then failed writes, reported like any other.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     Outcome outcome = Outcome::OtherTrouble;
     try {
         Output output(stdout);

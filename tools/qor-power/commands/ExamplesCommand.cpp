@@ -7,15 +7,12 @@
 #include "OneLine.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <memory>
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <unistd.h>
 
 namespace {
 
@@ -33,7 +30,7 @@ public:
     /// @throw QuestionError
     explicit ExamplesCommand(const Options& options);
 
-    /// Writes nothing at all if a file of one of the names is there already, unless forced.
+    /// Writes all or nothing, and none that is there already, unless forced.
     /// @throw AnalysisError
     Outcome run(Output& output) const;
 
@@ -101,13 +98,12 @@ Outcome ExamplesCommand::run(Output& output) const {
     const auto pathOf = [this](const ExampleRadio& radio) {
         return (m_folder.empty() ? "" : m_folder + '/') + std::string(radio.name);
     };
+    FileWriter files(m_force ? IfThere::Replace : IfThere::Refuse);
     for (const ExampleRadio& radio : m_chosen) {
-        if (!m_force && ::access(pathOf(radio).c_str(), F_OK) == 0) {
-            failToWrite(pathOf(radio), EEXIST);
-        }
+        files.add(pathOf(radio), radio.text);
     }
+    files.publish();
     for (const ExampleRadio& radio : m_chosen) {
-        writeFile(pathOf(radio), radio.text, m_force ? IfThere::Replace : IfThere::Refuse);
         output.write(oneLine(pathOf(radio)) + '\n');
     }
     return Outcome::Done;
