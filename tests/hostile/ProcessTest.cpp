@@ -175,6 +175,17 @@ TEST(HostileLine, withoutEndIsTooLong) {
     expectBadLine(runOfList(list), "longer than 2097152 bytes");
 }
 
+TEST(HostileLine, isNotReadFromTheAnswers) {
+    HostileFile list;
+    list.add("no-such-radio.json\n");
+
+    const ToolRun run = MeasuredTool({"batch", list.path()}).withOutputTo(list.path()).run();
+
+    expectTrouble(run, otherTrouble,
+                  list.path() + ": the answers would be added to it, and be read as lines");
+    EXPECT_TRUE(list.isUntouched());
+}
+
 TEST(HostileLine, doesNotAffectTheOthers) {
     HostileFile radio;
     radio.add(radioStart).add(capabilityHandler).add("}");

@@ -22,14 +22,14 @@
 
 namespace {
 
-[[noreturn]] void fail(const std::string& path, std::string_view why) {
+[[noreturn]] void failToWrite(const std::string& path, std::string_view why) {
     throw AnalysisError(Outcome::OtherTrouble,
                         oneLine(path) + ": cannot be written: " + std::string(why));
 }
 
 /// @param error number of the system's.
-[[noreturn]] void fail(const std::string& path, int error) {
-    fail(path, std::strerror(error));
+[[noreturn]] void failToWrite(const std::string& path, int error) {
+    failToWrite(path, std::strerror(error));
 }
 
 /// @return 0 or the error.
@@ -174,22 +174,22 @@ void FileWriter::add(const std::string& path, std::string_view text) {
     if (descriptorOf(path)) {
         file.way = Way::Through;
     } else if (link && m_ifThere == IfThere::Refuse) {
-        fail(path, std::string(std::strerror(EEXIST)) + "; --force overwrites it");
+        failToWrite(path, std::string(std::strerror(EEXIST)) + "; --force overwrites it");
     } else if (link && !status) {
-        fail(path, "it is a link that leads to nothing; remove it");
+        failToWrite(path, "it is a link that leads to nothing; remove it");
     } else if (link && S_ISDIR(status->st_mode)) {
-        fail(path, EISDIR);
+        failToWrite(path, EISDIR);
     } else if (link && !S_ISREG(status->st_mode)) {
         file.way = Way::Through;
     } else if (link && ::access(path.c_str(), W_OK) != 0) {
         // Its folder would let it be replaced all the same, against what its owner said.
-        fail(path, errno);
+        failToWrite(path, errno);
     } else if (link) {
         file.place = resolved(path);
     }
     const auto isSame = [&file](const File& other) { return other.place == file.place; };
     if (std::any_of(m_files.begin(), m_files.end(), isSame)) {
-        fail(path, "it is named twice");
+        failToWrite(path, "it is named twice");
     }
     m_files.push_back(std::move(file));
 }
@@ -200,7 +200,7 @@ void FileWriter::stage(File& file) {
     if (descriptor < 0) {
         const bool isClosed = errno == EACCES || errno == EPERM || errno == EROFS;
         if (!isClosed || !file.isThere) {
-            fail(file.path, errno);
+            failToWrite(file.path, errno);
         }
         file.way = Way::Within;
         return;
@@ -215,14 +215,14 @@ void FileWriter::stage(File& file) {
     error = firstOf(error, errorOf(::fsync(descriptor)));
     error = firstOf(error, errorOf(::close(descriptor)));
     if (error != 0) {
-        fail(file.path, error);
+        failToWrite(file.path, error);
     }
 }
 
 void FileWriter::move(File& file) {
     const auto now = statusOf(file.place, true);
     if (now && !S_ISREG(now->st_mode)) {
-        fail(file.path, "something else than a file is there by now");
+        failToWrite(file.path, "something else than a file is there by now");
     }
     // What came to where nothing was is not to be replaced.
     const unsigned flags = file.isThere ? 0U : RENAME_NOREPLACE;
@@ -234,7 +234,7 @@ void FileWriter::move(File& file) {
         error = firstOf(error, error == 0 ? errorOf(::unlink(file.beside.c_str())) : 0);
     }
     if (error != 0) {
-        fail(file.path, error);
+        failToWrite(file.path, error);
     }
     file.beside.clear();
     if (!file.isThere) {
@@ -266,7 +266,7 @@ void FileWriter::publish() {
     const auto write = [](auto how) {
         return [how](const File& file) {
             if (const int error = how(file.place, file.text); error != 0) {
-                fail(file.path, error);
+                failToWrite(file.path, error);
             }
         };
     };

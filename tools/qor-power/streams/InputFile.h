@@ -1,7 +1,12 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
+
+#include <sys/stat.h>
 
 /// The path that stands for standard input.
 inline constexpr const char* standardInput = "-";
@@ -10,11 +15,24 @@ inline constexpr const char* standardInput = "-";
 std::string inputName(const std::string& path);
 
 /// A file open for reading, or standard input. Closed at the end, unless it is standard input.
+///
+/// A file that changes while it is read is an error, so that what was read is one state of it. Of a
+/// named pipe the first bytes have to come in time; then, as on standard input, it may take as long
+/// as it likes.
 class InputFile {
 public:
+    enum class Growth {
+        IsChange, ///< like any other
+        IsLeftOut ///< what is written behind the end meanwhile is not read: a log goes on
+    };
+
+    /// How long a named pipe may have nothing to read: perhaps nobody will ever write to it.
+    static constexpr std::chrono::milliseconds usualPatience = std::chrono::seconds(30);
+
     /// @param path of the file, or standardInput.
     /// @throw AnalysisError OtherTrouble if it cannot be opened.
-    explicit InputFile(std::string path);
+    explicit InputFile(std::string path, Growth growth = Growth::IsChange,
+                       std::chrono::milliseconds patience = usualPatience);
     ~InputFile();
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
@@ -24,8 +42,17 @@ public:
     /// @throw AnalysisError OtherTrouble
     std::size_t read(char* bytes, std::size_t size);
 
+    /// Whether what is written to standard output is added to this very file.
+    bool isStandardOutput() const;
+
 private:
+    void awaitWriter(std::chrono::milliseconds patience) const;
+    void expectUnchanged() const;
+
     std::string m_path;
+    Growth m_growth;
     bool m_isOwn;
     int m_descriptor;
+    struct stat m_status {};
+    std::optional<std::uint64_t> m_left; ///< bytes of a plain file that are not read yet
 };

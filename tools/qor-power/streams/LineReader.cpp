@@ -1,10 +1,18 @@
 #include "LineReader.h"
 
+#include "AnalysisError.h"
+
 #include <utility>
 
 LineReader::LineReader(const std::string& path, std::size_t limit)
-    : m_file(path)
-    , m_limit(limit) {}
+    : m_file(path, InputFile::Growth::IsLeftOut)
+    , m_limit(limit) {
+    if (m_file.isStandardOutput()) {
+        throw AnalysisError(Outcome::OtherTrouble,
+                            inputName(path) + ": the answers would be added to it, and be read as "
+                                              "lines; let them go to another file");
+    }
+}
 
 void LineReader::append(Line& line, std::string_view text) const {
     const std::size_t room = m_limit - line.text.size();

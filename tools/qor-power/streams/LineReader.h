@@ -8,7 +8,8 @@
 #include <string>
 #include <string_view>
 
-/// Reads a text line by line in constant memory, whatever its length and that of its lines.
+/// Reads a text line by line in constant memory, whatever its length and that of its lines. What is
+/// added to a file meanwhile is not read.
 class LineReader {
 public:
     struct Line {
@@ -18,7 +19,9 @@ public:
 
     /// @param path of the file, or standardInput.
     /// @param limit of a line's length in bytes.
-    /// @throw AnalysisError OtherTrouble if the path cannot be opened.
+    /// @throw AnalysisError OtherTrouble if the path cannot be opened, or if standard output leads
+    /// to
+    ///        that file: what is answered would come back as lines.
     LineReader(const std::string& path, std::size_t limit);
 
     /// Whether next() has a whole line already and need not wait for one.
