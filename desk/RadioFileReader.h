@@ -16,7 +16,7 @@ public:
     static constexpr std::size_t maxSize = std::size_t{2} << 20;
 
     /// Elements of every list but the requests, which are played one by one, and those below.
-    static constexpr std::size_t maxListLength = 4096;
+    static constexpr std::size_t maxListLength = 1024;
 
     /// Modulation-and-codes of a frame format, and rows of a Pmax table. Each code is answered and
     /// explained for itself, and there are 53 codes and 15 modulations.
@@ -24,7 +24,7 @@ public:
     static constexpr std::size_t maxPmaxRows = 256;
 
     /// Stored variables; a node has some hundreds.
-    static constexpr std::size_t maxVariables = 4096;
+    static constexpr std::size_t maxVariables = 1024;
 
     /// Bytes of the sections that the patches of a file change, once for each patch: every patch
     /// leaves a state of its own.

@@ -243,17 +243,18 @@ std::string fileWithPatchesTo(const std::string& variables, int patches) {
 }
 
 TEST(PatchTest, refusesMorePatchesToALargeSectionThanCanBeKept) {
-    // 4096 elements of 8 bytes, 8 for the list, 128 and 1 for the key and 8 for the section are
-    // 32913 bytes: 509 times that is 16752717, and 510 times is 16785630, more than 16777216.
-    const std::string large = json{{"a", std::vector<int>(4096, 1)}}.dump();
+    // 1024 elements of 8 bytes, 8 for the list, 128 and 1 for the key and 8 for the section are
+    // 8337 bytes: 2012 times that is 16774044, and 2013 times is 16782381, more than 16777216.
+    const std::string large = json{{"a", std::vector<int>(1024, 1)}}.dump();
 
-    EXPECT_EQ(RadioFileReader::read(fileWithPatchesTo(large, 509)).requests.size(), 509U);
+    EXPECT_EQ(RadioFileReader::read(fileWithPatchesTo(large, 2012)).requests.size(), 2012U);
     try {
-        RadioFileReader::read(fileWithPatchesTo(large, 510));
+        RadioFileReader::read(fileWithPatchesTo(large, 2013));
         FAIL() << "not refused";
     } catch (const RadioFileError& error) {
-        EXPECT_STREQ(error.what(), "/requests/509/file: the patches up to this one change sections "
-                                   "of more than 16777216 bytes in all");
+        EXPECT_STREQ(error.what(),
+                     "/requests/2012/file: the patches up to this one change sections "
+                     "of more than 16777216 bytes in all");
     }
 }
 

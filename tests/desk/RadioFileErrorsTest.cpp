@@ -87,7 +87,7 @@ TEST(RadioFileErrorsMessageTest, refusesMoreThan2MiB) {
     EXPECT_EQ(errorOf(largest + " "), "(document): larger than 2097152 bytes");
 }
 
-TEST(RadioFileErrorsMessageTest, refusesAListOfMoreThan4096Elements) {
+TEST(RadioFileErrorsMessageTest, refusesAListOfMoreThan1024Elements) {
     const auto fileWith = [](int elements) {
         std::string file = R"({"channel": 1, "variables": {"a": [0)";
         for (int element = 1; element < elements; ++element) {
@@ -96,11 +96,33 @@ TEST(RadioFileErrorsMessageTest, refusesAListOfMoreThan4096Elements) {
         return file + "]}}";
     };
 
-    EXPECT_EQ(errorOf(fileWith(4096)), "");
-    EXPECT_EQ(errorOf(fileWith(4097)), "/variables/a: longer than 4096 elements");
+    EXPECT_EQ(errorOf(fileWith(1024)), "");
+    EXPECT_EQ(errorOf(fileWith(1025)), "/variables/a: longer than 1024 elements");
 }
 
-TEST(RadioFileErrorsMessageTest, refusesMoreThan4096Variables) {
+TEST(RadioFileErrorsMessageTest, refusesMoreThan256CodesAndPmaxRows) {
+    const auto fileWith = [](const std::string& begin, const std::string& element, int count,
+                             const std::string& end) {
+        std::string file = begin + element;
+        for (int index = 1; index < count; ++index) {
+            file += ',' + element;
+        }
+        return file + end;
+    };
+    const std::string handler = R"({"channel": 1, "capabilityHandler": {"pmaxDpd1Etsi": [)";
+    const std::string frame = R"({"channel": 1, "hardwareConfigurationHandler": {"frameFormats": [
+{"id": 1, "channelSpacing": 28, "dpdVersion": 1, "market": "Etsi", "modulationAndCodes": [)";
+
+    EXPECT_EQ(errorOf(fileWith(handler, R"(["4QAM", 2600])", 256, "]}}")), "");
+    EXPECT_EQ(errorOf(fileWith(handler, R"(["4QAM", 2600])", 257, "]}}")),
+              "/capabilityHandler/pmaxDpd1Etsi: longer than 256 elements");
+    EXPECT_EQ(errorOf(fileWith(frame, "31", 256, "]}]}}")), "");
+    EXPECT_EQ(errorOf(fileWith(frame, "31", 257, "]}]}}")),
+              "/hardwareConfigurationHandler/frameFormats/0/modulationAndCodes: longer than 256 "
+              "elements");
+}
+
+TEST(RadioFileErrorsMessageTest, refusesMoreThan1024Variables) {
     const auto fileWith = [](int variables) {
         std::string file = R"({"channel": 1, "variables": {"v": 0)";
         for (int variable = 1; variable < variables; ++variable) {
@@ -109,11 +131,11 @@ TEST(RadioFileErrorsMessageTest, refusesMoreThan4096Variables) {
         return file + "}}";
     };
 
-    EXPECT_EQ(errorOf(fileWith(4096)), "");
-    EXPECT_EQ(errorOf(fileWith(4097)), "/variables: more than 4096 variables");
+    EXPECT_EQ(errorOf(fileWith(1024)), "");
+    EXPECT_EQ(errorOf(fileWith(1025)), "/variables: more than 1024 variables");
 }
 
-TEST(RadioFileErrorsMessageTest, letsTheRequestsBeMoreThan4096) {
+TEST(RadioFileErrorsMessageTest, letsTheRequestsBeMoreThan1024) {
     std::string file = R"({"channel": 1, "requests": [{"call": "findPminPmax"})";
     for (int request = 1; request < 5000; ++request) {
         file += R"(, {"call": "findPminPmax"})";

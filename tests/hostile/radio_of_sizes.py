@@ -44,7 +44,7 @@ GENES = {
     "limits": [True, False],
     "records": range(0, MAX_LIST + 1),
     "recordCodes": range(0, MAX_CODES + 1),
-    "variables": range(0, 4000),
+    "variables": range(0, 1022),
     "elements": range(0, MAX_LIST + 1),
     "compensation": range(0, MAX_LIST + 1),
     "queries": range(0, 400),
