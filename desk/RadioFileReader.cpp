@@ -288,7 +288,7 @@ HardwareConfigurationHandlerAnswers::FrameFormat readHardwareFrameFormat(const J
     frameFormat.modulationAndCodes =
         readAnswer(value.member("modulationAndCodes"), [](const JsonValue& codes) {
             return readList(codes, readModulationAndCode,
-                            orResult("a list of modulation-and-codes"));
+                            orResult("a list of modulation-and-codes"), RadioFileReader::maxCodes);
         });
     frameFormat.performanceProfiles = readProfilesIfAny(value, "performanceProfiles");
     frameFormat.carrierAggregationPerformanceProfiles =

@@ -99,7 +99,7 @@ const Fields<BatchResult>& resultFields() {
 std::string batchJsonLine(const BatchResult& result) {
     Datum::Object line = objectOf(resultFields(), result);
     if (result.powers) {
-        const Datum::List rows = listOf(lineFields(true), linesOf(*result.powers));
+        const Datum::List rows = listOf(lineFields(true), linesOf(RuledTable(*result.powers)));
         for (auto& member : objectOf(result.powers->table, rows)) {
             // The batch itself says where the radio comes from.
             if (member.first != "radioFile") {

@@ -31,7 +31,7 @@ Sweep::Point pointAt(const RadioCase& radio, std::vector<Inputs::Value> values) 
     }
     point.values = std::move(values);
     try {
-        point.powers = changed.explain();
+        point.powers = RuledTable(changed.explain());
         point.trouble = point.powers.table.failure;
         point.outcome = point.trouble.empty() ? Outcome::Done : Outcome::OtherTrouble;
     } catch (const AnalysisError& error) {
@@ -75,6 +75,14 @@ Sweep Sweep::run(const RadioCase& radio, std::vector<Line> lines) {
     Sweep sweep;
     sweep.asIs = radio.powers();
     sweep.lines = std::move(lines);
+    std::size_t count = sweep.asIs.rows.size();
+    for (const Line& line : sweep.lines) {
+        count *= line.values.size();
+    }
+    if (count > maxPowers) {
+        throw QuestionError("a sweep of " + std::to_string(count) + " powers; at most " +
+                            std::to_string(maxPowers) + " are answered, give fewer values");
+    }
     // Without a second input one round is made, whose value counts for nothing.
     const std::vector<Inputs::Value> once(1, EReferenceSEC::UNDEFINED);
     const bool hasTwo = sweep.lines.size() == maxLines;
@@ -105,8 +113,7 @@ const Sweep::Point& Sweep::at(std::size_t first, std::size_t second) const {
 std::vector<std::string> Sweep::troubles() const {
     std::vector<std::string> found;
     for (const Point& point : points) {
-        const std::vector<std::string> mismatches = mismatchesOf(point.powers);
-        found.insert(found.end(), mismatches.begin(), mismatches.end());
+        found.insert(found.end(), point.powers.mismatches.begin(), point.powers.mismatches.end());
         if (point.trouble.empty()) {
             continue;
         }

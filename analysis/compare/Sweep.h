@@ -20,13 +20,14 @@ struct Sweep {
 
     struct Point {
         std::vector<Inputs::Value> values; ///< one for each line
-        ExplainedTable powers;             ///< without rows where the service did not start
+        RuledTable powers;                 ///< without rows where the service did not start
         std::string trouble;               ///< why there are no powers at all; empty if there are
         Outcome outcome = Outcome::Done;
     };
 
-    /// More points than anybody reads would keep the machine busy.
+    /// More points, and more powers in all, than anybody reads would keep the machine busy.
     static constexpr std::size_t maxPoints = 4096;
+    static constexpr std::size_t maxPowers = 32768;
 
     /// What is said to be varied: "AXIS" or "AXIS=LIST", once or twice.
     /// @param asked what is swept cannot be fixed there.
@@ -36,7 +37,9 @@ struct Sweep {
 
     /// Asks for the powers of the radio as it is and at every point. A point that fails does not
     /// stop the others.
-    /// @throw AnalysisError if the radio's service does not start at all.
+    /// @throw AnalysisError if the radio's service does not start at all, QuestionError if there
+    /// are
+    ///        too many powers.
     static Sweep run(const RadioCase& radio, std::vector<Line> lines);
 
     /// Why points have no powers, and what does not add up, one line each.

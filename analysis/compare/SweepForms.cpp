@@ -163,11 +163,8 @@ std::string jsonForm(const Sweep& sweep) {
     for (const Sweep::Line& line : sweep.lines) {
         over.push_back(datumOf(line));
     }
-    Datum::List points;
-    for (const Sweep::Point& point : sweep.points) {
-        points.push_back(datumOf(point));
-    }
-    return jsonDocument(Datum::Object{{"radioFile", sweep.asIs.radioFile},
-                                      {"over", std::move(over)},
-                                      {"points", std::move(points)}});
+    const Datum::Made points{sweep.points.size(),
+                             [&sweep](std::size_t index) { return datumOf(sweep.points[index]); }};
+    return jsonDocument(Datum::Object{
+        {"radioFile", sweep.asIs.radioFile}, {"over", std::move(over)}, {"points", points}});
 }

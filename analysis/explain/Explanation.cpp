@@ -1,12 +1,22 @@
 #include "Explanation.h"
 
 #include <algorithm>
+#include <utility>
 
 Rule Explanation::decisiveRule() const {
     if (const Bound* const bound = binding()) {
         return bound->rule;
     }
     return refusal.value_or(Rule::Unexplained);
+}
+
+RuledTable::RuledTable(ExplainedTable explained)
+    : mismatches(mismatchesOf(explained)) {
+    rules.reserve(explained.explanations.size());
+    for (const Explanation& explanation : explained.explanations) {
+        rules.push_back(explanation.decisiveRule());
+    }
+    table = std::move(explained.table);
 }
 
 std::vector<std::string> mismatchesOf(const std::vector<Explanation>& explanations) {

@@ -110,6 +110,17 @@ struct ExplainedTable {
     std::string pmaxTableKey = {}; ///< its key in the radio file, for example "pmaxDpd1Etsi"
 };
 
+/// The powers of a frame format with the rules alone that decide them: what many tables can be kept
+/// of.
+struct RuledTable {
+    RuledTable() = default;
+    explicit RuledTable(ExplainedTable explained);
+
+    PowerTable table;
+    std::vector<Rule> rules;             ///< one for each row of the table, in their order
+    std::vector<std::string> mismatches; ///< see mismatchesOf()
+};
+
 /// What does not add up in explanations, a line for each modulation: "the steps for 16QAM do not
 /// add up: ...". Modulations that several codes share are told once.
 std::vector<std::string> mismatchesOf(const std::vector<Explanation>& explanations);

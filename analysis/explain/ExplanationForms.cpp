@@ -279,10 +279,10 @@ Datum datumOf(const Explanation& explanation) {
     };
 }
 
-std::vector<PowerTableLine> linesOf(const ExplainedTable& explained) {
-    std::vector<PowerTableLine> lines = linesOf(explained.table);
+std::vector<PowerTableLine> linesOf(const RuledTable& ruled) {
+    std::vector<PowerTableLine> lines = linesOf(ruled.table);
     for (std::size_t index = 0; index < lines.size(); ++index) {
-        lines[index].rule = codeOf(explained.explanations[index].decisiveRule());
+        lines[index].rule = codeOf(ruled.rules[index]);
     }
     return lines;
 }

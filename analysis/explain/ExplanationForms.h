@@ -31,4 +31,4 @@ const char* codeOf(Explanation::Step::Kind kind);
 Datum datumOf(const std::optional<Rule>& rule);
 
 /// The rows of a table, each with the rule that decides.
-std::vector<PowerTableLine> linesOf(const ExplainedTable& explained);
+std::vector<PowerTableLine> linesOf(const RuledTable& ruled);

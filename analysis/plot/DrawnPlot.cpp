@@ -39,13 +39,13 @@ DrawnPlot drawnFrom(const RadioCase& radio, const Sweep::Line& line, const Asked
 DrawnPlot DrawnPlot::of(const RadioCase& radio, const std::vector<std::string>& over,
                         const AskedInputs& asked) {
     if (over.empty()) {
-        const ExplainedTable powers = radio.explain();
+        const RuledTable powers(radio.explain());
         if (!powers.table.failure.empty()) {
             throw AnalysisError(Outcome::OtherTrouble,
                                 (radio.name.empty() ? "" : radio.name + ": ") +
                                     "no powers: " + powers.table.failure);
         }
-        return {PowerPlot::of(powers), Outcome::Done, mismatchesOf(powers)};
+        return {PowerPlot::of(powers), Outcome::Done, powers.mismatches};
     }
     const bool isUsual = over.front().find('=') == std::string::npos;
     return drawnFrom(radio, Sweep::linesOf(over, asked, radio).front(), asked, isUsual);

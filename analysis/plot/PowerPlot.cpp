@@ -13,17 +13,16 @@ namespace {
 /// The step of each modulation. Codes of one modulation have the same power.
 using StepsByModulation = std::map<Modulation, PowerPlot::Step>;
 
-StepsByModulation stepsOf(const ExplainedTable& powers) {
+StepsByModulation stepsOf(const RuledTable& powers) {
     StepsByModulation steps;
     for (std::size_t index = 0; index < powers.table.rows.size(); ++index) {
         const PowerTable::Row& row = powers.table.rows[index];
-        steps.emplace(row.modulation,
-                      PowerPlot::Step{row.maxPower, powers.explanations[index].decisiveRule()});
+        steps.emplace(row.modulation, PowerPlot::Step{row.maxPower, powers.rules[index]});
     }
     return steps;
 }
 
-PowerPlot::Series seriesOf(const ExplainedTable& powers, const std::string& label) {
+PowerPlot::Series seriesOf(const RuledTable& powers, const std::string& label) {
     PowerPlot::Series series{label, {}, {}};
     for (const auto& [modulation, step] : stepsOf(powers)) {
         series.steps.push_back(step);
@@ -81,7 +80,7 @@ std::vector<std::string> conditionsOf(const std::vector<const PowerTable*>& tabl
     return common;
 }
 
-std::vector<std::string> modulationsOf(const ExplainedTable& powers) {
+std::vector<std::string> modulationsOf(const RuledTable& powers) {
     std::vector<std::string> modulations;
     for (const auto& [modulation, step] : stepsOf(powers)) {
         modulations.push_back(convertAcmEnumToString(modulation));
@@ -91,7 +90,7 @@ std::vector<std::string> modulationsOf(const ExplainedTable& powers) {
 
 } // namespace
 
-PowerPlot PowerPlot::of(const ExplainedTable& powers) {
+PowerPlot PowerPlot::of(const RuledTable& powers) {
     PowerPlot plot;
     plot.title = titleOf(powers.table);
     plot.conditions = conditionsOf(std::vector{&powers.table});

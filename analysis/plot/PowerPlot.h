@@ -31,7 +31,7 @@ struct PowerPlot {
     static constexpr std::size_t maxSeries = 8;
 
     /// One radio as it is.
-    static PowerPlot of(const ExplainedTable& powers);
+    static PowerPlot of(const RuledTable& powers);
 
     /// A sweep over one input, as many lines as it needs; points without any power are left out.
     static PowerPlot of(const Sweep& sweep);

@@ -118,7 +118,7 @@ TEST(ComparedPowers, AtARadiosOwnValueOfAnInputAreItsOwn) {
 TEST(ComparedPowers, OfAnyRadioCanBeDrawn) {
     const TextLook look;
     for (const RadioCase& radio : radios()) {
-        const PowerPlot plot = PowerPlot::of(radio.explain());
+        const PowerPlot plot = PowerPlot::of(RuledTable(radio.explain()));
 
         const std::string svg = svgForm(plot);
         const std::string blocks = blockForm(plot, look);
