@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample valgrind bench bench-count bench-board docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
+.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample worst-file valgrind bench bench-count bench-board docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 MINUTES ?= 1
@@ -61,6 +61,9 @@ fuzz-sample: ## run both fuzzers beside each other for 40 seconds, in the build 
 	cmake --build --preset coverage --target fuzz_radio_file fuzz_service
 	printf '%s\n' radio_file service | QOR_FUZZ_BUILD=build/coverage QOR_FUZZ_NO_BUILD=1 \
 		QOR_FUZZ_WORKERS=1 xargs -P 2 -n 1 scripts/fuzz 40s
+
+worst-file: build ## search for a minute for the radio file that takes most memory and time (MINUTES=N for longer)
+	scripts/worst-file --minutes $(MINUTES)
 
 valgrind: build ## run the test programs under valgrind
 	scripts/valgrind build/release
