@@ -6,6 +6,7 @@
 #include "SimulatedHardwareConfigurationHandler.h"
 #include "SimulatedSystemPowerController.h"
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -29,3 +30,19 @@ struct NodeAnswers {
     std::shared_ptr<const Variables> variables; ///< null: none
     bool carrierAggregation = false;            ///< what the board answers
 };
+
+/// One of the four Pmax tables of a capability handler.
+struct PmaxTableName {
+    const char* key; ///< in the radio file
+    int dpdVersion;
+    const char* market;
+    std::optional<CapabilityHandlerAnswers::Pmax> CapabilityHandlerAnswers::*answer;
+};
+
+/// The four, in the order of the manual.
+inline constexpr std::array<PmaxTableName, 4> pmaxTables{{
+    {"pmaxDpd1Etsi", 1, "Etsi", &CapabilityHandlerAnswers::pmaxDpd1Etsi},
+    {"pmaxDpd2Etsi", 2, "Etsi", &CapabilityHandlerAnswers::pmaxDpd2Etsi},
+    {"pmaxDpd1Ansi", 1, "Ansi", &CapabilityHandlerAnswers::pmaxDpd1Ansi},
+    {"pmaxDpd2Ansi", 2, "Ansi", &CapabilityHandlerAnswers::pmaxDpd2Ansi},
+}};

@@ -209,10 +209,9 @@ CapabilityHandlerAnswers readCapabilityHandler(const JsonValue& value) {
             return power.integer<std::int32_t>(orResult("an integer"));
         });
     });
-    readIfAny(answers.pmaxDpd1Etsi, value, "pmaxDpd1Etsi", readPmax);
-    readIfAny(answers.pmaxDpd2Etsi, value, "pmaxDpd2Etsi", readPmax);
-    readIfAny(answers.pmaxDpd1Ansi, value, "pmaxDpd1Ansi", readPmax);
-    readIfAny(answers.pmaxDpd2Ansi, value, "pmaxDpd2Ansi", readPmax);
+    for (const PmaxTableName& table : pmaxTables) {
+        readIfAny(answers.*table.answer, value, table.key, readPmax);
+    }
     readIfAny(answers.maxAcmLimitedByHw, value, "maxAcmLimitedByHw",
               [](const JsonValue& member) { return member.flag(); });
     readIfAny(answers.performanceProfileIndex, value, "performanceProfileIndex",
@@ -333,10 +332,15 @@ bool readBoard(const JsonValue& value) {
     return value.has("carrierAggregation") && value.member("carrierAggregation").flag();
 }
 
-template <class Answers>
-void readInto(std::shared_ptr<const Answers>& target, const JsonValue& document,
-              std::string_view key, Answers (*read)(const JsonValue&)) {
-    target =
+void readBoardOf(const JsonValue& document, const char* key, NodeAnswers& answers) {
+    answers.carrierAggregation = document.has(key) && readBoard(document.member(key));
+}
+
+/// Reads what a key of the document holds into a member of the answers; null without the key.
+template <auto member, auto read>
+void readInto(const JsonValue& document, const char* key, NodeAnswers& answers) {
+    using Answers = decltype(read(document));
+    answers.*member =
         document.has(key) ? std::make_shared<const Answers>(read(document.member(key))) : nullptr;
 }
 
@@ -344,40 +348,19 @@ void readInto(std::shared_ptr<const Answers>& target, const JsonValue& document,
 struct Section {
     const char* key;
     bool isNeighbour;
-    void (*read)(const JsonValue& document, NodeAnswers& answers);
+    void (*read)(const JsonValue& document, const char* key, NodeAnswers& answers);
 };
 
 constexpr std::array<Section, 7> sections{{
-    {"board", false,
-     [](const JsonValue& document, NodeAnswers& answers) {
-         answers.carrierAggregation = document.has("board") && readBoard(document.member("board"));
-     }},
-    {"capabilityHandler", true,
-     [](const JsonValue& document, NodeAnswers& answers) {
-         readInto(answers.capabilityHandler, document, "capabilityHandler", readCapabilityHandler);
-     }},
-    {"acmHandler", true,
-     [](const JsonValue& document, NodeAnswers& answers) {
-         readInto(answers.acmHandler, document, "acmHandler", readAcmHandler);
-     }},
-    {"frameFormat", true,
-     [](const JsonValue& document, NodeAnswers& answers) {
-         readInto(answers.frameFormat, document, "frameFormat", readFrameFormat);
-     }},
+    {"board", false, readBoardOf},
+    {"capabilityHandler", true, readInto<&NodeAnswers::capabilityHandler, readCapabilityHandler>},
+    {"acmHandler", true, readInto<&NodeAnswers::acmHandler, readAcmHandler>},
+    {"frameFormat", true, readInto<&NodeAnswers::frameFormat, readFrameFormat>},
     {"systemPowerController", true,
-     [](const JsonValue& document, NodeAnswers& answers) {
-         readInto(answers.systemPowerController, document, "systemPowerController",
-                  readSystemPowerController);
-     }},
+     readInto<&NodeAnswers::systemPowerController, readSystemPowerController>},
     {"hardwareConfigurationHandler", true,
-     [](const JsonValue& document, NodeAnswers& answers) {
-         readInto(answers.hardwareConfigurationHandler, document, "hardwareConfigurationHandler",
-                  readHardwareConfigurationHandler);
-     }},
-    {"variables", false,
-     [](const JsonValue& document, NodeAnswers& answers) {
-         readInto(answers.variables, document, "variables", readVariables);
-     }},
+     readInto<&NodeAnswers::hardwareConfigurationHandler, readHardwareConfigurationHandler>},
+    {"variables", false, readInto<&NodeAnswers::variables, readVariables>},
 }};
 
 /// The Pmax tables of a checked document that are given as flat integers.
@@ -465,7 +448,7 @@ public:
             if (isPresent) {
                 countBytes(patch, m_file[section.key]);
             }
-            section.read(document, m_answers);
+            section.read(document, section.key, m_answers);
         }
         return m_answers;
     }
@@ -638,7 +621,7 @@ RadioFile RadioFileReader::read(std::string_view text) {
     RadioFile radioFile;
     radioFile.channel = document.member("channel").integer<std::uint32_t>();
     for (const Section& section : sections) {
-        section.read(document, radioFile.node);
+        section.read(document, section.key, radioFile.node);
     }
     radioFile.flatPmaxTables = flatPmaxTables(file);
 

@@ -76,16 +76,6 @@ bool CheckedFrameFormat::carries(Modulation modulation) const {
                                 });
 }
 
-const std::vector<PmaxTableName>& pmaxTableNames() {
-    static const std::vector<PmaxTableName> names{
-        {"pmaxDpd1Etsi", 1, "Etsi", &CapabilityHandlerAnswers::pmaxDpd1Etsi},
-        {"pmaxDpd2Etsi", 2, "Etsi", &CapabilityHandlerAnswers::pmaxDpd2Etsi},
-        {"pmaxDpd1Ansi", 1, "Ansi", &CapabilityHandlerAnswers::pmaxDpd1Ansi},
-        {"pmaxDpd2Ansi", 2, "Ansi", &CapabilityHandlerAnswers::pmaxDpd2Ansi},
-    };
-    return names;
-}
-
 CheckedNode::CheckedNode(std::uint32_t channel, const NodeAnswers& answers,
                          const SharedDocument& document)
     : m_channel(channel)

@@ -31,17 +31,6 @@ struct CheckedFrameFormat {
     bool carries(Modulation modulation) const;
 };
 
-/// One of the four Pmax tables of a capability handler.
-struct PmaxTableName {
-    const char* key; ///< in the radio file
-    int dpdVersion;
-    const char* market;
-    std::optional<CapabilityHandlerAnswers::Pmax> CapabilityHandlerAnswers::*answer;
-};
-
-/// The four, in the order of the manual.
-const std::vector<PmaxTableName>& pmaxTableNames();
-
 /// A radio node as a radio file or one of its patches leaves it.
 class CheckedNode {
 public:

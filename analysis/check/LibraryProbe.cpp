@@ -38,9 +38,9 @@ int markOf(std::size_t table) {
 }
 
 const PmaxTableName* tableOf(long mark) {
-    for (std::size_t index = 0; index < pmaxTableNames().size(); ++index) {
+    for (std::size_t index = 0; index < pmaxTables.size(); ++index) {
         if (markOf(index) == mark) {
-            return &pmaxTableNames()[index];
+            return &pmaxTables.at(index);
         }
     }
     return nullptr;
@@ -66,8 +66,8 @@ LibraryProbe::ReadTables LibraryProbe::tablesOf(const CapabilityHandlerAnswers& 
                                                 EDpdVersion dpdVersion, EFrameFormatMarket market) {
     CapabilityHandlerAnswers marked;
     marked.productNumber = uncalibratedProduct;
-    for (std::size_t index = 0; index < pmaxTableNames().size(); ++index) {
-        const PmaxTableName& name = pmaxTableNames()[index];
+    for (std::size_t index = 0; index < pmaxTables.size(); ++index) {
+        const PmaxTableName& name = pmaxTables.at(index);
         marked.*(name.answer) = radio.*(name.answer);
         auto& answer = marked.*(name.answer);
         if (answer && std::holds_alternative<std::vector<int>>(*answer)) {
@@ -80,7 +80,7 @@ LibraryProbe::ReadTables LibraryProbe::tablesOf(const CapabilityHandlerAnswers& 
 LibraryProbe::ReadTables LibraryProbe::wantedTables(EDpdVersion dpdVersion,
                                                     EFrameFormatMarket market) {
     CapabilityHandlerAnswers whole;
-    for (const PmaxTableName& name : pmaxTableNames()) {
+    for (const PmaxTableName& name : pmaxTables) {
         whole.*(name.answer) = std::vector<int>();
     }
     return tablesOf(whole, dpdVersion, market);

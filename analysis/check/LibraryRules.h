@@ -1,7 +1,6 @@
 #pragma once
 
 #include "CheckedNode.h"
-#include "FindingList.h"
 #include "PowerTable.h"
 
 #include <cstddef>

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "CheckedNode.h"
-#include "FindingList.h"
+
+#include <string>
+#include <vector>
 
 /// The rules of `qor-power check` that compare the figures of a radio with each other. What the
 /// library makes of them is asked by LibraryRules.
@@ -24,3 +26,7 @@ void checkClass(const nlohmann::json* written, const FilePlace& place, FindingLi
 void checkVariables(const CheckedNode& node, FindingList& findings);
 
 } // namespace NodeRules
+
+/// The product numbers that lead to a family of their own. Every other number, and only that, leads
+/// to the newer radio-unit family, so these are the ones that a mistyped number may stand for.
+const std::vector<std::string>& knownProducts();

@@ -2,7 +2,6 @@
 
 #include "CheckRules.h"
 #include "CheckedNode.h"
-#include "FindingList.h"
 #include "JsonPointer.h"
 #include "JsonReader.h"
 #include "LibraryRules.h"
@@ -197,11 +196,14 @@ bool Check::checkNewInState(const State& state) {
 /// What the capability handler hands out once, when the service starts.
 json handedOut(const SharedDocument& document) {
     json answers = json::object();
-    for (const char* const key :
-         {"pmaxDpd1Etsi", "pmaxDpd2Etsi", "pmaxDpd1Ansi", "pmaxDpd2Ansi", "minOutputPower"}) {
+    const auto add = [&](const char* key) {
         if (const json* const answer = document.at({"capabilityHandler", key})) {
             answers[key] = *answer;
         }
+    };
+    add("minOutputPower");
+    for (const PmaxTableName& table : pmaxTables) {
+        add(table.key);
     }
     return answers;
 }

@@ -20,7 +20,7 @@ namespace {
 /// The highest power of all Pmax tables; nothing without any row.
 std::optional<int> highestPmax(const CheckedNode& node) {
     std::optional<int> highest;
-    for (const PmaxTableName& name : pmaxTableNames()) {
+    for (const PmaxTableName& name : pmaxTables) {
         const std::vector<int>* const table = node.pmaxTable(name);
         for (std::size_t index = 1; table != nullptr && index < table->size(); index += 2) {
             highest = std::max(highest.value_or((*table)[index]), (*table)[index]);

@@ -4,26 +4,13 @@
 #include "Node.h"
 #include "TraceText.h"
 
-#include <array>
 #include <cstddef>
 
 namespace {
 
-/// One table of the capability handler, as the library numbers it.
-struct HandlerTable {
-    const char* key;
-    RadioFilePlaces::PmaxAnswer answer;
-};
-
-constexpr std::array<HandlerTable, 4> handlerTables{{
-    {"pmaxDpd1Ansi", &CapabilityHandlerAnswers::pmaxDpd1Ansi},
-    {"pmaxDpd2Ansi", &CapabilityHandlerAnswers::pmaxDpd2Ansi},
-    {"pmaxDpd1Etsi", &CapabilityHandlerAnswers::pmaxDpd1Etsi},
-    {"pmaxDpd2Etsi", &CapabilityHandlerAnswers::pmaxDpd2Etsi},
-}};
-
-const HandlerTable& tableOf(int number) {
-    return handlerTables.at(static_cast<std::size_t>(number));
+/// A table of the capability handler as the library numbers it: those of ANSI first.
+const PmaxTableName& tableOf(int number) {
+    return pmaxTables.at((static_cast<std::size_t>(number) + 2) % pmaxTables.size());
 }
 
 /// The key of the first row with a modulation, in a table of flat integers; nothing without one.
@@ -65,7 +52,7 @@ void RadioFilePlaces::readStart(const std::vector<TraceRecord>& startTrace) {
         }
         const auto table = TraceText::numberAfter(text, "PmaxTable with value ");
         if (current == nullptr || !table || *table < 0 ||
-            *table >= static_cast<std::int64_t>(handlerTables.size())) {
+            *table >= static_cast<std::int64_t>(pmaxTables.size())) {
             continue;
         }
         if (TraceText::contains(text, " succeeded for channel ")) {
@@ -97,7 +84,7 @@ std::string RadioFilePlaces::pmaxTable(EDpdVersion dpdVersion, EFrameFormatMarke
     if (!source->table) {
         return "no table: the radio refuses " + failed;
     }
-    const HandlerTable& table = tableOf(*source->table);
+    const PmaxTableName& table = tableOf(*source->table);
     std::string words = table.key;
     if (!failed.empty()) {
         words += " (fallback: the radio refuses " + failed + ")";
@@ -114,7 +101,7 @@ std::string RadioFilePlaces::pmaxRow(EDpdVersion dpdVersion, EFrameFormatMarket 
     if (source == nullptr || !source->table || !m_file.node.capabilityHandler) {
         return {};
     }
-    const HandlerTable& table = tableOf(*source->table);
+    const PmaxTableName& table = tableOf(*source->table);
     const auto& answer = (*m_file.node.capabilityHandler).*table.answer;
     const auto* const integers = answer ? std::get_if<std::vector<int>>(&*answer) : nullptr;
     const auto row = integers == nullptr ? std::nullopt : rowOf(*integers, modulation, power);
@@ -136,7 +123,7 @@ std::string RadioFilePlaces::pmaxTableKey(EDpdVersion dpdVersion, EFrameFormatMa
 }
 
 RadioFilePlaces::PmaxAnswer RadioFilePlaces::pmaxAnswer(const std::string& tableKey) {
-    for (const HandlerTable& table : handlerTables) {
+    for (const PmaxTableName& table : pmaxTables) {
         if (tableKey == table.key) {
             return table.answer;
         }

@@ -1,7 +1,7 @@
 #include "CheckRules.h"
 #include "ChangedDocument.h"
 #include "JsonPointer.h"
-#include "KnownProducts.h"
+#include "NodeRules.h"
 #include "PowerTableQuery.h"
 #include "RadioFileCheck.h"
 #include "RadioFileReader.h"

@@ -130,11 +130,9 @@ std::vector<std::string> leftOversOf(const CLI::App& app) {
                         Suggestion::remedy(option, optionNamesOf(owner)));
 }
 
-} // namespace
-
 /// The command line library's picture of the commands. It is kept out of the header, because that
 /// library takes long to compile.
-class CommandLine::Parser {
+class Parser {
 public:
     explicit Parser(std::vector<Command> commands);
 
@@ -161,7 +159,7 @@ private:
     CLI::App m_app{toolSummary, "qor-power"};
 };
 
-CommandLine::Parser::Parser(std::vector<Command> commands)
+Parser::Parser(std::vector<Command> commands)
     : m_commands(std::move(commands)) {
     setHelpOf(m_app);
     const CommandOption version = CommonOptions::version();
@@ -177,7 +175,7 @@ CommandLine::Parser::Parser(std::vector<Command> commands)
     }
 }
 
-CLI::App* CommandLine::Parser::add(const Command& command) {
+CLI::App* Parser::add(const Command& command) {
     CLI::App* const app = m_app.add_subcommand(command.name, command.summary);
     setHelpOf(*app);
     app->formatter(std::make_shared<ExamplesFirst>(examplesOf(command)));
@@ -191,12 +189,12 @@ CLI::App* CommandLine::Parser::add(const Command& command) {
     return app;
 }
 
-const CLI::App& CommandLine::Parser::given() const {
+const CLI::App& Parser::given() const {
     const std::vector<CLI::App*> commands = m_app.get_subcommands();
     return commands.empty() ? m_app : *commands.front();
 }
 
-void CommandLine::Parser::refuseCommand(const std::string& word) const {
+void Parser::refuseCommand(const std::string& word) const {
     std::vector<std::string> known;
     known.reserve(m_commands.size());
     for (const Command& command : m_commands) {
@@ -206,7 +204,7 @@ void CommandLine::Parser::refuseCommand(const std::string& word) const {
                         Suggestion::remedy(word, known));
 }
 
-void CommandLine::Parser::refuseLeftOvers(const std::vector<std::string>& arguments) const {
+void Parser::refuseLeftOvers(const std::vector<std::string>& arguments) const {
     const CLI::App* owner = &given();
     std::vector<std::string> leftOvers = leftOversOf(*owner);
     if (leftOvers.empty()) {
@@ -229,7 +227,7 @@ void CommandLine::Parser::refuseLeftOvers(const std::vector<std::string>& argume
     throw QuestionError("too much on the command line: " + inQuotes(word));
 }
 
-void CommandLine::Parser::refuse(const CLI::ParseError& error) const {
+void Parser::refuse(const CLI::ParseError& error) const {
     const std::string help =
         "; try qor-power " + (&given() == &m_app ? "" : given().get_name() + " ") + "--help";
     for (const CLI::Option* const option : given().get_options()) {
@@ -247,7 +245,7 @@ void CommandLine::Parser::refuse(const CLI::ParseError& error) const {
     throw QuestionError(oneLine(what) + help);
 }
 
-bool CommandLine::Parser::parse(int argc, const char* const* argv, Output& output) {
+bool Parser::parse(int argc, const char* const* argv, Output& output) {
     const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
     try {
         m_app.parse(argc, argv);
@@ -266,7 +264,7 @@ bool CommandLine::Parser::parse(int argc, const char* const* argv, Output& outpu
     return false;
 }
 
-Outcome CommandLine::Parser::run(int argc, const char* const* argv, Output& output) {
+Outcome Parser::run(int argc, const char* const* argv, Output& output) {
     if (parse(argc, argv, output)) {
         return Outcome::Done;
     }
@@ -279,11 +277,9 @@ Outcome CommandLine::Parser::run(int argc, const char* const* argv, Output& outp
     throw QuestionError("a command is missing; try qor-power --help");
 }
 
-CommandLine::CommandLine(std::vector<Command> commands)
-    : m_parser(std::make_unique<Parser>(std::move(commands))) {}
+} // namespace
 
-CommandLine::~CommandLine() = default;
-
-Outcome CommandLine::run(int argc, const char* const* argv, Output& output) {
-    return m_parser->run(argc, argv, output);
+Outcome runCommandLine(std::vector<Command> commands, int argc, const char* const* argv,
+                       Output& output) {
+    return Parser(std::move(commands)).run(argc, argv, output);
 }

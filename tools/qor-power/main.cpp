@@ -15,7 +15,7 @@ int main(int argc, char** argv) {
     Outcome outcome = Outcome::OtherTrouble;
     try {
         Output output(stdout);
-        outcome = CommandLine(allCommands()).run(argc, argv, output);
+        outcome = runCommandLine(allCommands(), argc, argv, output);
         output.flush();
     } catch (const AnalysisError& error) {
         complain(error.what());

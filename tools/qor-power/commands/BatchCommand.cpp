@@ -1,4 +1,3 @@
-#include "AnalysisError.h"
 #include "Arguments.h"
 #include "BatchForms.h"
 #include "BatchProgress.h"
@@ -10,7 +9,6 @@
 #include "Messages.h"
 #include "OneLine.h"
 #include "PowerTableQuery.h"
-#include "QueryOptions.h"
 #include "RadioFileReader.h"
 #include "RuleCounts.h"
 #include "TextColumns.h"
@@ -26,38 +24,13 @@
 
 namespace {
 
-/// `qor-power batch`: the powers of any number of radio files, one line of input and one line of
-/// output for each. A filter in constant memory: what is read is answered before more is read.
-class BatchCommand {
-public:
-    struct Options {
-        std::string file = "-";
-        std::string format = "ndjson";
-        bool withoutHeader = false;
-        bool progress = false;
-        bool quiet = false;
-        QueryOptions query;
-    };
-
-    /// @throw QuestionError
-    explicit BatchCommand(const Options& options);
-
-    /// A bad line is answered in its place, and the next one follows.
-    /// @return BadRadioFile if any line was bad.
-    /// @throw AnalysisError if the list cannot be read or no more can be written.
-    Outcome run(Output& output) const;
-
-private:
-    BatchResult answer(const LineReader::Line& line) const;
-    void query(const std::string& text, BatchResult& result) const;
-    std::string form(const BatchResult& result) const;
-
-    std::string m_file;
-    bool m_isCsv;
-    bool m_withoutHeader;
-    bool m_progress;
-    bool m_quiet;
-    PowerTableQuery m_query;
+struct BatchOptions {
+    std::string file = "-";
+    std::string format = "ndjson";
+    bool withoutHeader = false;
+    bool progress = false;
+    bool quiet = false;
+    QueryOptions query;
 };
 
 const std::vector<std::string> batchFormats{"ndjson", "csv"};
@@ -108,51 +81,12 @@ std::string takeId(std::string& line) {
     return id;
 }
 
-BatchCommand::BatchCommand(const Options& options)
-    : m_file(options.file)
-    , m_isCsv(Arguments::word("--format", options.format, batchFormats) == "csv")
-    , m_withoutHeader(options.withoutHeader)
-    , m_progress(options.progress)
-    , m_quiet(options.quiet)
-    , m_query(options.query.query()) {
-    if (m_progress && m_quiet) {
-        throw QuestionError("--progress and --quiet exclude each other");
-    }
-}
-
-Outcome BatchCommand::run(Output& output) const {
-    LineReader lines(m_file, RadioFileReader::maxSize);
-    // Where the results go to the same terminal they show by themselves how far it has come.
-    const bool isSeen = Terminal(STDERR_FILENO).isTerminal() && !output.terminal().isTerminal();
-    BatchProgress progress(m_progress || (isSeen && !m_quiet));
-    Totals totals;
-    if (m_isCsv && !m_withoutHeader) {
-        output.write(batchCsvHeader());
-    }
-    while (true) {
-        if (!lines.holdsLine()) {
-            // Who sends one line and waits for its result gets it.
-            output.flush();
-        }
-        const std::optional<LineReader::Line> line = lines.next();
-        if (!line) {
-            break;
-        }
-        const BatchResult result = answer(*line);
-        output.write(form(result));
-        totals.add(result);
-        progress.show(totals.lines, totals.bad);
-    }
-    output.flush();
-    progress.clear();
-    if (!m_quiet) {
-        totals.tell();
-    }
-    return totals.bad == 0 ? Outcome::Done : Outcome::BadRadioFile;
-}
-
-BatchResult BatchCommand::answer(const LineReader::Line& line) const {
+BatchResult answerTo(const LineReader::Line& line, const PowerTableQuery& query) {
     BatchResult result;
+    const auto explain = [&](const std::string& radioFile) {
+        result.powers = query.explain(RadioFileReader::read(radioFile));
+        result.error = BatchResult::errorOf(*result.powers);
+    };
     std::string text = line.text;
     result.id = takeId(text);
     const bool isDocument = text.starts_with('{');
@@ -165,12 +99,12 @@ BatchResult BatchCommand::answer(const LineReader::Line& line) const {
         } else if (text.empty()) {
             result.error = "an empty line";
         } else if (isDocument) {
-            query(text, result);
+            explain(text);
         } else if (text.find('\0') != std::string::npos) {
             result.error = "cannot be read: a path holds no NUL";
         } else {
             // Standard input is not for radio files here.
-            query(readText(text == standardInput ? "./-" : text), result);
+            explain(readText(text == standardInput ? "./-" : text));
         }
     } catch (const RadioFileError& error) {
         result.error =
@@ -182,45 +116,79 @@ BatchResult BatchCommand::answer(const LineReader::Line& line) const {
     return result;
 }
 
-void BatchCommand::query(const std::string& text, BatchResult& result) const {
-    result.powers = m_query.explain(RadioFileReader::read(text));
-    result.error = BatchResult::errorOf(*result.powers);
-}
-
-std::string BatchCommand::form(const BatchResult& result) const {
-    return m_isCsv ? batchCsvLine(result) : batchJsonLine(result);
+/// The powers of any number of radio files, one line of input and one line of output for each. A
+/// filter in constant memory: what is read is answered before more is read. A bad line is answered
+/// in its place, and the next one follows.
+/// @return BadRadioFile if any line was bad.
+Outcome answerLines(const BatchOptions& options, Output& output) {
+    const bool isCsv = Arguments::word("--format", options.format, batchFormats) == "csv";
+    const PowerTableQuery query = options.query.query();
+    if (options.progress && options.quiet) {
+        throw QuestionError("--progress and --quiet exclude each other");
+    }
+    LineReader lines(options.file, RadioFileReader::maxSize);
+    // Where the results go to the same terminal they show by themselves how far it has come.
+    const bool isSeen = Terminal(STDERR_FILENO).isTerminal() && !output.terminal().isTerminal();
+    BatchProgress progress(options.progress || (isSeen && !options.quiet));
+    Totals totals;
+    if (isCsv && !options.withoutHeader) {
+        output.write(batchCsvHeader());
+    }
+    while (true) {
+        if (!lines.holdsLine()) {
+            // Who sends one line and waits for its result gets it.
+            output.flush();
+        }
+        const std::optional<LineReader::Line> line = lines.next();
+        if (!line) {
+            break;
+        }
+        const BatchResult result = answerTo(*line, query);
+        output.write(isCsv ? batchCsvLine(result) : batchJsonLine(result));
+        totals.add(result);
+        progress.show(totals.lines, totals.bad);
+    }
+    output.flush();
+    progress.clear();
+    if (!options.quiet) {
+        totals.tell();
+    }
+    return totals.bad == 0 ? Outcome::Done : Outcome::BadRadioFile;
 }
 
 } // namespace
 
 Command Commands::batch() {
-    const auto options = std::make_shared<BatchCommand::Options>();
-    Command command;
-    command.name = "batch";
-    command.summary = "Print the powers of many radio files, one line for each";
-    command.examples = {
-        {"qor-power batch nodes.txt > powers.ndjson", "the powers of many radios"},
-        {"find nodes -name '*.json' | qor-power batch --format csv > powers.csv"},
-        {"parallel --pipe -k -N 1000 qor-power batch --quiet < nodes.txt > powers.ndjson"},
+    const auto options = std::make_shared<BatchOptions>();
+    return {
+        .name = "batch",
+        .summary = "Print the powers of many radio files, one line for each",
+        .examples =
+            {
+                {"qor-power batch nodes.txt > powers.ndjson", "the powers of many radios"},
+                {"find nodes -name '*.json' | qor-power batch --format csv > powers.csv"},
+                {"parallel --pipe -k -N 1000 qor-power batch --quiet < nodes.txt > powers.ndjson"},
+            },
+        .about =
+            {"Each line of input is the path of a radio file or, where it begins with {, a radio "
+             "file "
+             "itself. An id and a tab may stand in front of either; the id comes back with the "
+             "answer. "
+             "There is one line of output for each line of input, in the same order.",
+             "A bad line is answered in its place, with the error; the others are not affected, "
+             "and the "
+             "exit status is 2. At the end standard error says how many nodes each rule limits."},
+        .options = options->query.behind({
+            {"FILE", "", "List of radio files, one on a line; - or nothing for standard input",
+             &options->file, false, CommandOption::Completion::Files},
+            CommonOptions::format(options->format, batchFormats),
+            {"--no-header", "", "Leave out the line of column names of csv",
+             &options->withoutHeader},
+            {"--progress", "",
+             "Tell on standard error how far it has come, also where that is no terminal",
+             &options->progress},
+            {"--quiet", "", "Neither progress nor summary on standard error", &options->quiet},
+        }),
+        .run = [options](Output& output) { return answerLines(*options, output); },
     };
-    command.about = {
-        "Each line of input is the path of a radio file or, where it begins with {, a radio file "
-        "itself. An id and a tab may stand in front of either; the id comes back with the answer. "
-        "There is one line of output for each line of input, in the same order.",
-        "A bad line is answered in its place, with the error; the others are not affected, and the "
-        "exit status is 2. At the end standard error says how many nodes each rule limits."};
-    command.options = options->query.describe();
-    const std::vector<CommandOption> own{
-        {"FILE", "", "List of radio files, one on a line; - or nothing for standard input",
-         &options->file, false, CommandOption::Completion::Files},
-        CommonOptions::format(options->format, batchFormats),
-        {"--no-header", "", "Leave out the line of column names of csv", &options->withoutHeader},
-        {"--progress", "",
-         "Tell on standard error how far it has come, also where that is no terminal",
-         &options->progress},
-        {"--quiet", "", "Neither progress nor summary on standard error", &options->quiet},
-    };
-    command.options.insert(command.options.begin(), own.begin(), own.end());
-    command.run = [options](Output& output) { return BatchCommand(*options).run(output); };
-    return command;
 }

@@ -6,20 +6,20 @@
 
 /// Every command of the tool, in the order in which they are shown.
 ///
-/// A new command is a function below, in a source file of its own, and its place in Commands.cpp.
-/// It keeps its options alive in what it runs:
+/// A new command is a function below, in a source file of its own, and its place in
+/// DocumentCommands.cpp. It keeps its options alive in what it runs:
 ///
 ///     Command Commands::table() {
 ///         const auto options = std::make_shared<RadioQuestion>(Question::Topic::Table);
-///         Command command;
-///         command.name = "table";
-///         command.options = {CommonOptions::radioFile(options->file), ...};
-///         command.run = [options](Output& output) { return options->run(output); };
-///         return command;
+///         return {
+///             .name = "table",
+///             .options = options->query.behind({CommonOptions::radioFile(options->file), ...}),
+///             .run = [options](Output& output) { return options->run(output); },
+///         };
 ///     }
 ///
 /// Help, manual page and completions come from the description, and options that several commands
-/// share from CommonOptions, QueryOptions and RadioQuestion.
+/// share from CommonOptions and RadioQuestion.
 std::vector<Command> allCommands();
 
 /// The descriptions of the commands, one by one.

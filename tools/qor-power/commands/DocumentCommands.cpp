@@ -24,36 +24,46 @@ std::string completionFor(const std::string& shell, const std::vector<Command>& 
 } // namespace
 
 Command Commands::manual() {
-    Command command;
-    command.name = "manual";
-    command.summary = "Print the manual page, for man to format";
-    command.examples = {{"qor-power manual | man -l -", "read the manual page"},
-                        {"qor-power manual > qor-power.1"}};
-    command.run = [](Output& output) {
-        output.write(manualPage(allCommands()));
-        return Outcome::Done;
+    return {
+        .name = "manual",
+        .summary = "Print the manual page, for man to format",
+        .examples = {{"qor-power manual | man -l -", "read the manual page"},
+                     {"qor-power manual > qor-power.1"}},
+        .run =
+            [](Output& output) {
+                output.write(manualPage(allCommands()));
+                return Outcome::Done;
+            },
+        .group = documentGroup,
     };
-    command.group = documentGroup;
-    return command;
 }
 
 Command Commands::completion() {
     const auto shell = std::make_shared<std::string>();
-    Command command;
-    command.name = "completion";
-    command.summary = "Print the script by which a shell completes the tool's command line";
-    command.examples = {
-        {"source <(qor-power completion bash)", "complete commands and options with Tab"},
-        {"source <(qor-power completion zsh)"},
-        {"qor-power completion fish | source"},
+    return {
+        .name = "completion",
+        .summary = "Print the script by which a shell completes the tool's command line",
+        .examples =
+            {
+                {"source <(qor-power completion bash)", "complete commands and options with Tab"},
+                {"source <(qor-power completion zsh)"},
+                {"qor-power completion fish | source"},
+            },
+        .about = {"The package installs these scripts where the shells look for them."},
+        .options = {{"SHELL", "", "bash, zsh or fish", shell.get(), true,
+                     CommandOption::Completion::Words, shells}},
+        .run =
+            [shell](Output& output) {
+                output.write(
+                    completionFor(Arguments::word("SHELL", *shell, shells), allCommands()));
+                return Outcome::Done;
+            },
+        .group = documentGroup,
     };
-    command.about = {"The package installs these scripts where the shells look for them."};
-    command.options = {{"SHELL", "", "bash, zsh or fish", shell.get(), true,
-                        CommandOption::Completion::Words, shells}};
-    command.run = [shell](Output& output) {
-        output.write(completionFor(Arguments::word("SHELL", *shell, shells), allCommands()));
-        return Outcome::Done;
-    };
-    command.group = documentGroup;
-    return command;
+}
+
+std::vector<Command> allCommands() {
+    using namespace Commands;
+    return {table(), explain(), whyNot(), sweep(),    diff(),   plot(),
+            check(), replay(),  batch(),  examples(), manual(), completion()};
 }

@@ -16,30 +16,11 @@
 
 namespace {
 
-/// `qor-power examples`: lists the example radio files, which are part of the tool, and writes
-/// them.
-class ExamplesCommand {
-public:
-    struct Options {
-        std::vector<std::string> names;
-        bool all = false;
-        std::string folder; ///< empty: the current one
-        bool force = false;
-    };
-
-    /// @throw QuestionError
-    explicit ExamplesCommand(const Options& options);
-
-    /// Writes all or nothing, and none that is there already, unless forced.
-    /// @throw AnalysisError
-    Outcome run(Output& output) const;
-
-private:
-    static void list(Output& output);
-
-    std::vector<ExampleRadio> m_chosen; ///< none: they are listed
-    std::string m_folder;
-    bool m_force;
+struct ExamplesOptions {
+    std::vector<std::string> names;
+    bool all = false;
+    std::string folder; ///< empty: the current one
+    bool force = false;
 };
 
 std::vector<std::string> namesOfExamples() {
@@ -62,23 +43,22 @@ std::string summaryOf(const ExampleRadio& radio) {
     return summary.substr(0, summary.find_last_not_of('.') + 1);
 }
 
-ExamplesCommand::ExamplesCommand(const Options& options)
-    : m_folder(options.folder)
-    , m_force(options.force) {
+/// Nothing if they are to be listed.
+std::vector<ExampleRadio> chosen(const ExamplesOptions& options) {
     if (options.all) {
-        m_chosen = exampleRadios();
-        return;
+        return exampleRadios();
     }
+    std::vector<ExampleRadio> radios;
     for (const std::string& name : options.names) {
         const std::string known = Arguments::word("NAME", name, namesOfExamples());
-        const auto found =
-            std::find_if(exampleRadios().begin(), exampleRadios().end(),
-                         [&known](const ExampleRadio& radio) { return radio.name == known; });
-        m_chosen.push_back(*found);
+        const auto found = std::ranges::find_if(
+            exampleRadios(), [&known](const ExampleRadio& radio) { return radio.name == known; });
+        radios.push_back(*found);
     }
+    return radios;
 }
 
-void ExamplesCommand::list(Output& output) {
+void listExamples(Output& output) {
     std::size_t column = 0;
     for (const ExampleRadio& radio : exampleRadios()) {
         column = std::max(column, radio.name.size());
@@ -90,20 +70,22 @@ void ExamplesCommand::list(Output& output) {
     }
 }
 
-Outcome ExamplesCommand::run(Output& output) const {
-    if (m_chosen.empty()) {
-        list(output);
+/// Writes all or nothing, and none that is there already, unless forced.
+Outcome writeExamples(const ExamplesOptions& options, Output& output) {
+    const std::vector<ExampleRadio> radios = chosen(options);
+    if (radios.empty()) {
+        listExamples(output);
         return Outcome::Done;
     }
-    const auto pathOf = [this](const ExampleRadio& radio) {
-        return (m_folder.empty() ? "" : m_folder + '/') + std::string(radio.name);
+    const auto pathOf = [&options](const ExampleRadio& radio) {
+        return (options.folder.empty() ? "" : options.folder + '/') + std::string(radio.name);
     };
-    FileWriter files(m_force ? IfThere::Replace : IfThere::Refuse);
-    for (const ExampleRadio& radio : m_chosen) {
+    FileWriter files(options.force ? IfThere::Replace : IfThere::Refuse);
+    for (const ExampleRadio& radio : radios) {
         files.add(pathOf(radio), radio.text);
     }
     files.publish();
-    for (const ExampleRadio& radio : m_chosen) {
+    for (const ExampleRadio& radio : radios) {
         output.write(oneLine(pathOf(radio)) + '\n');
     }
     return Outcome::Done;
@@ -112,25 +94,28 @@ Outcome ExamplesCommand::run(Output& output) const {
 } // namespace
 
 Command Commands::examples() {
-    const auto options = std::make_shared<ExamplesCommand::Options>();
-    Command command;
-    command.name = "examples";
-    command.summary = "List the example radio files, or write them";
-    command.examples = {
-        {"qor-power examples", "list the example radio files"},
-        {"qor-power examples 13ghz-etsi-outdoor1.json"},
-        {"qor-power examples --all -o radios"},
+    const auto options = std::make_shared<ExamplesOptions>();
+    return {
+        .name = "examples",
+        .summary = "List the example radio files, or write them",
+        .examples =
+            {
+                {"qor-power examples", "list the example radio files"},
+                {"qor-power examples 13ghz-etsi-outdoor1.json"},
+                {"qor-power examples --all -o radios"},
+            },
+        .about = {"Nothing is written if one of the files is there already, unless --force is "
+                  "given."},
+        .options =
+            {
+                {"NAME", "", "Examples to write; without any they are listed", &options->names,
+                 false, CommandOption::Completion::Words, namesOfExamples()},
+                {"--all", "", "Write every example", &options->all},
+                {"-o,--output", "FOLDER",
+                 "Folder to write to, which has to exist; otherwise this one", &options->folder,
+                 false, CommandOption::Completion::Folders},
+                {"--force", "", "Overwrite files that are there already", &options->force},
+            },
+        .run = [options](Output& output) { return writeExamples(*options, output); },
     };
-    command.about = {"Nothing is written if one of the files is there already, unless --force is "
-                     "given."};
-    command.options = {
-        {"NAME", "", "Examples to write; without any they are listed", &options->names, false,
-         CommandOption::Completion::Words, namesOfExamples()},
-        {"--all", "", "Write every example", &options->all},
-        {"-o,--output", "FOLDER", "Folder to write to, which has to exist; otherwise this one",
-         &options->folder, false, CommandOption::Completion::Folders},
-        {"--force", "", "Overwrite files that are there already", &options->force},
-    };
-    command.run = [options](Output& output) { return ExamplesCommand(*options).run(output); };
-    return command;
 }

@@ -1,33 +1,23 @@
 #include "RadioQuestion.h"
 
 #include "Arguments.h"
-#include "CommonOptions.h"
 #include "Input.h"
 #include "Messages.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 
 namespace {
 
-std::string wordOf(Question::Form form) {
-    switch (form) {
-    case Question::Form::Text:
-        return "text";
-    case Question::Form::Csv:
-        return "csv";
-    case Question::Form::Json:
-        return "json";
-    case Question::Form::Svg:
-        return "svg";
-    }
-    return "";
-}
-
 std::vector<std::string> formatsOf(Question::Topic topic) {
+    static const std::map<Question::Form, std::string> wordOf{{Question::Form::Text, "text"},
+                                                              {Question::Form::Csv, "csv"},
+                                                              {Question::Form::Json, "json"},
+                                                              {Question::Form::Svg, "svg"}};
     std::vector<std::string> words;
     for (const Question::Form form : Question::formsOf(topic)) {
-        words.push_back(wordOf(form));
+        words.push_back(wordOf.at(form));
     }
     return words;
 }
@@ -36,12 +26,6 @@ std::vector<std::string> formatsOf(Question::Topic topic) {
 
 CommandOption RadioQuestion::describeFormat() {
     return CommonOptions::format(format, formatsOf(question.topic));
-}
-
-std::vector<CommandOption> RadioQuestion::withQuery(std::vector<CommandOption> options) {
-    const std::vector<CommandOption> described = query.describe();
-    options.insert(options.end(), described.begin(), described.end());
-    return options;
 }
 
 void RadioQuestion::validate() {
@@ -71,4 +55,21 @@ Outcome print(const Reply& reply, Output& output) {
         complain(message);
     }
     return reply.outcome;
+}
+
+Outcome forEachFile(const std::vector<std::string>& files,
+                    const std::function<Outcome(const std::string& file)>& work) {
+    CommonOptions::expectOneStandardInput(files);
+    Outcome outcome = Outcome::Done;
+    for (const std::string& file : files) {
+        try {
+            outcome = worst(outcome, work(file));
+        } catch (const OutputError&) {
+            throw;
+        } catch (const AnalysisError& error) {
+            complain(error.what());
+            outcome = worst(outcome, error.outcome());
+        }
+    }
+    return outcome;
 }

@@ -2,15 +2,23 @@
 
 #include "Analysis.h"
 #include "Command.h"
+#include "CommonOptions.h"
 #include "Output.h"
-#include "QueryOptions.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
 /// Prints an answer, then its messages.
 /// @return how the question ended.
 Outcome print(const Reply& reply, Output& output);
+
+/// Does something with each file. One that goes wrong is complained about, and the next one
+/// follows.
+/// @return the worst outcome of all.
+/// @throw OutputError, QuestionError if standard input is among them twice.
+Outcome forEachFile(const std::vector<std::string>& files,
+                    const std::function<Outcome(const std::string& file)>& work);
 
 /// A question about one radio file as the command line puts it: the options that such commands
 /// share, and the way from the file to what is printed.
@@ -19,9 +27,6 @@ struct RadioQuestion {
 
     /// --format, with the forms that the topic has.
     CommandOption describeFormat();
-
-    /// Adds the options of the query behind others.
-    std::vector<CommandOption> withQuery(std::vector<CommandOption> options);
 
     /// Reads the options, before any file.
     /// @throw QuestionError

@@ -52,10 +52,10 @@ struct Command {
     };
 
     std::string name;
-    std::string summary;                ///< one line, in the imperative
-    std::vector<Example> examples;      ///< at least one
-    std::vector<std::string> about;     ///< paragraphs without line ends
-    std::vector<CommandOption> options; ///< arguments in their order
+    std::string summary;                     ///< one line, in the imperative
+    std::vector<Example> examples;           ///< at least one
+    std::vector<std::string> about = {};     ///< paragraphs without line ends
+    std::vector<CommandOption> options = {}; ///< arguments in their order
 
     /// Does what the targets of the options say by now.
     /// @throw AnalysisError

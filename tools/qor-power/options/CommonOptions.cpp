@@ -1,7 +1,9 @@
 #include "CommonOptions.h"
 
 #include "Arguments.h"
+#include "Input.h"
 #include "InputAxis.h"
+#include "TextForms.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -75,4 +77,32 @@ ColorChoice CommonOptions::colorChoice(const std::string& when) {
         return ColorChoice::Always;
     }
     return word == "never" ? ColorChoice::Never : ColorChoice::Auto;
+}
+
+void CommonOptions::expectOneStandardInput(const std::vector<std::string>& files) {
+    if (std::count(files.begin(), files.end(), standardInput) > 1) {
+        throw QuestionError("standard input (-) can be read only once");
+    }
+}
+
+std::vector<CommandOption> QueryOptions::behind(std::vector<CommandOption> own) {
+    const std::vector<CommandOption> described{
+        {"--frame-format", "ID",
+         "Frame format of the hardware configuration; 0, the default, is the configured one",
+         &frameFormat},
+        {"--cutback", "DB", "Permanent power cutback in dB, for example 1.5", &cutback},
+        {"--temporary-cutback", "DB",
+         "Temporary power cutback in dB, in force instead of the permanent one; none lifts it",
+         &temporaryCutback},
+        {"--booster", "BOOSTER",
+         "PRESENCE,GAIN,MAXINPUT,MAXMODULATION: a number, gain in dB, highest input power in dBm, "
+         "highest modulation; none removes it",
+         &booster},
+        {"--rsec", "CLASS",
+         "Reference spectral efficiency class, for example 4L; otherwise that of the system power "
+         "controller",
+         &rsec, false, CommandOption::Completion::Words, referenceSecTextForms().texts()},
+    };
+    own.insert(own.end(), described.begin(), described.end());
+    return own;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AskedInputs.h"
 #include "Command.h"
 #include "Terminal.h"
 
@@ -37,4 +38,18 @@ CommandOption color(std::string* when);
 /// @throw QuestionError
 ColorChoice colorChoice(const std::string& when);
 
+/// Refuses files of which more than one is standard input.
+/// @throw QuestionError
+void expectOneStandardInput(const std::vector<std::string>& files);
+
 } // namespace CommonOptions
+
+/// The options by which a command line says which powers are asked for and under which operating
+/// inputs.
+struct QueryOptions : AskedInputs {
+    QueryOptions() { prefix = "--"; }
+
+    /// For a Command, behind options of its own; they are read into this object, which must outlive
+    /// them.
+    std::vector<CommandOption> behind(std::vector<CommandOption> own);
+};
