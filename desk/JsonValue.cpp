@@ -81,7 +81,7 @@ std::vector<std::string> JsonValue::path() const {
         keys.push_back(value->m_container->isList() ? std::to_string(value->m_index)
                                                     : std::string(value->m_key));
     }
-    std::reverse(keys.begin(), keys.end());
+    std::ranges::reverse(keys);
     return keys;
 }
 
@@ -101,7 +101,7 @@ void JsonValue::expectKeys(const std::vector<std::string_view>& required,
                            const std::vector<std::string_view>& optional) const {
     expectObject();
     const auto isIn = [](const std::vector<std::string_view>& keys, std::string_view key) {
-        return std::find(keys.begin(), keys.end(), key) != keys.end();
+        return std::ranges::find(keys, key) != keys.end();
     };
     for (const auto& [key, value] : m_value->items()) {
         if (!isIn(required, key) && !isIn(optional, key)) {

@@ -8,48 +8,29 @@
 
 namespace {
 
-template <class Neighbour, class Answers>
-void create(std::optional<Neighbour>& neighbour, const std::shared_ptr<const Answers>& answers) {
-    if (answers != nullptr) {
-        neighbour.emplace(*answers);
-    }
-}
-
-template <class Neighbour, class Answers>
-void change(std::optional<Neighbour>& neighbour, const std::shared_ptr<const Answers>& before,
-            const std::shared_ptr<const Answers>& now) {
-    // Answers that are shared with the last state are the same: a patch usually touches one
-    // section.
-    if (neighbour && before != now) {
-        neighbour->setAnswers(*now);
-    }
-}
-
 template <class Neighbour>
 Neighbour* addressOf(std::optional<Neighbour>& neighbour) {
     return neighbour ? &*neighbour : nullptr;
 }
 
-bool haveSameNeighbours(const NodeAnswers& left, const NodeAnswers& right) {
-    const auto bothOrNone = [](const auto& one, const auto& other) {
-        return (one == nullptr) == (other == nullptr);
-    };
-    return bothOrNone(left.capabilityHandler, right.capabilityHandler) &&
-           bothOrNone(left.acmHandler, right.acmHandler) &&
-           bothOrNone(left.frameFormat, right.frameFormat) &&
-           bothOrNone(left.systemPowerController, right.systemPowerController) &&
-           bothOrNone(left.hardwareConfigurationHandler, right.hardwareConfigurationHandler);
-}
-
 } // namespace
+
+template <class Visit>
+void Node::forEachNeighbour(Visit visit) {
+    visit(m_capabilityHandler, &NodeAnswers::capabilityHandler);
+    visit(m_acmHandler, &NodeAnswers::acmHandler);
+    visit(m_frameFormat, &NodeAnswers::frameFormat);
+    visit(m_systemPowerController, &NodeAnswers::systemPowerController);
+    visit(m_hardwareConfigurationHandler, &NodeAnswers::hardwareConfigurationHandler);
+}
 
 Node::Node(std::uint32_t channel, const NodeAnswers& answers)
     : m_answers(answers) {
-    create(m_capabilityHandler, answers.capabilityHandler);
-    create(m_acmHandler, answers.acmHandler);
-    create(m_frameFormat, answers.frameFormat);
-    create(m_systemPowerController, answers.systemPowerController);
-    create(m_hardwareConfigurationHandler, answers.hardwareConfigurationHandler);
+    forEachNeighbour([&answers](auto& neighbour, auto member) {
+        if (answers.*member != nullptr) {
+            neighbour.emplace(*(answers.*member));
+        }
+    });
 
     const RadioChannel served = servedChannel(channel);
     publish(ICapabilityHandler::interfaceName(served), capabilityHandler());
@@ -71,15 +52,18 @@ Node::~Node() {
 }
 
 void Node::apply(const NodeAnswers& answers) {
-    if (!haveSameNeighbours(m_answers, answers)) {
-        throw std::invalid_argument("a node keeps the neighbours that it was built with");
-    }
-    change(m_capabilityHandler, m_answers.capabilityHandler, answers.capabilityHandler);
-    change(m_acmHandler, m_answers.acmHandler, answers.acmHandler);
-    change(m_frameFormat, m_answers.frameFormat, answers.frameFormat);
-    change(m_systemPowerController, m_answers.systemPowerController, answers.systemPowerController);
-    change(m_hardwareConfigurationHandler, m_answers.hardwareConfigurationHandler,
-           answers.hardwareConfigurationHandler);
+    forEachNeighbour([&](auto&, auto member) {
+        if ((m_answers.*member == nullptr) != (answers.*member == nullptr)) {
+            throw std::invalid_argument("a node keeps the neighbours that it was built with");
+        }
+    });
+    forEachNeighbour([&](auto& neighbour, auto member) {
+        // Answers that are shared with the last state are the same: a patch usually touches one
+        // section.
+        if (neighbour && m_answers.*member != answers.*member) {
+            neighbour->setAnswers(*(answers.*member));
+        }
+    });
     const bool isStoreChanged = m_answers.variables != answers.variables;
     m_answers = answers;
     if (isStoreChanged) {
@@ -89,16 +73,11 @@ void Node::apply(const NodeAnswers& answers) {
 }
 
 void Node::recordTo(CallLog* log) {
-    const auto record = [log](auto& neighbour) {
+    forEachNeighbour([log](auto& neighbour, auto) {
         if (neighbour) {
             neighbour->recordTo(log);
         }
-    };
-    record(m_capabilityHandler);
-    record(m_acmHandler);
-    record(m_frameFormat);
-    record(m_systemPowerController);
-    record(m_hardwareConfigurationHandler);
+    });
 }
 
 SimulatedCapabilityHandler* Node::capabilityHandler() {

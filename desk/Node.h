@@ -56,6 +56,10 @@ private:
         std::string m_name;
     };
 
+    /// Calls visit(neighbour, member of NodeAnswers) for each of the five.
+    template <class Visit>
+    void forEachNeighbour(Visit visit);
+
     void publish(const std::string& name, IInterface* object);
     void storeVariables();
 

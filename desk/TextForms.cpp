@@ -3,6 +3,7 @@
 #include "CallLog.h"
 
 #include <cstdint>
+#include <numeric>
 #include <utility>
 
 namespace {
@@ -10,50 +11,36 @@ namespace {
 /// What the convert functions answer for a value that has no text of its own.
 constexpr const char* undefinedText = "UNDEFINED";
 
+/// The forms of those numbers that have a text of their own, and of the one that stands for none.
 template <class Value>
-void addIfNamed(std::vector<typename TextForms<Value>::Form>& forms, const std::string& text,
-                Value value) {
-    if (text != undefinedText) {
-        forms.push_back({text, value});
+TextForms<Value> makeForms(const char* noun, const std::vector<std::int32_t>& numbers,
+                           Value undefined, std::string (*textOf)(const Value&)) {
+    std::vector<typename TextForms<Value>::Form> forms;
+    for (const std::int32_t number : numbers) {
+        const Value value{number};
+        if (const std::string text = textOf(value); text != undefinedText) {
+            forms.push_back({text, value});
+        }
     }
+    forms.push_back({textOf(undefined), undefined});
+    return {noun, std::move(forms)};
+}
+
+std::vector<std::int32_t> numbersBelow(std::int32_t end) {
+    std::vector<std::int32_t> numbers(static_cast<std::size_t>(end));
+    std::iota(numbers.begin(), numbers.end(), 0);
+    return numbers;
 }
 
 TextForms<Modulation> makeModulations() {
-    std::vector<TextForms<Modulation>::Form> forms;
-    const auto add = [&forms](std::int32_t points) {
-        const auto modulation = static_cast<Modulation>(points);
-        addIfNamed(forms, convertAcmEnumToString(modulation), modulation);
-    };
     // Every modulation but CW has a power of two for its number of constellation points.
-    add(0);
+    std::vector<std::int32_t> numbers{0};
     for (std::int32_t points = 1; points <= 65536; points *= 2) {
-        add(points);
+        numbers.push_back(points);
     }
-    forms.push_back({convertAcmEnumToString(Modulation::UNDEFINED), Modulation::UNDEFINED});
-    return {"modulation", std::move(forms)};
-}
-
-TextForms<ModulationAndCoding> makeModulationAndCodes() {
-    constexpr ModulationAndCoding undefined{ModulationAndCoding::UNDEFINED};
-    std::vector<TextForms<ModulationAndCoding>::Form> forms;
-    for (std::int32_t code = 0; code < undefined.code; ++code) {
-        const ModulationAndCoding modulationAndCode{code};
-        addIfNamed(forms, convertCodeAndModulationEnumToString(modulationAndCode),
-                   modulationAndCode);
-    }
-    forms.push_back({convertCodeAndModulationEnumToString(undefined), undefined});
-    return {"modulation-and-code", std::move(forms)};
-}
-
-TextForms<EReferenceSEC> makeReferenceSecs() {
-    std::vector<TextForms<EReferenceSEC>::Form> forms;
-    const auto undefined = static_cast<std::int32_t>(EReferenceSEC::UNDEFINED);
-    for (std::int32_t value = 0; value < undefined; ++value) {
-        const auto rsec = static_cast<EReferenceSEC>(value);
-        addIfNamed(forms, convertRsecEnumToString(rsec), rsec);
-    }
-    forms.push_back({convertRsecEnumToString(EReferenceSEC::UNDEFINED), EReferenceSEC::UNDEFINED});
-    return {"RSEC", std::move(forms)};
+    return makeForms<Modulation>(
+        "modulation", numbers, Modulation::UNDEFINED,
+        [](const Modulation& value) { return convertAcmEnumToString(value); });
 }
 
 TextForms<EFrameFormatMarket> makeMarkets() {
@@ -101,12 +88,19 @@ const TextForms<Modulation>& modulationTextForms() {
 }
 
 const TextForms<ModulationAndCoding>& modulationAndCodeTextForms() {
-    static const TextForms<ModulationAndCoding> forms = makeModulationAndCodes();
+    static const TextForms<ModulationAndCoding> forms = makeForms<ModulationAndCoding>(
+        "modulation-and-code", numbersBelow(ModulationAndCoding::UNDEFINED),
+        ModulationAndCoding{ModulationAndCoding::UNDEFINED}, [](const ModulationAndCoding& value) {
+            return convertCodeAndModulationEnumToString(value);
+        });
     return forms;
 }
 
 const TextForms<EReferenceSEC>& referenceSecTextForms() {
-    static const TextForms<EReferenceSEC> forms = makeReferenceSecs();
+    static const TextForms<EReferenceSEC> forms = makeForms<EReferenceSEC>(
+        "RSEC", numbersBelow(static_cast<std::int32_t>(EReferenceSEC::UNDEFINED)),
+        EReferenceSEC::UNDEFINED,
+        [](const EReferenceSEC& value) { return convertRsecEnumToString(value); });
     return forms;
 }
 

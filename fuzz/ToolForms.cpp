@@ -1,11 +1,10 @@
 #include "ToolForms.h"
 
 #include "AnalysisError.h"
-#include "CheckForms.h"
 #include "Comparison.h"
 #include "ExplanationForms.h"
 #include "Find.h"
-#include "PlotForms.h"
+#include "PowerPlot.h"
 #include "PowerTableForms.h"
 #include "PowerTableQuery.h"
 #include "RadioFileCheck.h"

@@ -1,21 +1,21 @@
 #include "Analysis.h"
 
 #include "Arguments.h"
-#include "CheckForms.h"
-#include "DrawnPlot.h"
 #include "ExplanationForms.h"
 #include "ModulationChoice.h"
 #include "OneLine.h"
-#include "PlotForms.h"
 #include "PowerDiff.h"
+#include "PowerPlot.h"
 #include "PowerTableForms.h"
-#include "RadioCase.h"
+#include "PowerTableQuery.h"
+#include "RadioFileCheck.h"
 #include "RadioFileReader.h"
-#include "SweepForms.h"
-#include "WhyNotForms.h"
+#include "Sweep.h"
+#include "WhyNot.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <map>
 
 namespace {
 
@@ -124,29 +124,13 @@ void answerCheck(const Question& question, std::string_view radioFile, Reply& re
 }
 
 void answerRadio(const Question& question, std::string_view radioFile, Reply& reply) {
-    const RadioCase radio = radioCase(question, question.radioName, radioFile);
-    switch (question.topic) {
-    case Topic::Table:
-        answerTable(question, radio, reply);
-        break;
-    case Topic::Explanation:
-        answerExplanation(question, radio, reply);
-        break;
-    case Topic::WhyNot:
-        answerWhyNot(question, radio, reply);
-        break;
-    case Topic::Sweep:
-        answerSweep(question, radio, reply);
-        break;
-    case Topic::Diff:
-        answerDiff(question, radio, reply);
-        break;
-    case Topic::Picture:
-        answerPicture(question, radio, reply);
-        break;
-    case Topic::Check:
-        break; // asks for the text alone, see answerTo()
-    }
+    using Answer = void (*)(const Question&, const RadioCase&, Reply&);
+    static const std::map<Topic, Answer> answers{
+        {Topic::Table, answerTable},   {Topic::Explanation, answerExplanation},
+        {Topic::WhyNot, answerWhyNot}, {Topic::Sweep, answerSweep},
+        {Topic::Diff, answerDiff},     {Topic::Picture, answerPicture},
+    };
+    answers.at(question.topic)(question, radioCase(question, question.radioName, radioFile), reply);
 }
 
 } // namespace
@@ -170,7 +154,7 @@ std::vector<Question::Form> Question::formsOf(Topic topic) {
 void Question::validate() const {
     static_cast<void>(inputs.query());
     const std::vector<Form> forms = formsOf(topic);
-    if (std::find(forms.begin(), forms.end(), form) == forms.end()) {
+    if (std::ranges::find(forms, form) == forms.end()) {
         throw QuestionError("this question has no answer in that form");
     }
     if (topic == Topic::Picture && over.size() > 1) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "AnalysisError.h"
-#include "AskedInputs.h"
+#include "Arguments.h"
 #include "TextLook.h"
 
 #include <string>

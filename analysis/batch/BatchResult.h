@@ -2,8 +2,11 @@
 
 #include "Explanation.h"
 
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 /// What became of one line of a batch.
 struct BatchResult {
@@ -17,4 +20,33 @@ struct BatchResult {
 
     /// What is wrong with powers; empty if nothing is.
     static std::string errorOf(const ExplainedTable& powers);
+};
+
+/// A result as one JSON object on one line.
+std::string batchJsonLine(const BatchResult& result);
+
+/// The names of the columns of batchCsvLine(), as a line.
+std::string batchCsvHeader();
+
+/// A result as one line of comma-separated values: a column for each modulation-and-code.
+std::string batchCsvLine(const BatchResult& result);
+
+/// How often each rule decides, over any number of nodes.
+class RuleCounts {
+public:
+    struct Count {
+        Rule rule;
+        std::uint64_t nodes = 0; ///< with at least one such code
+        std::uint64_t codes = 0; ///< whose power it decides or denies
+    };
+
+    /// Counts a node.
+    void add(const ExplainedTable& powers);
+
+    /// The rules that decided at all, the one with most nodes or codes first; of equals the one
+    /// that comes first in the enumeration.
+    std::vector<Count> sortedBy(std::uint64_t Count::*number) const;
+
+private:
+    std::map<Rule, Count> m_counts;
 };

@@ -6,6 +6,7 @@
 #include "Suggestion.h"
 #include "TextForms.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <limits>
@@ -72,18 +73,6 @@ Enumeration enumeratorOf(const Given& value, const TextForms<Enumeration>& forms
     return *found;
 }
 
-std::vector<std::string> splitAtCommas(std::string_view text) {
-    std::vector<std::string> parts;
-    while (true) {
-        const std::size_t comma = text.find(',');
-        parts.emplace_back(text.substr(0, comma));
-        if (comma == std::string_view::npos) {
-            return parts;
-        }
-        text.remove_prefix(comma + 1);
-    }
-}
-
 } // namespace
 
 std::int64_t Arguments::integer(const std::string& option, const std::string& text,
@@ -107,7 +96,7 @@ OperatingInputs::Booster Arguments::booster(const std::string& option, const std
     if (text == none) {
         return {};
     }
-    const std::vector<std::string> parts = splitAtCommas(text);
+    const std::vector<std::string> parts = splitAt(',', text);
     constexpr std::size_t count = 4;
     if (parts.size() != count) {
         Given{option, text}.refuse("PRESENCE,GAIN,MAXINPUT,MAXMODULATION or none is wanted, for "
@@ -143,10 +132,42 @@ ModulationAndCoding Arguments::modulationAndCode(const std::string& option,
 
 std::string Arguments::word(const std::string& option, const std::string& text,
                             const std::vector<std::string>& known) {
-    for (const std::string& candidate : known) {
-        if (candidate == text) {
-            return candidate;
-        }
+    if (std::ranges::find(known, text) != known.end()) {
+        return text;
     }
     Given{option, text}.refuse("unknown; " + Suggestion::remedy(text, known));
+}
+
+std::vector<std::string> Arguments::splitAt(char separator, std::string_view text) {
+    std::vector<std::string> parts;
+    while (true) {
+        const std::size_t comma = text.find(separator);
+        parts.emplace_back(text.substr(0, comma));
+        if (comma == std::string_view::npos) {
+            return parts;
+        }
+        text.remove_prefix(comma + 1);
+    }
+}
+
+PowerTableQuery AskedInputs::query() const {
+    PowerTableQuery query;
+    if (frameFormat) {
+        query.frameFormatId = static_cast<std::int32_t>(Arguments::integer(
+            prefix + "frame-format", *frameFormat, 0, std::numeric_limits<std::int32_t>::max()));
+    }
+    if (cutback) {
+        query.inputs.permanentCutback = Arguments::cutback(prefix + "cutback", *cutback);
+    }
+    if (temporaryCutback) {
+        query.inputs.temporaryCutback =
+            Arguments::temporaryCutback(prefix + "temporary-cutback", *temporaryCutback);
+    }
+    if (booster) {
+        query.inputs.booster = Arguments::booster(prefix + "booster", *booster);
+    }
+    if (rsec) {
+        query.rsec = Arguments::rsec(prefix + "rsec", *rsec);
+    }
+    return query;
 }

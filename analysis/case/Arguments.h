@@ -3,10 +3,12 @@
 #include "EFrameFormatMarket.h"
 #include "EReferenceSEC.h"
 #include "ModulationAndCoding.h"
-#include "OperatingInputs.h"
+#include "PowerTableQuery.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// Values of command-line options, from their text. What cannot be read is a QuestionError that
@@ -46,4 +48,23 @@ ModulationAndCoding modulationAndCode(const std::string& option, const std::stri
 std::string word(const std::string& option, const std::string& text,
                  const std::vector<std::string>& known);
 
+/// The parts of a list; an empty text is one empty part.
+std::vector<std::string> splitAt(char separator, std::string_view text);
+
 } // namespace Arguments
+
+/// Which powers are asked for and under which operating inputs, as texts, the way a command line or
+/// a form has them. What is not given is left to the radio file.
+struct AskedInputs {
+    std::optional<std::string> frameFormat;      ///< id; 0 is the configured one
+    std::optional<std::string> cutback;          ///< in dB
+    std::optional<std::string> temporaryCutback; ///< in dB, or "none"
+    std::optional<std::string> booster; ///< "PRESENCE,GAIN,MAXINPUT,MAXMODULATION", or "none"
+    std::optional<std::string> rsec;
+
+    /// What messages put before the name of an input: "--" where it is an option of a command line.
+    std::string prefix = {};
+
+    /// @throw QuestionError for what cannot be read.
+    PowerTableQuery query() const;
+};

@@ -5,10 +5,10 @@
 #include "Decibels.h"
 #include "OneLine.h"
 #include "PowerTableForms.h"
-#include "UsualInputs.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <initializer_list>
 #include <iterator>
 #include <limits>
 #include <optional>
@@ -32,24 +32,13 @@ Value readNumber(const std::string& option, const std::string& text) {
     return static_cast<Enumeration>(Arguments::integer(option, text, Limits::min(), Limits::max()));
 }
 
-Value readRsec(const std::string& option, const std::string& text) {
-    return Arguments::rsec(option, text);
-}
-
-Value readMarket(const std::string& option, const std::string& text) {
-    return Arguments::market(option, text);
+template <auto read>
+Value readBy(const std::string& option, const std::string& text) {
+    return read(option, text);
 }
 
 Value readCutback(const std::string& option, const std::string& text) {
     return Inputs::PermanentCutback{Arguments::cutback(option, text)};
-}
-
-Value readTemporaryCutback(const std::string& option, const std::string& text) {
-    return Arguments::temporaryCutback(option, text);
-}
-
-Value readBooster(const std::string& option, const std::string& text) {
-    return Arguments::booster(option, text);
 }
 
 Value readProduct(const std::string& option, const std::string& text) {
@@ -62,6 +51,168 @@ Value readProduct(const std::string& option, const std::string& text) {
 template <class Selected>
 Value readSelected(const std::string& option, const std::string& text) {
     return Selected{Arguments::modulationAndCode(option, text)};
+}
+
+// The values that make sense for a radio where none are listed; none if the radio names none
+
+using Values = std::vector<Value>;
+using FormatRecord = HardwareConfigurationHandlerAnswers::FrameFormat;
+
+template <class Type>
+Values valuesFrom(std::initializer_list<Type> list) {
+    return Values(list.begin(), list.end());
+}
+
+void addSpacings(const SystemPowerControllerAnswers& controller, std::set<std::int32_t>& spacings) {
+    for (const auto& offset : controller.minOutputPowerOffsets) {
+        spacings.insert(static_cast<std::int32_t>(offset.channelSpacing));
+    }
+}
+
+void addSpacings(const HardwareConfigurationHandlerAnswers& handler,
+                 std::set<std::int32_t>& spacings) {
+    for (const FormatRecord& record : handler.frameFormats) {
+        if (const auto* const spacing = std::get_if<EChannelSpacingType>(&record.channelSpacing)) {
+            spacings.insert(static_cast<std::int32_t>(*spacing));
+        }
+    }
+}
+
+constexpr std::uint32_t usualStep = 100; // one decibel
+constexpr std::uint32_t greatestUsualCutback = 10 * usualStep;
+
+std::optional<OperatingInputs::Booster> boosterOf(const RadioCase& radio) {
+    std::optional<OperatingInputs::Booster> booster;
+    for (const Request& request : radio.file.requests) {
+        if (const auto* const call = std::get_if<Calls::SetBoosterPresence>(&request.call);
+            call != nullptr && call->presence != 0) {
+            booster = {call->presence, call->gain, call->maxInputPower, call->maxModulation};
+        }
+    }
+    if (radio.query.inputs.booster && radio.query.inputs.booster->presence != 0) {
+        booster = radio.query.inputs.booster;
+    }
+    return booster;
+}
+
+std::vector<ModulationAndCoding> codesOf(const FormatRecord& record) {
+    const auto* const codes =
+        std::get_if<std::vector<ModulationAndCoding>>(&record.modulationAndCodes);
+    return codes == nullptr ? std::vector<ModulationAndCoding>() : *codes;
+}
+
+/// The codes of the frame format that is asked for, in ascending order.
+std::vector<ModulationAndCoding> codesOf(const RadioCase& radio) {
+    const NodeAnswers& node = radio.file.node;
+    const std::int32_t id = radio.query.frameFormatId;
+    std::vector<ModulationAndCoding> codes;
+    if (id < 1 && node.frameFormat != nullptr) {
+        codes = node.frameFormat->modulationAndCodes;
+    } else if (id >= 1 && node.hardwareConfigurationHandler != nullptr) {
+        const auto& records = node.hardwareConfigurationHandler->frameFormats;
+        const auto found = std::ranges::find(records, id, &FormatRecord::id);
+        codes = found == records.end() ? codes : codesOf(*found);
+    }
+    std::sort(codes.begin(), codes.end());
+    return codes;
+}
+
+/// One code of the frame format for each of its modulations: the powers depend on no more.
+template <class Selected>
+Values usualSelections(const RadioCase& radio) {
+    std::vector<ModulationAndCoding> codes = codesOf(radio);
+    constexpr bool isMax = std::is_same_v<Selected, Inputs::SelectedMax>;
+    // Of one modulation the lowest code is selected as minimum and the highest as maximum, so that
+    // selecting one modulation as both still leaves a range.
+    if (isMax) {
+        std::ranges::reverse(codes);
+    }
+    const auto isSameModulation = [](const ModulationAndCoding& left,
+                                     const ModulationAndCoding& right) {
+        return convertCodeToModulation(left) == convertCodeToModulation(right);
+    };
+    codes.erase(std::unique(codes.begin(), codes.end(), isSameModulation), codes.end());
+    if (isMax) {
+        std::ranges::reverse(codes);
+    }
+    Values values;
+    for (const ModulationAndCoding& code : codes) {
+        values.emplace_back(Selected{code});
+    }
+    return values;
+}
+
+Values rsecs(const RadioCase&) {
+    return valuesFrom({EReferenceSEC::Class2, EReferenceSEC::Class4L, EReferenceSEC::Class4H,
+                       EReferenceSEC::Class5LB, EReferenceSEC::Class5HB, EReferenceSEC::Class5B,
+                       EReferenceSEC::Class6LB, EReferenceSEC::Class6HB, EReferenceSEC::Class6B,
+                       EReferenceSEC::Class7B});
+}
+
+Values markets(const RadioCase&) {
+    return valuesFrom(
+        {EFrameFormatMarket::Etsi, EFrameFormatMarket::Ansi, EFrameFormatMarket::Global});
+}
+
+Values dpdVersions(const RadioCase&) {
+    return valuesFrom({EDpdVersion::Dpd1, EDpdVersion::Dpd2, EDpdVersion::Dpd3});
+}
+
+/// The spacings that the radio itself names: of its frame formats and of its minimum power offsets.
+Values channelSpacings(const RadioCase& radio) {
+    const NodeAnswers& node = radio.file.node;
+    std::set<std::int32_t> spacings;
+    if (node.frameFormat != nullptr) {
+        spacings.insert(static_cast<std::int32_t>(node.frameFormat->channelSpacing));
+    }
+    if (node.hardwareConfigurationHandler != nullptr) {
+        addSpacings(*node.hardwareConfigurationHandler, spacings);
+    }
+    if (node.systemPowerController != nullptr) {
+        addSpacings(*node.systemPowerController, spacings);
+    }
+    Values values;
+    for (const std::int32_t spacing : spacings) {
+        values.emplace_back(static_cast<EChannelSpacingType>(spacing));
+    }
+    return values;
+}
+
+Values cutbacks(const RadioCase&) {
+    Values values;
+    for (std::uint32_t cutback = 0; cutback <= greatestUsualCutback; cutback += usualStep) {
+        values.emplace_back(Inputs::PermanentCutback{cutback});
+    }
+    return values;
+}
+
+Values temporaryCutbacks(const RadioCase&) {
+    Values values{OperatingInputs::TemporaryCutback{}};
+    for (std::uint32_t cutback = 0; cutback <= greatestUsualCutback; cutback += usualStep) {
+        values.emplace_back(OperatingInputs::TemporaryCutback{true, cutback});
+    }
+    return values;
+}
+
+/// None, and the booster that the radio has or had in each of the two bands.
+Values boosters(const RadioCase& radio) {
+    const std::optional<OperatingInputs::Booster> own = boosterOf(radio);
+    if (!own) {
+        return {};
+    }
+    constexpr std::int32_t secondBand = 7;
+    OperatingInputs::Booster first = *own;
+    first.presence = own->presence == secondBand ? 1 : own->presence;
+    OperatingInputs::Booster second = *own;
+    second.presence = secondBand;
+    return {OperatingInputs::Booster{}, first, second};
+}
+
+/// One number for each family of calculators; a number on no list leads to the newer radio units.
+Values products(const RadioCase&) {
+    return valuesFrom({Inputs::ProductNumber{""}, Inputs::ProductNumber{"QZT 846 001"},
+                       Inputs::ProductNumber{"QZT 846 003"}, Inputs::ProductNumber{"QZT35201/1"},
+                       Inputs::ProductNumber{"QZT 860 13"}});
 }
 
 /// The value in a form for programs.
@@ -86,18 +237,6 @@ struct DatumMaker {
 
 // Lists
 
-std::vector<std::string> splitAt(char separator, std::string_view text) {
-    std::vector<std::string> parts;
-    while (true) {
-        const std::size_t place = text.find(separator);
-        parts.emplace_back(text.substr(0, place));
-        if (place == std::string_view::npos) {
-            return parts;
-        }
-        text.remove_prefix(place + 1);
-    }
-}
-
 /// "FIRST..LAST" or "FIRST..LAST:STEP" in its three parts, the step "1" where it is missing.
 struct Range {
     std::string first;
@@ -119,23 +258,21 @@ struct Range {
 
 const std::vector<InputAxis>& InputAxis::all() {
     static const std::vector<InputAxis> axes = {
-        {"rsec", "rsec", "RSEC", "", Scale::None, readRsec, UsualInputs::rsecs},
-        {"market", "market", "market", "", Scale::None, readMarket, UsualInputs::markets},
+        {"rsec", "rsec", "RSEC", "", Scale::None, readBy<Arguments::rsec>, rsecs},
+        {"market", "market", "market", "", Scale::None, readBy<Arguments::market>, markets},
         {"dpd", "dpdVersion", "DPD version", "", Scale::Integers, readNumber<EDpdVersion>,
-         UsualInputs::dpdVersions},
+         dpdVersions},
         {"channel-spacing", "channelSpacing", "channel spacing", "MHz", Scale::Integers,
-         readNumber<EChannelSpacingType>, UsualInputs::channelSpacings},
-        {"cutback", "cutback", "permanent cutback", "dB", Scale::Decibels, readCutback,
-         UsualInputs::cutbacks},
+         readNumber<EChannelSpacingType>, channelSpacings},
+        {"cutback", "cutback", "permanent cutback", "dB", Scale::Decibels, readCutback, cutbacks},
         {"temporary-cutback", "temporaryCutback", "temporary cutback", "dB", Scale::Decibels,
-         readTemporaryCutback, UsualInputs::temporaryCutbacks},
-        {"booster", "booster", "booster", "", Scale::None, readBooster, UsualInputs::boosters},
-        {"product", "productNumber", "product number", "", Scale::None, readProduct,
-         UsualInputs::products},
+         readBy<Arguments::temporaryCutback>, temporaryCutbacks},
+        {"booster", "booster", "booster", "", Scale::None, readBy<Arguments::booster>, boosters},
+        {"product", "productNumber", "product number", "", Scale::None, readProduct, products},
         {"min", "selectedMin", "selected minimum", "", Scale::None,
-         readSelected<Inputs::SelectedMin>, UsualInputs::minima},
+         readSelected<Inputs::SelectedMin>, usualSelections<Inputs::SelectedMin>},
         {"max", "selectedMax", "selected maximum", "", Scale::None,
-         readSelected<Inputs::SelectedMax>, UsualInputs::maxima},
+         readSelected<Inputs::SelectedMax>, usualSelections<Inputs::SelectedMax>},
     };
     return axes;
 }
@@ -146,7 +283,7 @@ const InputAxis& InputAxis::named(const std::string& option, const std::string& 
         names.push_back(axis.name());
     }
     const std::string known = Arguments::word(option, name, names);
-    const auto found = std::find(names.begin(), names.end(), known);
+    const auto found = std::ranges::find(names, known);
     return all()[static_cast<std::size_t>(std::distance(names.begin(), found))];
 }
 
@@ -203,7 +340,7 @@ std::vector<Inputs::Value> InputAxis::valuesOf(const std::string& option,
     const std::string name = option + ' ' + m_name;
     std::vector<Inputs::Value> values;
     std::set<std::string> texts;
-    for (const std::string& piece : splitAt(holdsCommas ? '/' : ',', list)) {
+    for (const std::string& piece : Arguments::splitAt(holdsCommas ? '/' : ',', list)) {
         for (const std::string& text : expanded(name, piece)) {
             values.push_back(m_read(name, text));
             if (!texts.insert(Inputs::textOf(values.back())).second) {

@@ -2,7 +2,7 @@
 
 #include "Datum.h"
 #include "Inputs.h"
-#include "RadioCase.h"
+#include "PowerTableQuery.h"
 
 #include <cstddef>
 #include <string>

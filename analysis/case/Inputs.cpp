@@ -36,9 +36,7 @@ void changeFrameFormat(RadioCase& radio, Change how) {
     change(radio.file.node.hardwareConfigurationHandler,
            [id, &how](HardwareConfigurationHandlerAnswers& handler) {
                auto& records = handler.frameFormats;
-               const auto found =
-                   std::find_if(records.begin(), records.end(),
-                                [id](const FormatRecord& record) { return record.id == id; });
+               const auto found = std::ranges::find(records, id, &FormatRecord::id);
                if (found != records.end()) {
                    how(*found);
                }

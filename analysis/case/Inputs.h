@@ -6,7 +6,7 @@
 #include "EReferenceSEC.h"
 #include "ModulationAndCoding.h"
 #include "OperatingInputs.h"
-#include "RadioCase.h"
+#include "PowerTableQuery.h"
 
 #include <cstdint>
 #include <string>

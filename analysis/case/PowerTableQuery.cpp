@@ -1,8 +1,8 @@
 #include "PowerTableQuery.h"
 
 #include "AnalysisError.h"
+#include "CalculationStory.h"
 #include "DeskTrace.h"
-#include "ExplanationMaker.h"
 #include "Node.h"
 #include "OneLine.h"
 #include "OutputPowerCalculator.h"
@@ -373,7 +373,7 @@ std::optional<std::int32_t> answerOf(const PowerTable::Row& row) {
 }
 
 /// One explanation for each row.
-std::vector<Explanation> explainRows(const Answered& answered, ExplanationMaker& maker) {
+std::vector<Explanation> explainRows(const Answered& answered, ExplanationContext& context) {
     const std::vector<QueryTrace::Calculation>& made = answered.trace.calculations;
     const RowCalculations calculations(answered.table, made);
     std::vector<std::optional<std::int32_t>> answers(made.size());
@@ -386,7 +386,7 @@ std::vector<Explanation> explainRows(const Answered& answered, ExplanationMaker&
     std::vector<Explanation> explained;
     std::int32_t carried = 0;
     for (std::size_t index = 0; index < made.size(); ++index) {
-        explained.push_back(maker.explain(made[index], answers[index], carried));
+        explained.push_back(explanationOf(context, made[index], answers[index], carried));
         carried = explained.back().answer.value_or(carried);
     }
 
@@ -398,6 +398,16 @@ std::vector<Explanation> explainRows(const Answered& answered, ExplanationMaker&
     return rows;
 }
 
+/// Does something, and puts the file's name in front of what goes wrong.
+template <class Work>
+auto underName(const std::string& name, Work work) {
+    try {
+        return work();
+    } catch (const AnalysisError& error) {
+        throw AnalysisError(error.outcome(), (name.empty() ? "" : name + ": ") + error.what());
+    }
+}
+
 } // namespace
 
 PowerTable PowerTableQuery::run(const RadioFile& file) const {
@@ -407,15 +417,27 @@ PowerTable PowerTableQuery::run(const RadioFile& file) const {
 ExplainedTable PowerTableQuery::explain(const RadioFile& file) const {
     Answered answered = ask(*this, file);
     const PowerTable& table = answered.table;
-    const RadioFilePlaces places(file, answered.startTrace);
-    ExplanationMaker maker({cutbackOf(table.inputs, answered.requests),
-                            boosterOf(table.inputs, answered.requests),
-                            static_cast<std::int32_t>(table.channelSpacing),
-                            ExplanationContext::Radio{file, places, table.dpdVersion, table.market,
-                                                      table.channelSpacing}});
-    ExplainedTable explained{{}, explainRows(answered, maker)};
-    explained.pmaxTable = places.pmaxTable(table.dpdVersion, table.market);
-    explained.pmaxTableKey = places.pmaxTableKey(table.dpdVersion, table.market);
+    const RadioFilePlaces places(file, answered.startTrace, table.dpdVersion, table.market);
+    ExplanationContext context{cutbackOf(table.inputs, answered.requests),
+                               boosterOf(table.inputs, answered.requests),
+                               static_cast<std::int32_t>(table.channelSpacing),
+                               ExplanationContext::Radio{file, places, table.dpdVersion,
+                                                         table.market, table.channelSpacing}};
+    ExplainedTable explained{{}, explainRows(answered, context)};
+    explained.pmaxTable = places.pmaxTable();
+    explained.pmaxTableKey = places.pmaxTableKey();
     explained.table = std::move(answered.table);
+    return explained;
+}
+
+PowerTable RadioCase::powers() const {
+    PowerTable table = underName(name, [this] { return query.run(file); });
+    table.radioFile = name;
+    return table;
+}
+
+ExplainedTable RadioCase::explain() const {
+    ExplainedTable explained = underName(name, [this] { return query.explain(file); });
+    explained.table.radioFile = name;
     return explained;
 }

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 /// Asks the library for the powers of a radio's frame format.
 class PowerTableQuery {
@@ -26,4 +27,18 @@ public:
     /// Likewise, and explains every power. Where the library's traces do not tell a figure, further
     /// queries are put to it, in nodes of their own.
     ExplainedTable explain(const RadioFile& file) const;
+};
+
+/// A radio and what is asked of it: everything that a power depends on.
+struct RadioCase {
+    RadioFile file;
+    PowerTableQuery query;
+    std::string name{}; ///< what headings and messages call the file; may be empty
+
+    /// The powers, with the file's name in their heading.
+    /// @throw AnalysisError as the query does, behind the file's name.
+    PowerTable powers() const;
+
+    /// Likewise, each with how it came about.
+    ExplainedTable explain() const;
 };

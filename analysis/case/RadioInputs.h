@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RadioCase.h"
+#include "PowerTableQuery.h"
 
 #include <string>
 #include <vector>

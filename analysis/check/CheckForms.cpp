@@ -1,4 +1,4 @@
-#include "CheckForms.h"
+#include "RadioFileCheck.h"
 
 #include "Datum.h"
 #include "JsonPointer.h"

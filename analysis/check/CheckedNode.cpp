@@ -1,12 +1,17 @@
 #include "CheckedNode.h"
 
+#include "JsonPointer.h"
 #include "Node.h"
+
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <memory>
 #include <set>
 #include <utility>
 #include <variant>
+
+using nlohmann::json;
 
 namespace {
 
@@ -54,26 +59,57 @@ std::optional<std::size_t> CheckedFrameFormat::highestCode() const {
     if (!codes || codes->empty()) {
         return std::nullopt;
     }
-    const auto highest =
-        std::max_element(codes->begin(), codes->end(),
-                         [](const ModulationAndCoding& left, const ModulationAndCoding& right) {
-                             return left.code < right.code;
-                         });
+    const auto highest = std::ranges::max_element(
+        *codes, [](const ModulationAndCoding& left, const ModulationAndCoding& right) {
+            return left.code < right.code;
+        });
     return static_cast<std::size_t>(highest - codes->begin());
 }
 
 bool CheckedFrameFormat::carries(const ModulationAndCoding& code) const {
-    return codes &&
-           std::any_of(codes->begin(), codes->end(), [&code](const ModulationAndCoding& carried) {
+    return codes && std::ranges::any_of(*codes, [&code](const ModulationAndCoding& carried) {
                return carried.code == code.code;
            });
 }
 
 bool CheckedFrameFormat::carries(Modulation modulation) const {
-    return codes && std::any_of(codes->begin(), codes->end(),
-                                [modulation](const ModulationAndCoding& carried) {
-                                    return convertCodeToModulation(carried) == modulation;
-                                });
+    return codes && std::ranges::any_of(*codes, [modulation](const ModulationAndCoding& carried) {
+               return convertCodeToModulation(carried) == modulation;
+           });
+}
+
+SharedDocument::SharedDocument(json document) {
+    for (auto& [key, value] : document.get_ref<json::object_t&>()) {
+        m_members[key] = std::make_shared<const json>(std::move(value));
+    }
+}
+
+SharedDocument SharedDocument::patched(const json& patch) const {
+    SharedDocument result = *this;
+    for (const auto& [key, change] : patch.items()) {
+        if (change.is_null()) {
+            result.m_members.erase(key);
+            continue;
+        }
+        const auto before = m_members.find(key);
+        json member = before == m_members.end() ? json() : *before->second;
+        member.merge_patch(change);
+        result.m_members[key] = std::make_shared<const json>(std::move(member));
+    }
+    return result;
+}
+
+const json* SharedDocument::at(const std::vector<std::string>& path) const {
+    const auto member = path.empty() ? m_members.end() : m_members.find(path.front());
+    return member == m_members.end() ? nullptr
+                                     : valueAt(*member->second, {path.begin() + 1, path.end()});
+}
+
+bool SharedDocument::operator==(const SharedDocument& other) const {
+    return std::ranges::equal(m_members, other.m_members, [](const auto& left, const auto& right) {
+        return left.first == right.first &&
+               (left.second == right.second || *left.second == *right.second);
+    });
 }
 
 CheckedNode::CheckedNode(std::uint32_t channel, const NodeAnswers& answers,
@@ -112,9 +148,8 @@ RadioFile CheckedNode::radioFileWith(const CheckedFrameFormat& frameFormat) cons
     }
     HardwareConfigurationHandlerAnswers one;
     const auto& records = m_answers.hardwareConfigurationHandler->frameFormats;
-    const auto record = std::find_if(records.begin(), records.end(), [&](const auto& candidate) {
-        return candidate.id == frameFormat.id;
-    });
+    const auto record = std::ranges::find_if(
+        records, [&](const auto& candidate) { return candidate.id == frameFormat.id; });
     if (record != records.end()) {
         one.frameFormats.push_back(*record);
     }
@@ -125,9 +160,7 @@ RadioFile CheckedNode::radioFileWith(const CheckedFrameFormat& frameFormat) cons
 
 const CheckedFrameFormat* CheckedNode::find(std::int32_t id) const {
     const std::int32_t wanted = std::max(id, 0);
-    const auto found = std::find_if(
-        m_frameFormats.begin(), m_frameFormats.end(),
-        [wanted](const CheckedFrameFormat& frameFormat) { return frameFormat.id == wanted; });
+    const auto found = std::ranges::find(m_frameFormats, wanted, &CheckedFrameFormat::id);
     return found == m_frameFormats.end() ? nullptr : &*found;
 }
 

@@ -3,12 +3,13 @@
 #include "Finding.h"
 #include "NodeAnswers.h"
 #include "RadioFile.h"
-#include "SharedDocument.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,6 +30,24 @@ struct CheckedFrameFormat {
     std::optional<std::size_t> highestCode() const; ///< its index; nothing without codes
     bool carries(const ModulationAndCoding& code) const;
     bool carries(Modulation modulation) const;
+};
+
+/// The document of a radio file. States of one radio share the members that no patch has changed.
+class SharedDocument {
+public:
+    /// @param document an object.
+    explicit SharedDocument(nlohmann::json document);
+
+    /// The document with a patch, an object too, merged into it.
+    SharedDocument patched(const nlohmann::json& patch) const;
+
+    /// The value at a path of one or more keys and indexes; null if there is none.
+    const nlohmann::json* at(const std::vector<std::string>& path) const;
+
+    bool operator==(const SharedDocument& other) const;
+
+private:
+    std::map<std::string, std::shared_ptr<const nlohmann::json>> m_members;
 };
 
 /// A radio node as a radio file or one of its patches leaves it.

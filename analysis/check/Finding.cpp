@@ -58,7 +58,7 @@ bool FindingList::isFull(const CheckRule& rule) const {
 }
 
 bool FindingList::has(const CheckRule& rule, const FilePlace& place) const {
-    return std::any_of(m_findings.begin(), m_findings.end(), [&](const Finding& finding) {
+    return std::ranges::any_of(m_findings, [&](const Finding& finding) {
         return finding.rule == &rule && finding.place == place;
     });
 }

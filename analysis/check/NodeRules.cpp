@@ -150,7 +150,7 @@ void checkProduct(const CapabilityHandlerAnswers& radio, FindingList& findings) 
     }
     const std::string& number = *radio.productNumber;
     const std::vector<std::string>& known = knownProducts();
-    if (std::find(known.begin(), known.end(), number) != known.end()) {
+    if (std::ranges::find(known, number) != known.end()) {
         return;
     }
     const std::string taken = "the product number \"" + printable(number) +
@@ -401,10 +401,10 @@ void checkPairs(const CheckedNode& node, FindingList& findings) {
     FilePlace firstUnused;
     for (std::size_t index = 0; index < array->size(); index += 2) {
         const EChannelSpacingType spacing{(*array)[index]};
-        const bool isUsed = std::any_of(node.frameFormats().begin(), node.frameFormats().end(),
-                                        [spacing](const CheckedFrameFormat& frameFormat) {
-                                            return frameFormat.channelSpacing == spacing;
-                                        });
+        const bool isUsed = std::ranges::any_of(node.frameFormats(),
+                                                [spacing](const CheckedFrameFormat& frameFormat) {
+                                                    return frameFormat.channelSpacing == spacing;
+                                                });
         if (!seen.insert((*array)[index]).second) {
             findings.add(CheckRules::CalibratedTwice, place / index,
                          CheckText::of(spacing) + " is calibrated twice, and the first pair counts",
@@ -449,7 +449,7 @@ void checkNames(const CheckedNode& node, bool areRead, FindingList& findings) {
             return; // a file can hold a great many of them
         }
         const FilePlace place = variablesPlace / name;
-        const bool isKnown = std::find(read.begin(), read.end(), name) != read.end();
+        const bool isKnown = std::ranges::find(read, name) != read.end();
         if (isKnown && !areRead) {
             findings.add(CheckRules::VariableUnread, place,
                          "the radio's family reads no calibration, and so not " + inQuotes(name),

@@ -11,7 +11,6 @@
 #include "Replay.h"
 #include "RequestRules.h"
 #include "ResultCode.h"
-#include "SharedDocument.h"
 
 #include <nlohmann/json.hpp>
 
@@ -41,39 +40,6 @@ struct State {
     State& operator=(const State&) = delete;
 };
 
-/// Checks one radio file that has the right form.
-class Check {
-public:
-    Check(const RadioFile& file, json document);
-
-    std::vector<Finding> run();
-
-private:
-    void checkChannel();
-    bool checkStart(const CheckedNode& node);
-    bool checkNewInState(const State& state);
-    void checkPatch(const State& before, const State& after);
-    bool checkRequests();
-    void checkAnswers();
-
-    std::unique_ptr<State> startState() const;
-    std::unique_ptr<State> patched(const State& before, std::size_t request) const;
-    bool isPatch(std::size_t request) const;
-    FilePlace placeInPatch(const State& state, const FilePlace& place, std::string& message) const;
-
-    /// Each patch makes a radio of its own to check.
-    static constexpr std::size_t maxPatches = 64;
-
-    const RadioFile& m_file;
-    json m_requests;
-    SharedDocument m_document; ///< without its requests
-    FindingList m_findings;
-    FindingList m_seen; ///< on the radio, as if every patch were made in the file itself
-    LibraryRules m_library{m_seen};
-    RequestRules m_requestRules;
-    std::size_t m_requestCount; ///< that are checked
-};
-
 /// Takes the requests out of a document.
 json takeRequests(json& document) {
     if (!document.contains("requests")) {
@@ -82,37 +48,6 @@ json takeRequests(json& document) {
     json requests = std::move(document["requests"]);
     document.erase("requests");
     return requests;
-}
-
-Check::Check(const RadioFile& file, json document)
-    : m_file(file)
-    , m_requests(takeRequests(document))
-    , m_document(std::move(document))
-    , m_requestRules(file, m_requests, m_library, m_seen, m_findings)
-    , m_requestCount(file.requests.size()) {}
-
-std::unique_ptr<State> Check::startState() const {
-    return std::make_unique<State>(m_file.channel, m_file.node, m_document, std::nullopt);
-}
-
-bool Check::isPatch(std::size_t request) const {
-    return std::holds_alternative<Calls::Patch>(m_file.requests[request].call);
-}
-
-std::unique_ptr<State> Check::patched(const State& before, std::size_t request) const {
-    SharedDocument document = before.document.patched(m_requests[request].at("file"));
-    const NodeAnswers& answers = std::get<Calls::Patch>(m_file.requests[request].call).answers;
-    return std::make_unique<State>(m_file.channel, answers, std::move(document), request);
-}
-
-void Check::checkChannel() {
-    const bool isServed = m_file.channel == 1 || m_file.channel == 2;
-    if (!isServed) {
-        m_findings.add(CheckRules::OtherChannel, FilePlace{{"channel"}},
-                       "a service for channel " + std::to_string(m_file.channel) +
-                           " serves channel 1",
-                       "give the channel as 1 or 2");
-    }
 }
 
 /// Why a service does not start, and where that stands.
@@ -145,54 +80,6 @@ Finding startFailure(const CheckedNode& node, const json& line) {
     return finding;
 }
 
-bool Check::checkStart(const CheckedNode& node) {
-    constexpr int errors = 1;
-    bool isStarted = true;
-    Replay(errors).play(node.radioFile(), [&](const std::string& text) {
-        const json line = json::parse(text);
-        isStarted = !ResultCode::isFailure(line.at("result").get<std::uint32_t>());
-        if (!isStarted) {
-            const Finding finding = startFailure(node, line);
-            m_seen.add(*finding.rule, finding.place, finding.message, finding.remedy);
-        }
-    });
-    return isStarted;
-}
-
-/// What is wrong after a patch and was not before stands where the patch says it, or else is the
-/// patch's as a whole.
-FilePlace Check::placeInPatch(const State& state, const FilePlace& place,
-                              std::string& message) const {
-    FilePlace inPatch = FilePlace{{"requests"}} / *state.patch / "file";
-    if (valueAt(m_requests[*state.patch].at("file"), place.path) != nullptr) {
-        inPatch.path.insert(inPatch.path.end(), place.path.begin(), place.path.end());
-    } else {
-        message = "after this patch, " + pointerText(place.path) + ": " + message;
-    }
-    return inPatch;
-}
-
-/// @return whether a service starts in it.
-bool Check::checkNewInState(const State& state) {
-    const std::size_t known = m_seen.findings().size();
-    const bool isStarted = checkStart(state.node);
-    NodeRules::checkCapabilityHandler(state.node, m_seen);
-    NodeRules::checkFrameFormats(state.node, m_seen);
-    NodeRules::checkLink(state.node, m_seen);
-    NodeRules::checkVariables(state.node, m_seen);
-    if (isStarted) {
-        m_library.checkFrameFormats(state.node);
-    }
-    for (std::size_t index = known; index < m_seen.findings().size(); ++index) {
-        Finding finding = m_seen.findings()[index];
-        if (state.patch) {
-            finding.place = placeInPatch(state, finding.place, finding.message);
-        }
-        m_findings.add(*finding.rule, finding.place, finding.message, finding.remedy);
-    }
-    return isStarted;
-}
-
 /// What the capability handler hands out once, when the service starts.
 json handedOut(const SharedDocument& document) {
     json answers = json::object();
@@ -208,86 +95,184 @@ json handedOut(const SharedDocument& document) {
     return answers;
 }
 
-void Check::checkPatch(const State& before, const State& after) {
-    const std::size_t index = *after.patch;
-    const FilePlace place = FilePlace{{"requests"}} / index / "file";
-    if (before.document == after.document) {
-        m_findings.add(CheckRules::PatchEmpty, place, "the patch changes nothing",
-                       "compare it with the file as the patches before it leave it");
-    }
-    const bool isStartedAnew =
-        std::any_of(m_file.requests.begin() + static_cast<std::ptrdiff_t>(index),
-                    m_file.requests.end(), [](const Request& request) {
-                        return std::holds_alternative<Calls::Initialize>(request.call);
-                    });
-    if (!isStartedAnew && handedOut(before.document) != handedOut(after.document)) {
-        m_findings.add(CheckRules::PatchNotSeen, place / "capabilityHandler",
-                       "the Pmax tables and the minimum output power were handed out when the "
-                       "service started, and this patch to them is never seen",
-                       "add a request {\"call\": \"initialize\"} behind it");
-    }
-}
+/// Checks one radio file that has the right form.
+class Check {
+public:
+    Check(const RadioFile& file, json document);
 
-/// The requests in their order, and the radio as each patch among them leaves it.
-/// @return whether the service starts.
-bool Check::checkRequests() {
-    std::unique_ptr<State> state = startState();
-    const bool isStarted = checkNewInState(*state);
-    std::size_t patchCount = 0;
-    for (std::size_t index = 0; index < m_requestCount; ++index) {
+    std::vector<Finding> run() {
+        checkChannel();
+        if (checkRequests()) {
+            checkAnswers();
+        }
+        if (m_library.isExhausted()) {
+            m_findings.add(
+                CheckRules::NotAllChecked, FilePlace(),
+                "the file has too many frame formats and patches to ask the library about "
+                "all of them",
+                "check it in parts");
+        }
+        return m_findings.findings();
+    }
+
+private:
+    void checkChannel() {
+        const bool isServed = m_file.channel == 1 || m_file.channel == 2;
+        if (!isServed) {
+            m_findings.add(CheckRules::OtherChannel, FilePlace{{"channel"}},
+                           "a service for channel " + std::to_string(m_file.channel) +
+                               " serves channel 1",
+                           "give the channel as 1 or 2");
+        }
+    }
+
+    bool checkStart(const CheckedNode& node) {
+        constexpr int errors = 1;
+        bool isStarted = true;
+        Replay(errors).play(node.radioFile(), [&](const std::string& text) {
+            const json line = json::parse(text);
+            isStarted = !ResultCode::isFailure(line.at("result").get<std::uint32_t>());
+            if (!isStarted) {
+                const Finding finding = startFailure(node, line);
+                m_seen.add(*finding.rule, finding.place, finding.message, finding.remedy);
+            }
+        });
+        return isStarted;
+    }
+
+    /// @return whether a service starts in it.
+    bool checkNewInState(const State& state) {
+        const std::size_t known = m_seen.findings().size();
+        const bool isStarted = checkStart(state.node);
+        NodeRules::checkCapabilityHandler(state.node, m_seen);
+        NodeRules::checkFrameFormats(state.node, m_seen);
+        NodeRules::checkLink(state.node, m_seen);
+        NodeRules::checkVariables(state.node, m_seen);
         if (isStarted) {
-            m_requestRules.check(index, state->node);
+            m_library.checkFrameFormats(state.node);
         }
-        if (!isPatch(index)) {
-            continue;
+        for (std::size_t index = known; index < m_seen.findings().size(); ++index) {
+            Finding finding = m_seen.findings()[index];
+            if (state.patch) {
+                finding.place = placeInPatch(state, finding.place, finding.message);
+            }
+            m_findings.add(*finding.rule, finding.place, finding.message, finding.remedy);
         }
-        if (++patchCount > maxPatches) {
-            m_findings.add(CheckRules::NotAllChecked, FilePlace{{"requests"}} / index,
-                           "only the first " + std::to_string(maxPatches) +
-                               " patches of a file are checked",
-                           "check it in parts");
-            m_requestCount = index;
-            break;
-        }
-        std::unique_ptr<State> next = patched(*state, index);
-        checkPatch(*state, *next);
-        checkNewInState(*next);
-        state = std::move(next);
+        return isStarted;
     }
-    return isStarted;
-}
 
-void Check::checkAnswers() {
-    constexpr int warnings = 2;
-    std::unique_ptr<State> state = startState();
-    std::size_t lineCount = 0;
-    Replay(warnings).play(m_file, [&](const std::string& line) {
-        ++lineCount;
-        // The first line is the start of the service.
-        if (lineCount == 1 || lineCount - 2 >= m_requestCount) {
-            return;
+    void checkPatch(const State& before, const State& after) {
+        const std::size_t index = *after.patch;
+        const FilePlace place = FilePlace{{"requests"}} / index / "file";
+        if (before.document == after.document) {
+            m_findings.add(CheckRules::PatchEmpty, place, "the patch changes nothing",
+                           "compare it with the file as the patches before it leave it");
         }
-        const std::size_t index = lineCount - 2;
-        m_requestRules.checkAnswer(index, json::parse(line), state->node);
-        if (isPatch(index)) {
-            state = patched(*state, index);
+        const bool isStartedAnew =
+            std::any_of(m_file.requests.begin() + static_cast<std::ptrdiff_t>(index),
+                        m_file.requests.end(), [](const Request& request) {
+                            return std::holds_alternative<Calls::Initialize>(request.call);
+                        });
+        if (!isStartedAnew && handedOut(before.document) != handedOut(after.document)) {
+            m_findings.add(CheckRules::PatchNotSeen, place / "capabilityHandler",
+                           "the Pmax tables and the minimum output power were handed out when the "
+                           "service started, and this patch to them is never seen",
+                           "add a request {\"call\": \"initialize\"} behind it");
         }
-    });
-}
+    }
 
-std::vector<Finding> Check::run() {
-    checkChannel();
-    if (checkRequests()) {
-        checkAnswers();
+    /// The requests in their order, and the radio as each patch among them leaves it.
+    /// @return whether the service starts.
+    bool checkRequests() {
+        std::unique_ptr<State> state = startState();
+        const bool isStarted = checkNewInState(*state);
+        std::size_t patchCount = 0;
+        for (std::size_t index = 0; index < m_requestCount; ++index) {
+            if (isStarted) {
+                m_requestRules.check(index, state->node);
+            }
+            if (!isPatch(index)) {
+                continue;
+            }
+            if (++patchCount > maxPatches) {
+                m_findings.add(CheckRules::NotAllChecked, FilePlace{{"requests"}} / index,
+                               "only the first " + std::to_string(maxPatches) +
+                                   " patches of a file are checked",
+                               "check it in parts");
+                m_requestCount = index;
+                break;
+            }
+            std::unique_ptr<State> next = patched(*state, index);
+            checkPatch(*state, *next);
+            checkNewInState(*next);
+            state = std::move(next);
+        }
+        return isStarted;
     }
-    if (m_library.isExhausted()) {
-        m_findings.add(CheckRules::NotAllChecked, FilePlace(),
-                       "the file has too many frame formats and patches to ask the library about "
-                       "all of them",
-                       "check it in parts");
+
+    void checkAnswers() {
+        constexpr int warnings = 2;
+        std::unique_ptr<State> state = startState();
+        std::size_t lineCount = 0;
+        Replay(warnings).play(m_file, [&](const std::string& line) {
+            ++lineCount;
+            // The first line is the start of the service.
+            if (lineCount == 1 || lineCount - 2 >= m_requestCount) {
+                return;
+            }
+            const std::size_t index = lineCount - 2;
+            m_requestRules.checkAnswer(index, json::parse(line), state->node);
+            if (isPatch(index)) {
+                state = patched(*state, index);
+            }
+        });
     }
-    return m_findings.findings();
-}
+
+    std::unique_ptr<State> startState() const {
+        return std::make_unique<State>(m_file.channel, m_file.node, m_document, std::nullopt);
+    }
+
+    std::unique_ptr<State> patched(const State& before, std::size_t request) const {
+        SharedDocument document = before.document.patched(m_requests[request].at("file"));
+        const NodeAnswers& answers = std::get<Calls::Patch>(m_file.requests[request].call).answers;
+        return std::make_unique<State>(m_file.channel, answers, std::move(document), request);
+    }
+
+    bool isPatch(std::size_t request) const {
+        return std::holds_alternative<Calls::Patch>(m_file.requests[request].call);
+    }
+
+    /// What is wrong after a patch and was not before stands where the patch says it, or else is
+    /// the patch's as a whole.
+    FilePlace placeInPatch(const State& state, const FilePlace& place, std::string& message) const {
+        FilePlace inPatch = FilePlace{{"requests"}} / *state.patch / "file";
+        if (valueAt(m_requests[*state.patch].at("file"), place.path) != nullptr) {
+            inPatch.path.insert(inPatch.path.end(), place.path.begin(), place.path.end());
+        } else {
+            message = "after this patch, " + pointerText(place.path) + ": " + message;
+        }
+        return inPatch;
+    }
+
+    /// Each patch makes a radio of its own to check.
+    static constexpr std::size_t maxPatches = 64;
+
+    const RadioFile& m_file;
+    json m_requests;
+    SharedDocument m_document; ///< without its requests
+    FindingList m_findings;
+    FindingList m_seen; ///< on the radio, as if every patch were made in the file itself
+    LibraryRules m_library{m_seen};
+    RequestRules m_requestRules;
+    std::size_t m_requestCount; ///< that are checked
+};
+
+Check::Check(const RadioFile& file, json document)
+    : m_file(file)
+    , m_requests(takeRequests(document))
+    , m_document(std::move(document))
+    , m_requestRules(file, m_requests, m_library, m_seen, m_findings)
+    , m_requestCount(file.requests.size()) {}
 
 RadioFileCheck::PlacedFinding formFinding(std::string_view text, const RadioFileError& error) {
     const bool isSyntax = error.textPlace().has_value();
@@ -303,7 +288,7 @@ RadioFileCheck::PlacedFinding formFinding(std::string_view text, const RadioFile
 
 std::size_t RadioFileCheck::count(Severity severity) const {
     return static_cast<std::size_t>(
-        std::count_if(findings.begin(), findings.end(), [severity](const PlacedFinding& placed) {
+        std::ranges::count_if(findings, [severity](const PlacedFinding& placed) {
             return placed.finding.rule->severity == severity;
         }));
 }
@@ -335,10 +320,10 @@ RadioFileCheck RadioFileCheck::run(std::string_view text) {
         const TextPlace place = places.find(finding.place.path);
         result.findings.push_back({std::move(finding), place, true});
     }
-    std::stable_sort(result.findings.begin(), result.findings.end(),
-                     [](const PlacedFinding& left, const PlacedFinding& right) {
-                         return std::tie(left.textPlace.line, left.textPlace.column) <
-                                std::tie(right.textPlace.line, right.textPlace.column);
-                     });
+    std::ranges::stable_sort(result.findings,
+                             [](const PlacedFinding& left, const PlacedFinding& right) {
+                                 return std::tie(left.textPlace.line, left.textPlace.column) <
+                                        std::tie(right.textPlace.line, right.textPlace.column);
+                             });
     return result;
 }

@@ -3,6 +3,7 @@
 #include "AnalysisError.h"
 #include "DocumentPlaces.h"
 #include "Finding.h"
+#include "TextLook.h"
 
 #include <cstddef>
 #include <string>
@@ -30,3 +31,20 @@ struct RadioFileCheck {
     /// the rules look for, the radio as each of its patches leaves it included.
     static RadioFileCheck run(std::string_view text);
 };
+
+/// A radio file and what was found in it.
+struct CheckedFile {
+    std::string name; ///< on one line
+    RadioFileCheck check;
+};
+
+/// What every question says of a bad radio file, in the same words. The file must be one.
+std::string messageOf(const CheckedFile& file);
+
+/// For people and for editors: "FILE:LINE:COLUMN: SEVERITY: MESSAGE; REMEDY [CODE POINTER]" for
+/// each finding, then a line that counts them.
+std::string textForm(const CheckedFile& file, const TextLook& look);
+
+/// For programs: one JSON object for all files, and a line end. Keys stay as they are; new ones may
+/// come.
+std::string jsonForm(const std::vector<CheckedFile>& files);

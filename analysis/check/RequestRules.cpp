@@ -9,6 +9,8 @@
 #include "TextForms.h"
 #include "TraceTrouble.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <cstdlib>
 #include <string>
@@ -90,7 +92,7 @@ public:
     Visitor(RequestRules& rules, std::size_t index, const CheckedNode& node)
         : m_rules(rules)
         , m_place(placeOf(index))
-        , m_written(rules.written(index))
+        , m_written((*rules.m_requests)[index])
         , m_node(node) {}
 
     void operator()(const Calls::SetPowerCutback& call) {
@@ -144,7 +146,26 @@ public:
         }
     }
 
-    void operator()(const Calls::GetMinMaxOutputPowerVsModulationArray& call);
+    void operator()(const Calls::GetMinMaxOutputPowerVsModulationArray& call) {
+        const CheckedFrameFormat* const frameFormat = m_node.find(call.frameFormatId);
+        if (frameFormat == nullptr) {
+            add(CheckRules::NoFrameFormat, "frameFormatId",
+                "there is no frame format " + std::to_string(call.frameFormatId), knownIds(m_node));
+            return;
+        }
+        checkRange(call, *frameFormat);
+        if (m_written.contains("powerMap") &&
+            m_written.at("powerMap").size() != call.powerMap.size()) {
+            add(CheckRules::MapEntryTwice, "powerMap",
+                "the power map lists a code twice, and the last entry counts",
+                "remove one of the two");
+        }
+        if (m_written.contains("referenceSec")) {
+            NodeRules::checkClass(&m_written.at("referenceSec"), m_place / "referenceSec",
+                                  m_rules.m_findings);
+            checkClassCounts(*frameFormat, call.referenceSec, "referenceSec");
+        }
+    }
 
     template <class OtherCall>
     void operator()(const OtherCall&) {}
@@ -155,128 +176,104 @@ private:
         m_rules.m_findings.add(rule, m_place / key, message, remedy);
     }
 
-    void checkCutback(std::uint32_t cutback);
-    void checkStep(const char* key, std::int32_t value, const char* unit);
-    void checkModulation(Modulation modulation);
+    void checkCutback(std::uint32_t cutback) {
+        constexpr std::uint32_t oneDecibel = 100;
+        constexpr std::uint32_t tenthOfDecibel = 10;
+        if (cutback < oneDecibel && cutback % tenthOfDecibel != 0) {
+            add(CheckRules::OddStep, "cutback",
+                "a cutback of " + std::to_string(cutback) + " is " + Decibels::dB(cutback),
+                "cutbacks are in hundredths of a dB: " + std::to_string(cutback) + " dB is " +
+                    std::to_string(cutback * oneDecibel));
+        }
+        const std::optional<int> highest = highestPmax(m_node);
+        if (!highest) {
+            return;
+        }
+        const std::int64_t room = std::int64_t{*highest} - minOutputPower(m_node);
+        // A minimum above every Pmax is another fault than the cutback.
+        if (room >= 0 && std::int64_t{cutback} > room) {
+            add(CheckRules::CutbackTooLarge, "cutback",
+                "a cutback of " + Decibels::dB(cutback) +
+                    " takes every modulation below the minimum: the highest Pmax, " +
+                    Decibels::dBm(*highest) + ", is " + Decibels::dB(room) + " above it",
+                "cutbacks are in hundredths of a dB");
+        }
+    }
+
+    void checkStep(const char* key, std::int32_t value, const char* unit) {
+        constexpr std::int64_t one = 100;
+        constexpr std::int64_t tenth = 10;
+        const std::int64_t hundredths = value;
+        const bool isSmall = hundredths != 0 && std::abs(hundredths) < one;
+        if (!isSmall && hundredths % tenth == 0) {
+            return;
+        }
+        const std::string shown =
+            unit == std::string("dB") ? Decibels::dB(hundredths) : Decibels::dBm(hundredths);
+        add(CheckRules::OddStep, key,
+            "the booster's " + std::string(key) + " of " + std::to_string(value) + " is " + shown,
+            isSmall ? "figures are in hundredths: " + std::to_string(value) + " " + unit + " is " +
+                          std::to_string(hundredths * one)
+                    : "figures are in hundredths, and boosters are specified in steps of 0.1 " +
+                          std::string(unit));
+    }
+
+    void checkModulation(Modulation modulation) {
+        const CheckedFrameFormat* const configured = m_node.configured();
+        if (configured != nullptr && !configured->carries(modulation)) {
+            add(CheckRules::ModulationNotCarried, "modulation",
+                "the configured frame format has no code for " + CheckText::of(modulation),
+                "ask for the modulation of one of its modulationAndCodes");
+        }
+    }
+
     void checkRange(const Calls::GetMinMaxOutputPowerVsModulationArray& call,
-                    const CheckedFrameFormat& frameFormat);
+                    const CheckedFrameFormat& frameFormat) {
+        const AcmHandlerAnswers::Range selected = selectedRange(m_node);
+        const bool isMinGiven = isDefined(call.minModulationAndCode);
+        const bool isMaxGiven = isDefined(call.maxModulationAndCode);
+        const ModulationAndCoding min = isMinGiven ? call.minModulationAndCode : selected.min;
+        const ModulationAndCoding max = isMaxGiven ? call.maxModulationAndCode : selected.max;
+        if ((isMinGiven || isMaxGiven) && isDefined(min) && isDefined(max) && min.code > max.code) {
+            const char* const isSelected = " (as selected)";
+            add(CheckRules::RequestReversed,
+                isMinGiven ? "minModulationAndCode" : "maxModulationAndCode",
+                "the minimum, " + CheckText::of(min) + (isMinGiven ? "" : isSelected) +
+                    ", is above the maximum, " + CheckText::of(max) +
+                    (isMaxGiven ? "" : isSelected),
+                "exchange the two, or give both");
+        }
+        for (const auto& [key, code, isGiven] :
+             {std::tuple{"minModulationAndCode", min, isMinGiven},
+              std::tuple{"maxModulationAndCode", max, isMaxGiven}}) {
+            if (isGiven && frameFormat.codes && !frameFormat.carries(code)) {
+                add(CheckRules::RequestNotCarried, key,
+                    frameFormat.name() + " has no code " + CheckText::of(code),
+                    "take one of its modulationAndCodes");
+            }
+        }
+    }
+
     void checkClassCounts(const CheckedFrameFormat& frameFormat, EReferenceSEC rsec,
-                          const char* key);
+                          const char* key) {
+        if (rsec == EReferenceSEC::UNDEFINED) {
+            return;
+        }
+        const auto table = m_rules.m_library.powersOf(m_node, frameFormat, rsec);
+        if (table && table->usedRsec && *table->usedRsec != convertRsecEnumToString(rsec)) {
+            add(CheckRules::ClassIgnored, key,
+                "class " + CheckText::of(rsec) + " does not count: on " +
+                    CheckText::of(table->market) + " the powers are calculated with class " +
+                    *table->usedRsec,
+                "nothing to do, or compare the market");
+        }
+    }
 
     RequestRules& m_rules;
     FilePlace m_place;
     const nlohmann::json& m_written;
     const CheckedNode& m_node;
 };
-
-void RequestRules::Visitor::checkCutback(std::uint32_t cutback) {
-    constexpr std::uint32_t oneDecibel = 100;
-    constexpr std::uint32_t tenthOfDecibel = 10;
-    if (cutback < oneDecibel && cutback % tenthOfDecibel != 0) {
-        add(CheckRules::OddStep, "cutback",
-            "a cutback of " + std::to_string(cutback) + " is " + Decibels::dB(cutback),
-            "cutbacks are in hundredths of a dB: " + std::to_string(cutback) + " dB is " +
-                std::to_string(cutback * oneDecibel));
-    }
-    const std::optional<int> highest = highestPmax(m_node);
-    if (!highest) {
-        return;
-    }
-    const std::int64_t room = std::int64_t{*highest} - minOutputPower(m_node);
-    // A minimum above every Pmax is another fault than the cutback.
-    if (room >= 0 && std::int64_t{cutback} > room) {
-        add(CheckRules::CutbackTooLarge, "cutback",
-            "a cutback of " + Decibels::dB(cutback) +
-                " takes every modulation below the minimum: the highest Pmax, " +
-                Decibels::dBm(*highest) + ", is " + Decibels::dB(room) + " above it",
-            "cutbacks are in hundredths of a dB");
-    }
-}
-
-void RequestRules::Visitor::checkStep(const char* key, std::int32_t value, const char* unit) {
-    constexpr std::int64_t one = 100;
-    constexpr std::int64_t tenth = 10;
-    const std::int64_t hundredths = value;
-    const bool isSmall = hundredths != 0 && std::abs(hundredths) < one;
-    if (!isSmall && hundredths % tenth == 0) {
-        return;
-    }
-    const std::string shown =
-        unit == std::string("dB") ? Decibels::dB(hundredths) : Decibels::dBm(hundredths);
-    add(CheckRules::OddStep, key,
-        "the booster's " + std::string(key) + " of " + std::to_string(value) + " is " + shown,
-        isSmall ? "figures are in hundredths: " + std::to_string(value) + " " + unit + " is " +
-                      std::to_string(hundredths * one)
-                : "figures are in hundredths, and boosters are specified in steps of 0.1 " +
-                      std::string(unit));
-}
-
-void RequestRules::Visitor::checkModulation(Modulation modulation) {
-    const CheckedFrameFormat* const configured = m_node.configured();
-    if (configured != nullptr && !configured->carries(modulation)) {
-        add(CheckRules::ModulationNotCarried, "modulation",
-            "the configured frame format has no code for " + CheckText::of(modulation),
-            "ask for the modulation of one of its modulationAndCodes");
-    }
-}
-
-void RequestRules::Visitor::checkRange(const Calls::GetMinMaxOutputPowerVsModulationArray& call,
-                                       const CheckedFrameFormat& frameFormat) {
-    const AcmHandlerAnswers::Range selected = selectedRange(m_node);
-    const bool isMinGiven = isDefined(call.minModulationAndCode);
-    const bool isMaxGiven = isDefined(call.maxModulationAndCode);
-    const ModulationAndCoding min = isMinGiven ? call.minModulationAndCode : selected.min;
-    const ModulationAndCoding max = isMaxGiven ? call.maxModulationAndCode : selected.max;
-    if ((isMinGiven || isMaxGiven) && isDefined(min) && isDefined(max) && min.code > max.code) {
-        const char* const isSelected = " (as selected)";
-        add(CheckRules::RequestReversed,
-            isMinGiven ? "minModulationAndCode" : "maxModulationAndCode",
-            "the minimum, " + CheckText::of(min) + (isMinGiven ? "" : isSelected) +
-                ", is above the maximum, " + CheckText::of(max) + (isMaxGiven ? "" : isSelected),
-            "exchange the two, or give both");
-    }
-    for (const auto& [key, code, isGiven] : {std::tuple{"minModulationAndCode", min, isMinGiven},
-                                             std::tuple{"maxModulationAndCode", max, isMaxGiven}}) {
-        if (isGiven && frameFormat.codes && !frameFormat.carries(code)) {
-            add(CheckRules::RequestNotCarried, key,
-                frameFormat.name() + " has no code " + CheckText::of(code),
-                "take one of its modulationAndCodes");
-        }
-    }
-}
-
-void RequestRules::Visitor::checkClassCounts(const CheckedFrameFormat& frameFormat,
-                                             EReferenceSEC rsec, const char* key) {
-    if (rsec == EReferenceSEC::UNDEFINED) {
-        return;
-    }
-    const auto table = m_rules.m_library.powersOf(m_node, frameFormat, rsec);
-    if (table && table->usedRsec && *table->usedRsec != convertRsecEnumToString(rsec)) {
-        add(CheckRules::ClassIgnored, key,
-            "class " + CheckText::of(rsec) + " does not count: on " + CheckText::of(table->market) +
-                " the powers are calculated with class " + *table->usedRsec,
-            "nothing to do, or compare the market");
-    }
-}
-
-void RequestRules::Visitor::operator()(const Calls::GetMinMaxOutputPowerVsModulationArray& call) {
-    const CheckedFrameFormat* const frameFormat = m_node.find(call.frameFormatId);
-    if (frameFormat == nullptr) {
-        add(CheckRules::NoFrameFormat, "frameFormatId",
-            "there is no frame format " + std::to_string(call.frameFormatId), knownIds(m_node));
-        return;
-    }
-    checkRange(call, *frameFormat);
-    if (m_written.contains("powerMap") && m_written.at("powerMap").size() != call.powerMap.size()) {
-        add(CheckRules::MapEntryTwice, "powerMap",
-            "the power map lists a code twice, and the last entry counts", "remove one of the two");
-    }
-    if (m_written.contains("referenceSec")) {
-        NodeRules::checkClass(&m_written.at("referenceSec"), m_place / "referenceSec",
-                              m_rules.m_findings);
-        checkClassCounts(*frameFormat, call.referenceSec, "referenceSec");
-    }
-}
 
 RequestRules::RequestRules(const RadioFile& file, const nlohmann::json& requests,
                            LibraryRules& library, const FindingList& known, FindingList& findings)
@@ -296,7 +293,7 @@ bool RequestRules::isKnownToFail(std::size_t index, const CheckedNode& node) con
     const Calls::Any& call = m_file.requests[index].call;
     const std::vector<Finding>& known = m_known.findings();
     if (std::holds_alternative<Calls::Initialize>(call)) {
-        return std::any_of(known.begin(), known.end(), [](const Finding& finding) {
+        return std::ranges::any_of(known, [](const Finding& finding) {
             return finding.rule == &CheckRules::DoesNotStart;
         });
     }
@@ -306,7 +303,7 @@ bool RequestRules::isKnownToFail(std::size_t index, const CheckedNode& node) con
     if (frameFormat == nullptr) {
         return true; // there is no such frame format
     }
-    return std::any_of(known.begin(), known.end(), [frameFormat](const Finding& finding) {
+    return std::ranges::any_of(known, [frameFormat](const Finding& finding) {
         return (finding.rule == &CheckRules::ArrayFails ||
                 finding.rule == &CheckRules::UnknownDpd) &&
                finding.place.isWithin(frameFormat->place);
@@ -354,11 +351,10 @@ void RequestRules::checkMinimum(std::size_t index, const nlohmann::json& line,
     const CheckedFrameFormat* const frameFormat =
         node.find(array == nullptr ? 0 : array->frameFormatId);
     const std::vector<Finding>& known = m_known.findings();
-    const bool isKnown =
-        std::any_of(known.begin(), known.end(), [frameFormat](const Finding& finding) {
-            return finding.rule == &CheckRules::BelowMinimum && frameFormat != nullptr &&
-                   finding.place.isWithin(frameFormat->place);
-        });
+    const bool isKnown = std::ranges::any_of(known, [frameFormat](const Finding& finding) {
+        return finding.rule == &CheckRules::BelowMinimum && frameFormat != nullptr &&
+               finding.place.isWithin(frameFormat->place);
+    });
     if (!isKnown) {
         m_findings.add(CheckRules::BelowMinimum, placeOf(index),
                        "the lowest maximum power of the answer, " + Decibels::dBm(*lowest) +

@@ -3,7 +3,7 @@
 #include "CheckedNode.h"
 #include "LibraryRules.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -28,7 +28,6 @@ private:
     class Visitor;
 
     static FilePlace placeOf(std::size_t index) { return FilePlace{{"requests"}} / index; }
-    const nlohmann::json& written(std::size_t index) const { return (*m_requests)[index]; }
     bool isKnownToFail(std::size_t index, const CheckedNode& node) const;
     void checkMinimum(std::size_t index, const nlohmann::json& line, const CheckedNode& node);
 

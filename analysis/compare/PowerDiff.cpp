@@ -141,5 +141,5 @@ PowerDiff PowerDiff::between(const RadioCase& before, const RadioCase& after) {
 
 bool PowerDiff::isEqual() const {
     return before.minOutputPower == after.minOutputPower &&
-           std::all_of(rows.begin(), rows.end(), [](const Row& row) { return row.isSamePower(); });
+           std::ranges::all_of(rows, [](const Row& row) { return row.isSamePower(); });
 }

@@ -169,8 +169,7 @@ std::string changesText(const PowerDiff& diff) {
         const std::string name = convertCodeAndModulationEnumToString(row.modulationAndCode);
         const std::string steps = stepsText(row);
         const auto same =
-            std::find_if(namesAndSteps.begin(), namesAndSteps.end(),
-                         [&steps](const auto& known) { return known.second == steps; });
+            std::ranges::find(namesAndSteps, steps, &std::pair<std::string, std::string>::second);
         if (same == namesAndSteps.end()) {
             namesAndSteps.emplace_back(name, steps);
         } else {
@@ -188,8 +187,8 @@ std::string verdict(const PowerDiff& diff) {
     if (diff.isEqual()) {
         return "The powers are equal.\n";
     }
-    const auto count = std::count_if(diff.rows.begin(), diff.rows.end(),
-                                     [](const PowerDiff::Row& row) { return !row.isSamePower(); });
+    const auto count = std::ranges::count_if(
+        diff.rows, [](const PowerDiff::Row& row) { return !row.isSamePower(); });
     const bool isSameMinimum = diff.before.minOutputPower == diff.after.minOutputPower;
     return std::to_string(count) + " of " + std::to_string(diff.rows.size()) +
            " maximum powers differ, the minimum power does " + (isSameMinimum ? "not" : "too") +

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "AnalysisError.h"
-#include "AskedInputs.h"
+#include "Arguments.h"
 #include "InputAxis.h"
 
 #include <cstddef>
@@ -55,3 +55,13 @@ struct Sweep {
     std::vector<Line> lines;   ///< one or two
     std::vector<Point> points; ///< the first line's values run fastest
 };
+
+/// A sweep for people: what all powers have in common, then one column for each value of the first
+/// input, and one block for each value of the second.
+std::string textForm(const Sweep& sweep);
+
+/// A sweep for spreadsheets, in long form: one line for each modulation-and-code of each point.
+std::string csvForm(const Sweep& sweep);
+
+/// A sweep for programs: one JSON object and a line end.
+std::string jsonForm(const Sweep& sweep);

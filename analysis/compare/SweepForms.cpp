@@ -1,4 +1,4 @@
-#include "SweepForms.h"
+#include "Sweep.h"
 
 #include "Decibels.h"
 #include "ExplanationForms.h"
@@ -11,12 +11,10 @@ using enum Shown;
 using TableRow = PowerTable::Row;
 
 bool holdsEverywhere(const Heading::value_type& line, const Sweep& sweep) {
-    return std::all_of(sweep.points.begin(), sweep.points.end(),
-                       [&line](const Sweep::Point& point) {
-                           const Heading heading = headingOf(point.powers.table);
-                           return !point.trouble.empty() ||
-                                  std::find(heading.begin(), heading.end(), line) != heading.end();
-                       });
+    return std::ranges::all_of(sweep.points, [&line](const Sweep::Point& point) {
+        const Heading heading = headingOf(point.powers.table);
+        return !point.trouble.empty() || std::ranges::find(heading, line) != heading.end();
+    });
 }
 
 /// What holds for all powers; what does not, as it is without the sweep.
@@ -32,10 +30,9 @@ Heading commonHeading(const Sweep& sweep) {
 
 /// Whether the values of the sweep lead to different families of calculators.
 bool isOverFamilies(const Sweep& sweep) {
-    return std::any_of(
-        sweep.points.begin(), sweep.points.end(), [&sweep](const Sweep::Point& point) {
-            return point.powers.table.family.className != sweep.asIs.family.className;
-        });
+    return std::ranges::any_of(sweep.points, [&sweep](const Sweep::Point& point) {
+        return point.powers.table.family.className != sweep.asIs.family.className;
+    });
 }
 
 std::string powerText(const std::optional<long>& power) {

@@ -24,7 +24,7 @@ std::vector<std::string> mismatchesOf(const std::vector<Explanation>& explanatio
     for (const Explanation& explanation : explanations) {
         const std::string line = "the steps for " + convertAcmEnumToString(explanation.modulation) +
                                  " do not add up: " + explanation.mismatch;
-        if (!explanation.addsUp() && std::find(lines.begin(), lines.end(), line) == lines.end()) {
+        if (!explanation.addsUp() && std::ranges::find(lines, line) == lines.end()) {
             lines.push_back(line);
         }
     }

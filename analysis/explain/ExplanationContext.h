@@ -43,9 +43,6 @@ struct ExplanationContext {
     std::optional<std::int32_t> channelSpacing; ///< in MHz
     std::optional<Radio> radio;
 
-    /// Pmax of a modulation, by a further query to the library; nothing if there is no row or no
-    /// radio.
-    std::optional<std::int32_t> askForPmax(Modulation modulation);
-
-    std::map<Modulation, std::optional<std::int32_t>> pmax = {}; ///< asked for so far
+    std::map<Modulation, std::optional<std::int32_t>> pmax =
+        {}; ///< asked for so far; nothing: no row
 };

@@ -32,9 +32,7 @@ const char* textOf(Basis basis) {
 }
 
 std::string markOf(Basis basis) {
-    const auto* const found =
-        std::find_if(basisMarks.begin(), basisMarks.end(),
-                     [basis](const BasisMark& candidate) { return candidate.basis == basis; });
+    const auto* const found = std::ranges::find(basisMarks, basis, &BasisMark::basis);
     return found == basisMarks.end() ? "" : found->mark;
 }
 
@@ -180,10 +178,9 @@ std::vector<Group> groupsOf(const ExplainedTable& explained) {
     std::vector<Group> groups;
     for (std::size_t index = 0; index < explained.table.rows.size(); ++index) {
         const Explanation& explanation = explained.explanations[index];
-        const auto found =
-            std::find_if(groups.begin(), groups.end(), [&explanation](const Group& group) {
-                return isSame(*group.explanation, explanation);
-            });
+        const auto found = std::ranges::find_if(groups, [&explanation](const Group& group) {
+            return isSame(*group.explanation, explanation);
+        });
         Group& group =
             found == groups.end() ? groups.emplace_back(Group{&explanation, {}}) : *found;
         group.rows.push_back(&explained.table.rows[index]);
@@ -206,10 +203,11 @@ std::string titleOf(const Group& group) {
 
 bool uses(const Explanation& explanation, Basis basis) {
     const auto has = [basis](const auto& figure) { return figure.basis == basis; };
-    return std::any_of(explanation.lookups.begin(), explanation.lookups.end(), has) ||
-           std::any_of(explanation.steps.begin(), explanation.steps.end(), has) ||
-           std::any_of(explanation.ofSelected.begin(), explanation.ofSelected.end(),
-                       [basis](const Explanation& selected) { return uses(selected, basis); });
+    return std::ranges::any_of(explanation.lookups, has) ||
+           std::ranges::any_of(explanation.steps, has) ||
+           std::ranges::any_of(explanation.ofSelected, [basis](const Explanation& selected) {
+               return uses(selected, basis);
+           });
 }
 
 Datum datumOf(const Explanation::Lookup& lookup) {
@@ -306,9 +304,10 @@ std::string textForm(const std::string& title, const Explanation& explanation,
 std::string legendOf(const std::vector<Explanation>& explanations) {
     std::string text;
     for (const BasisMark& mark : basisMarks) {
-        const bool isUsed = std::any_of(
-            explanations.begin(), explanations.end(),
-            [&mark](const Explanation& explanation) { return uses(explanation, mark.basis); });
+        const bool isUsed =
+            std::ranges::any_of(explanations, [&mark](const Explanation& explanation) {
+                return uses(explanation, mark.basis);
+            });
         if (isUsed) {
             text += std::string(mark.mark).substr(1) + " " + mark.meaning + '\n';
         }

@@ -4,6 +4,7 @@
 #include "Node.h"
 #include "TraceText.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace {
@@ -32,22 +33,22 @@ std::optional<std::size_t> rowOf(const std::vector<int>& integers, Modulation mo
 
 } // namespace
 
-RadioFilePlaces::RadioFilePlaces(const RadioFile& file, const std::vector<TraceRecord>& startTrace)
+RadioFilePlaces::RadioFilePlaces(const RadioFile& file, const std::vector<TraceRecord>& startTrace,
+                                 EDpdVersion dpdVersion, EFrameFormatMarket market)
     : m_file(file) {
-    readStart(startTrace);
-}
-
-void RadioFilePlaces::readStart(const std::vector<TraceRecord>& startTrace) {
+    // DPD 3 has no tables of its own, and every market but ANSI reads the ETSI one.
+    const std::int64_t version = std::min<std::int64_t>(static_cast<std::int32_t>(dpdVersion), 2);
+    const std::int64_t ansi = market == EFrameFormatMarket::Ansi ? 1 : 0;
     Fetched* current = nullptr;
     for (const TraceRecord& record : startTrace) {
         const std::string& text = record.text;
         if (record.kind != TraceRecord::Kind::Raw) {
             continue;
         }
-        if (const auto dpdVersion = TraceText::numberAfter(text, "m_dpdVersion = ")) {
-            current = &m_fetched[{*dpdVersion,
-                                  TraceText::numberBehind(text, "m_market = ").value_or(-1)}];
-            *current = {};
+        if (const auto named = TraceText::numberAfter(text, "m_dpdVersion = ")) {
+            const bool isAsked = *named == version &&
+                                 TraceText::numberBehind(text, "m_market = ").value_or(-1) == ansi;
+            current = isAsked ? &m_fetched.emplace() : nullptr;
             continue;
         }
         const auto table = TraceText::numberAfter(text, "PmaxTable with value ");
@@ -63,28 +64,18 @@ void RadioFilePlaces::readStart(const std::vector<TraceRecord>& startTrace) {
     }
 }
 
-/// DPD 3 has no tables of its own, and every market but ANSI reads the ETSI one.
-const RadioFilePlaces::Fetched* RadioFilePlaces::fetched(EDpdVersion dpdVersion,
-                                                         EFrameFormatMarket market) const {
-    const std::int64_t version = std::min<std::int64_t>(static_cast<std::int32_t>(dpdVersion), 2);
-    const std::int64_t ansi = market == EFrameFormatMarket::Ansi ? 1 : 0;
-    const auto found = m_fetched.find({version, ansi});
-    return found == m_fetched.end() ? nullptr : &found->second;
-}
-
-std::string RadioFilePlaces::pmaxTable(EDpdVersion dpdVersion, EFrameFormatMarket market) const {
-    const Fetched* const source = fetched(dpdVersion, market);
-    if (source == nullptr) {
+std::string RadioFilePlaces::pmaxTable() const {
+    if (!m_fetched) {
         return {};
     }
     std::string failed;
-    for (const int table : source->failed) {
+    for (const int table : m_fetched->failed) {
         failed += (failed.empty() ? "" : ", ") + std::string(tableOf(table).key);
     }
-    if (!source->table) {
+    if (!m_fetched->table) {
         return "no table: the radio refuses " + failed;
     }
-    const PmaxTableName& table = tableOf(*source->table);
+    const PmaxTableName& table = tableOf(*m_fetched->table);
     std::string words = table.key;
     if (!failed.empty()) {
         words += " (fallback: the radio refuses " + failed + ")";
@@ -95,13 +86,11 @@ std::string RadioFilePlaces::pmaxTable(EDpdVersion dpdVersion, EFrameFormatMarke
     return words;
 }
 
-std::string RadioFilePlaces::pmaxRow(EDpdVersion dpdVersion, EFrameFormatMarket market,
-                                     Modulation modulation, std::int32_t power) const {
-    const Fetched* const source = fetched(dpdVersion, market);
-    if (source == nullptr || !source->table || !m_file.node.capabilityHandler) {
+std::string RadioFilePlaces::pmaxRow(Modulation modulation, std::int32_t power) const {
+    if (!m_fetched || !m_fetched->table || !m_file.node.capabilityHandler) {
         return {};
     }
-    const PmaxTableName& table = tableOf(*source->table);
+    const PmaxTableName& table = tableOf(*m_fetched->table);
     const auto& answer = (*m_file.node.capabilityHandler).*table.answer;
     const auto* const integers = answer ? std::get_if<std::vector<int>>(&*answer) : nullptr;
     const auto row = integers == nullptr ? std::nullopt : rowOf(*integers, modulation, power);
@@ -117,18 +106,13 @@ std::string RadioFilePlaces::pmaxRow(EDpdVersion dpdVersion, EFrameFormatMarket 
     return pointerText(path);
 }
 
-std::string RadioFilePlaces::pmaxTableKey(EDpdVersion dpdVersion, EFrameFormatMarket market) const {
-    const Fetched* const source = fetched(dpdVersion, market);
-    return source != nullptr && source->table ? tableOf(*source->table).key : "";
+std::string RadioFilePlaces::pmaxTableKey() const {
+    return m_fetched && m_fetched->table ? tableOf(*m_fetched->table).key : "";
 }
 
 RadioFilePlaces::PmaxAnswer RadioFilePlaces::pmaxAnswer(const std::string& tableKey) {
-    for (const PmaxTableName& table : pmaxTables) {
-        if (tableKey == table.key) {
-            return table.answer;
-        }
-    }
-    return nullptr;
+    const auto* const table = std::ranges::find(pmaxTables, tableKey, &PmaxTableName::key);
+    return table == pmaxTables.end() ? nullptr : table->answer;
 }
 
 std::string RadioFilePlaces::compensation(EChannelSpacingType spacing,

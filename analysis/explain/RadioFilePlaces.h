@@ -8,10 +8,8 @@
 #include "RadioFile.h"
 
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 /// Where in a radio file the figures stand that the library reports, as JSON Pointers. A place is
@@ -20,17 +18,18 @@ class RadioFilePlaces {
 public:
     /// @param startTrace what the library reported while the service started: which Pmax tables it
     ///        took.
-    RadioFilePlaces(const RadioFile& file, const std::vector<TraceRecord>& startTrace);
+    /// @param dpdVersion and market of the frame format that is asked for.
+    RadioFilePlaces(const RadioFile& file, const std::vector<TraceRecord>& startTrace,
+                    EDpdVersion dpdVersion, EFrameFormatMarket market);
 
     /// The Pmax table that the service looks up in, in words, with the fallback that led to it.
-    std::string pmaxTable(EDpdVersion dpdVersion, EFrameFormatMarket market) const;
+    std::string pmaxTable() const;
 
     /// The power of a modulation's row in that table; empty if the row is not found.
-    std::string pmaxRow(EDpdVersion dpdVersion, EFrameFormatMarket market, Modulation modulation,
-                        std::int32_t power) const;
+    std::string pmaxRow(Modulation modulation, std::int32_t power) const;
 
     /// The key of that table; empty without one.
-    std::string pmaxTableKey(EDpdVersion dpdVersion, EFrameFormatMarket market) const;
+    std::string pmaxTableKey() const;
 
     using PmaxAnswer = std::optional<CapabilityHandlerAnswers::Pmax> CapabilityHandlerAnswers::*;
 
@@ -51,9 +50,6 @@ private:
         std::vector<int> failed;
     };
 
-    void readStart(const std::vector<TraceRecord>& startTrace);
-    const Fetched* fetched(EDpdVersion dpdVersion, EFrameFormatMarket market) const;
-
     const RadioFile& m_file;
-    std::map<std::pair<std::int64_t, std::int64_t>, Fetched> m_fetched; ///< by DPD and market
+    std::optional<Fetched> m_fetched; ///< nothing if the trace does not tell
 };

@@ -19,7 +19,7 @@ std::string markWith(std::size_t number) {
 } // namespace
 
 std::size_t textWidth(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), Utf8::beginsCharacter));
+    return static_cast<std::size_t>(std::ranges::count_if(text, Utf8::beginsCharacter));
 }
 
 std::string padded(const std::string& text, std::size_t width, Align align) {
@@ -82,7 +82,7 @@ std::string FootNotes::markOf(const std::string& remark) {
     if (remark.empty()) {
         return {};
     }
-    const auto found = std::find(m_remarks.begin(), m_remarks.end(), remark);
+    const auto found = std::ranges::find(m_remarks, remark);
     const auto index = static_cast<std::size_t>(std::distance(m_remarks.begin(), found));
     if (found == m_remarks.end()) {
         m_remarks.push_back(remark);

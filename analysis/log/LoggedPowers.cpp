@@ -1,5 +1,6 @@
 #include "LoggedPowers.h"
 
+#include "CalculationStory.h"
 #include "ModulationAndCoding.h"
 #include "TraceText.h"
 
@@ -45,10 +46,10 @@ Power answerTo(const LoggedCall& call, const QueryTrace& trace, std::size_t inde
     if (map == call.answer.end()) {
         return integerOf(call.answer, call.name == "getUnrestrictedPmax" ? "pmax" : "maxPower");
     }
-    const auto times = std::count_if(trace.calculations.begin(), trace.calculations.end(),
-                                     [modulation](const QueryTrace::Calculation& calculation) {
-                                         return calculation.figures.modulation == modulation;
-                                     });
+    const auto times = std::ranges::count_if(
+        trace.calculations, [modulation](const QueryTrace::Calculation& calculation) {
+            return calculation.figures.modulation == modulation;
+        });
     return times == 1 && map->is_array() ? powerInMap(*map, modulation) : Power();
 }
 
@@ -65,9 +66,8 @@ std::optional<std::int32_t> channelSpacingIn(const std::vector<TraceRecord>& rec
 }
 
 bool holdsEntries(const std::vector<TraceRecord>& records) {
-    return std::any_of(records.begin(), records.end(), [](const TraceRecord& record) {
-        return record.kind == TraceRecord::Kind::Enter;
-    });
+    return std::ranges::any_of(
+        records, [](const TraceRecord& record) { return record.kind == TraceRecord::Kind::Enter; });
 }
 
 void findGaps(const LoggedCall& call, LoggedPowers& powers) {
@@ -94,15 +94,15 @@ LoggedPowers LoggedPowers::of(const LoggedCall& call, const LoggedInputs& inputs
     powers.arguments = call.arguments;
     powers.trace = QueryTrace::read(call.records);
 
-    ExplanationMaker maker(
-        {inputs.cutback(), inputs.booster(), channelSpacingIn(call.records), std::nullopt});
+    ExplanationContext context{inputs.cutback(), inputs.booster(), channelSpacingIn(call.records),
+                               std::nullopt};
     // A query through the modulation-and-codes starts with 0 in hand; what a caller of the others
     // passed is not known.
     Power carried = call.name == "getMinMaxOutputPowerVsModulationArray" ? Power(0) : std::nullopt;
     for (std::size_t index = 0; index < powers.trace.calculations.size(); ++index) {
         const QueryTrace::Calculation& calculation = powers.trace.calculations[index];
         powers.explanations.push_back(
-            maker.explain(calculation, answerTo(call, powers.trace, index), carried));
+            explanationOf(context, calculation, answerTo(call, powers.trace, index), carried));
         if (!calculation.failed) {
             carried = powers.explanations.back().answer;
         }

@@ -2,6 +2,7 @@
 
 #include "Explanation.h"
 #include "QueryTrace.h"
+#include "TextLook.h"
 #include "TraceLog.h"
 
 #include <string>
@@ -19,3 +20,9 @@ struct LoggedPowers {
     std::vector<Explanation> explanations; ///< one for each calculation, in order
     std::vector<std::string> gaps;         ///< what the log does not hold, in words
 };
+
+/// The powers of one query in a log, for people.
+std::string textForm(const LoggedPowers& powers, const TextLook& look);
+
+/// The same for programs: one JSON object, without line ends but for the last.
+std::string jsonLine(const LoggedPowers& powers);

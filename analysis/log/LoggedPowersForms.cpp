@@ -1,4 +1,4 @@
-#include "LoggedPowersForms.h"
+#include "LoggedPowers.h"
 
 #include "Decibels.h"
 #include "ExplanationForms.h"

@@ -26,7 +26,7 @@ constexpr std::array<std::string_view, 6> otherCalls = {
     "setTemperature", "setBoosterPresence"};
 
 bool isOneOf(std::string_view word, const auto& words) {
-    return std::find(words.begin(), words.end(), word) != words.end();
+    return std::ranges::find(words, word) != words.end();
 }
 
 /// Whether a record is the first of a call.

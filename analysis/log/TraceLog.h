@@ -1,7 +1,8 @@
 #pragma once
 
 #include "DeskTrace.h"
-#include "ExplanationMaker.h"
+#include "ExplanationContext.h"
+#include "OperatingInputs.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,6 +1,5 @@
 #include "Decibels.h"
-#include "PlotForms.h"
-#include "PlotScale.h"
+#include "PowerPlot.h"
 #include "TextColumns.h"
 
 #include <algorithm>
@@ -30,18 +29,113 @@ class Blocks {
 public:
     Blocks(const PowerPlot& plot, const TextLook& look);
 
-    std::string draw() const;
+    std::string draw() const {
+        std::string text = m_look.styled(wrapped(m_plot.title, m_look.width), TextStyle::Bold) +
+                           '\n' + conditions() + "\nMaximum power in dBm over modulation" +
+                           (m_plot.over.empty() ? "" : " and " + m_plot.over) + "\n\n";
+        for (std::size_t step = 0; step < m_plot.modulations.size(); ++step) {
+            if (!m_plot.over.empty()) {
+                text += m_plot.modulations[step] + '\n';
+            }
+            for (const PowerPlot::Series& series : m_plot.series) {
+                text += lineOf(series, step);
+            }
+        }
+        return text + axis() + '\n' + legend();
+    }
 
 private:
-    static PlotScale scaleOf(const PowerPlot& plot, std::int64_t columns);
-    std::string labelOf(const PowerPlot::Series& series, std::size_t step) const;
-    std::string numberOf(const PowerPlot::Series& series) const;
-    std::size_t indexOf(Rule rule) const;
-    std::string barOf(const PowerPlot::Series& series, const PowerPlot::Step& step) const;
-    std::string lineOf(const PowerPlot::Series& series, std::size_t step) const;
-    std::string conditions() const;
-    std::string axis() const;
-    std::string legend() const;
+    std::string labelOf(const PowerPlot::Series& series, std::size_t step) const {
+        if (m_plot.over.empty()) {
+            return m_plot.modulations[step];
+        }
+        return "  " + (m_hasLongLabels ? numberOf(series) : series.label);
+    }
+
+    std::string numberOf(const PowerPlot::Series& series) const {
+        return std::to_string(&series - m_plot.series.data() + 1);
+    }
+
+    std::string barOf(const PowerPlot::Series& series, const PowerPlot::Step& step) const {
+        const std::int64_t length = step.power ? m_scale.placeOf(*step.power, m_barWidth) : 0;
+        const std::int64_t floor =
+            series.minimum ? std::min(m_scale.placeOf(*series.minimum, m_barWidth), m_barWidth - 1)
+                           : -1;
+        const std::size_t index = m_plot.placeOf(step.rule);
+        const auto styled = [this, index](const std::string& text) {
+            return m_look.styled(text, colors[index % std::size(colors)]);
+        };
+        const std::string shade = shades[index % std::size(shades)];
+        if (floor < 0) {
+            return styled(repeated(shade, length));
+        }
+        // The minimum is a mark across the bars.
+        if (length <= floor) {
+            return styled(repeated(shade, length)) + repeated(" ", floor - length) + "│";
+        }
+        return styled(repeated(shade, floor)) + "│" + styled(repeated(shade, length - floor - 1));
+    }
+
+    std::string lineOf(const PowerPlot::Series& series, std::size_t step) const {
+        const PowerPlot::Step& shown = series.steps[step];
+        std::string line =
+            padded(labelOf(series, step), m_labelWidth, Align::Left) + "  " +
+            padded(shown.power ? Decibels::format(*shown.power) : "-", m_powerWidth, Align::Right) +
+            ' ' + letterOf(m_plot.placeOf(shown.rule)) + ' ';
+        line += barOf(series, shown);
+        return line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
+    }
+
+    std::string conditions() const {
+        std::string text;
+        for (const std::string& line : m_plot.conditionLines(m_look.width)) {
+            text += wrapped(line, m_look.width) + '\n';
+        }
+        return text;
+    }
+
+    std::string axis() const {
+        std::string ruler(static_cast<std::size_t>(m_barWidth) + columnsOfTick, ' ');
+        std::string numbers = ruler;
+        for (const std::int64_t tick : m_scale.ticks()) {
+            const auto place = static_cast<std::size_t>(m_scale.placeOf(tick, m_barWidth));
+            const std::string number = std::to_string(tick / 100);
+            ruler[place] = '|';
+            numbers.replace(place, number.size(), number);
+        }
+        const std::size_t start = m_labelWidth + m_powerWidth + 5;
+        const std::string blanks(start, ' ');
+        const std::string unit = padded("dBm", start - 1, Align::Right) + ' ';
+        const auto trimmed = [](const std::string& line) {
+            return line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
+        };
+        return blanks + trimmed(ruler) + unit + trimmed(numbers);
+    }
+
+    std::string legend() const {
+        const std::size_t limiting = m_plot.limitingRules().size();
+        std::string text;
+        if (m_hasLongLabels) {
+            for (const PowerPlot::Series& series : m_plot.series) {
+                text += padded(numberOf(series), 6, Align::Left) + series.label + '\n';
+            }
+        }
+        for (std::size_t index = 0; index < m_rules.size(); ++index) {
+            const bool isDenied = index >= limiting;
+            const std::string swatch =
+                isDenied ? "   "
+                         : m_look.styled(repeated(shades[index % std::size(shades)], 3),
+                                         colors[index % std::size(colors)]);
+            text += letterOf(index) + ' ' + swatch + ' ' +
+                    (isDenied ? "no power: " : "limited by ") + wordsFor(m_rules[index]) + '\n';
+        }
+        if (const std::optional<std::int64_t> minimum = m_plot.commonMinimum()) {
+            text += "│     minimum power " + Decibels::format(*minimum) + " dBm\n";
+        } else {
+            text += "│     minimum power\n";
+        }
+        return text;
+    }
 
     const PowerPlot& m_plot;
     const TextLook& m_look;
@@ -57,8 +151,8 @@ Blocks::Blocks(const PowerPlot& plot, const TextLook& look)
     : m_plot(plot)
     , m_look(look)
     , m_rules(plot.limitingRules())
-    , m_hasLongLabels(std::any_of(
-          plot.series.begin(), plot.series.end(),
+    , m_hasLongLabels(std::ranges::any_of(
+          plot.series,
           [](const PowerPlot::Series& series) { return textWidth(series.label) > longestLabel; }))
     , m_scale(0, 0, 3) {
     const std::vector<Rule> denying = plot.denyingRules();
@@ -77,124 +171,7 @@ Blocks::Blocks(const PowerPlot& plot, const TextLook& look)
     const std::size_t others = m_labelWidth + m_powerWidth + 5 + lastTick + 1;
     const std::size_t width = look.width;
     m_barWidth = static_cast<std::int64_t>(std::max(leastBar, width - std::min(width, others)));
-    m_scale = scaleOf(plot, m_barWidth);
-}
-
-PlotScale Blocks::scaleOf(const PowerPlot& plot, std::int64_t columns) {
-    const auto [least, greatest] = plot.extremes();
-    return {least, greatest, columns / columnsOfTick};
-}
-
-std::string Blocks::labelOf(const PowerPlot::Series& series, std::size_t step) const {
-    if (m_plot.over.empty()) {
-        return m_plot.modulations[step];
-    }
-    return "  " + (m_hasLongLabels ? numberOf(series) : series.label);
-}
-
-std::string Blocks::numberOf(const PowerPlot::Series& series) const {
-    return std::to_string(&series - m_plot.series.data() + 1);
-}
-
-std::size_t Blocks::indexOf(Rule rule) const {
-    return static_cast<std::size_t>(std::find(m_rules.begin(), m_rules.end(), rule) -
-                                    m_rules.begin());
-}
-
-std::string Blocks::barOf(const PowerPlot::Series& series, const PowerPlot::Step& step) const {
-    const std::int64_t length = step.power ? m_scale.placeOf(*step.power, m_barWidth) : 0;
-    const std::int64_t floor =
-        series.minimum ? std::min(m_scale.placeOf(*series.minimum, m_barWidth), m_barWidth - 1)
-                       : -1;
-    const std::size_t index = indexOf(step.rule);
-    const auto styled = [this, index](const std::string& text) {
-        return m_look.styled(text, colors[index % std::size(colors)]);
-    };
-    const std::string shade = shades[index % std::size(shades)];
-    if (floor < 0) {
-        return styled(repeated(shade, length));
-    }
-    // The minimum is a mark across the bars.
-    if (length <= floor) {
-        return styled(repeated(shade, length)) + repeated(" ", floor - length) + "│";
-    }
-    return styled(repeated(shade, floor)) + "│" + styled(repeated(shade, length - floor - 1));
-}
-
-std::string Blocks::lineOf(const PowerPlot::Series& series, std::size_t step) const {
-    const PowerPlot::Step& shown = series.steps[step];
-    std::string line =
-        padded(labelOf(series, step), m_labelWidth, Align::Left) + "  " +
-        padded(shown.power ? Decibels::format(*shown.power) : "-", m_powerWidth, Align::Right) +
-        ' ' + letterOf(indexOf(shown.rule)) + ' ';
-    line += barOf(series, shown);
-    return line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
-}
-
-std::string Blocks::axis() const {
-    std::string ruler(static_cast<std::size_t>(m_barWidth) + columnsOfTick, ' ');
-    std::string numbers = ruler;
-    for (const std::int64_t tick : m_scale.ticks()) {
-        const auto place = static_cast<std::size_t>(m_scale.placeOf(tick, m_barWidth));
-        const std::string number = std::to_string(tick / 100);
-        ruler[place] = '|';
-        numbers.replace(place, number.size(), number);
-    }
-    const std::size_t start = m_labelWidth + m_powerWidth + 5;
-    const std::string blanks(start, ' ');
-    const std::string unit = padded("dBm", start - 1, Align::Right) + ' ';
-    const auto trimmed = [](const std::string& line) {
-        return line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
-    };
-    return blanks + trimmed(ruler) + unit + trimmed(numbers);
-}
-
-std::string Blocks::legend() const {
-    const std::size_t limiting = m_plot.limitingRules().size();
-    std::string text;
-    if (m_hasLongLabels) {
-        for (const PowerPlot::Series& series : m_plot.series) {
-            text += padded(numberOf(series), 6, Align::Left) + series.label + '\n';
-        }
-    }
-    for (std::size_t index = 0; index < m_rules.size(); ++index) {
-        const bool isDenied = index >= limiting;
-        const std::string swatch =
-            isDenied ? "   "
-                     : m_look.styled(repeated(shades[index % std::size(shades)], 3),
-                                     colors[index % std::size(colors)]);
-        text += letterOf(index) + ' ' + swatch + ' ' + (isDenied ? "no power: " : "limited by ") +
-                wordsFor(m_rules[index]) + '\n';
-    }
-    if (const std::optional<std::int64_t> minimum = m_plot.commonMinimum()) {
-        text += "│     minimum power " + Decibels::format(*minimum) + " dBm\n";
-    } else {
-        text += "│     minimum power\n";
-    }
-    return text;
-}
-
-std::string Blocks::conditions() const {
-    std::string text;
-    for (const std::string& line : m_plot.conditionLines(m_look.width)) {
-        text += wrapped(line, m_look.width) + '\n';
-    }
-    return text;
-}
-
-std::string Blocks::draw() const {
-    std::string text = m_look.styled(wrapped(m_plot.title, m_look.width), TextStyle::Bold) + '\n' +
-                       conditions() + "\nMaximum power in dBm over modulation" +
-                       (m_plot.over.empty() ? "" : " and " + m_plot.over) + "\n\n";
-    for (std::size_t step = 0; step < m_plot.modulations.size(); ++step) {
-        if (!m_plot.over.empty()) {
-            text += m_plot.modulations[step] + '\n';
-        }
-        for (const PowerPlot::Series& series : m_plot.series) {
-            text += lineOf(series, step);
-        }
-    }
-    return text + axis() + '\n' + legend();
+    m_scale = plot.scale(m_barWidth / columnsOfTick);
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include "TextColumns.h"
 
+#include <array>
+#include <iterator>
 #include <sstream>
 #include <string_view>
 
@@ -9,6 +11,44 @@ namespace {
 
 constexpr Tenths tile = pixels(8); // of patterns
 constexpr const char* thinEdge = "0.8";
+
+using Pattern = RuleStyle::Pattern;
+
+// Colours that stay apart for colour-blind eyes.
+constexpr const char* blue = "#0072b2";
+constexpr const char* orange = "#c77700";
+constexpr const char* green = "#00805c";
+constexpr const char* purple = "#a5437e";
+constexpr const char* red = "#c44500";
+constexpr const char* sky = "#2b8cbe";
+constexpr const char* olive = "#7a7000";
+constexpr const char* gray = "#555555";
+
+struct Entry {
+    Rule rule;
+    RuleStyle style;
+};
+
+// Rules that limit powers of one radio side by side have patterns of their own.
+constexpr std::array entries = {
+    Entry{Rule::PmaxRow, {orange, Pattern::Dotted}},
+    Entry{Rule::PmaxSelectedMinimum, {purple, Pattern::Falling}},
+    Entry{Rule::PmaxReference, {sky, Pattern::Grid}},
+    Entry{Rule::RsecCap, {green, Pattern::Level}},
+    Entry{Rule::CarriedPower, {gray, Pattern::Plain}},
+    Entry{Rule::PermanentCutback, {olive, Pattern::Checked}},
+    Entry{Rule::TemporaryCutback, {red, Pattern::Checked}},
+    Entry{Rule::Cutback, {gray, Pattern::Checked}},
+    Entry{Rule::ChannelSpacingCompensation, {sky, Pattern::Rings}},
+    Entry{Rule::ReferenceOffset, {olive, Pattern::Rings}},
+    Entry{Rule::OffsetTable, {blue, Pattern::Rising}},
+    Entry{Rule::BoosterAdjustment, {red, Pattern::Grid}},
+    Entry{Rule::BoosterBandAdjustment, {olive, Pattern::Grid}},
+    Entry{Rule::BoosterGain, {purple, Pattern::Plain}},
+    Entry{Rule::SelectedMinimumOffset, {sky, Pattern::Upright}},
+    Entry{Rule::BoosterInputLimit, {red, Pattern::Crossed}},
+    Entry{Rule::SelectedModulation, {green, Pattern::Plain}},
+};
 
 /// How many bytes the first characters of a text take, `count` of them or all.
 std::size_t bytesOf(std::string_view text, std::size_t count) {
@@ -27,65 +67,29 @@ std::string paintOf(Rule rule) {
     return "url(#" + patternId(rule) + ')';
 }
 
-/// What a pattern's tile shows, as the data of a path.
-std::string pathOf(RuleStyle::Pattern pattern) {
-    using Pattern = RuleStyle::Pattern;
-    switch (pattern) {
-    case Pattern::Rising:
-        return "M-2 2 L2 -2 M0 8 L8 0 M6 10 L10 6";
-    case Pattern::Falling:
-        return "M-2 6 L2 10 M0 0 L8 8 M6 -2 L10 2";
-    case Pattern::Crossed:
-        return "M0 8 L8 0 M0 0 L8 8";
-    case Pattern::Level:
-        return "M0 2 H8 M0 6 H8";
-    case Pattern::Upright:
-        return "M2 0 V8 M6 0 V8";
-    case Pattern::Dotted:
-        return "M2 2 h0.01 M6 6 h0.01";
-    case Pattern::Grid:
-        return "M0 4 H8 M4 0 V8";
-    case Pattern::Rings:
-        return "M2 4 A2 2 0 1 1 6 4 A2 2 0 1 1 2 4";
-    case Pattern::Checked:
-        return "M0 2 H4 M4 6 H8";
-    case Pattern::Plain:
-        break;
-    }
-    return {};
-}
+/// What the tile of a pattern shows, as the data of a path; its width makes dots of short dashes
+/// and checks of long ones.
+struct Tile {
+    const char* path;
+    const char* strokeWidth = "1.3";
+};
 
-/// Widths that make dots of short dashes and checks of long ones.
-std::string strokeWidthOf(RuleStyle::Pattern pattern) {
-    switch (pattern) {
-    case RuleStyle::Pattern::Dotted:
-        return "2.2";
-    case RuleStyle::Pattern::Checked:
-        return "4";
-    case RuleStyle::Pattern::Plain:
-    case RuleStyle::Pattern::Rising:
-    case RuleStyle::Pattern::Falling:
-    case RuleStyle::Pattern::Crossed:
-    case RuleStyle::Pattern::Level:
-    case RuleStyle::Pattern::Upright:
-    case RuleStyle::Pattern::Grid:
-    case RuleStyle::Pattern::Rings:
-        break;
-    }
-    return "1.3";
-}
+constexpr Tile tiles[] = {
+    {""}, // Plain
+    {"M-2 2 L2 -2 M0 8 L8 0 M6 10 L10 6"},
+    {"M-2 6 L2 10 M0 0 L8 8 M6 -2 L10 2"},
+    {"M0 8 L8 0 M0 0 L8 8"},
+    {"M0 2 H8 M0 6 H8"},
+    {"M2 0 V8 M6 0 V8"},
+    {"M2 2 h0.01 M6 6 h0.01", "2.2"},
+    {"M0 4 H8 M4 0 V8"},
+    {"M2 4 A2 2 0 1 1 6 4 A2 2 0 1 1 2 4"},
+    {"M0 2 H4 M4 6 H8", "4"}, // Checked
+};
+static_assert(std::size(tiles) == static_cast<std::size_t>(Pattern::Checked) + 1);
 
-const char* nameOf(PlotCanvas::Anchor anchor) {
-    switch (anchor) {
-    case PlotCanvas::Anchor::Middle:
-        return "middle";
-    case PlotCanvas::Anchor::End:
-        return "end";
-    case PlotCanvas::Anchor::Start:
-        break;
-    }
-    return "start";
-}
+/// By PlotCanvas::Anchor.
+constexpr const char* anchorNames[] = {"start", "middle", "end"};
 
 /// The outline of a marker around a point, as the data of a path.
 std::string outlineOf(PlotCanvas::LineStyle::Marker marker, Tenths x, Tenths y, Tenths radius) {
@@ -109,11 +113,20 @@ std::string outlineOf(PlotCanvas::LineStyle::Marker marker, Tenths x, Tenths y, 
 
 } // namespace
 
+RuleStyle styleOf(Rule rule) {
+    for (const Entry& entry : entries) {
+        if (entry.rule == rule) {
+            return entry.style;
+        }
+    }
+    return {gray, Pattern::Plain};
+}
+
 void PlotCanvas::definePatterns(const std::vector<Rule>& rules) {
     m_svg.open("defs", {});
     for (const Rule rule : rules) {
         const RuleStyle style = styleOf(rule);
-        const bool isDotted = style.pattern == RuleStyle::Pattern::Dotted;
+        const bool isDotted = style.pattern == Pattern::Dotted;
         m_svg.open("pattern", {{"id", patternId(rule)},
                                {"width", svgNumber(tile)},
                                {"height", svgNumber(tile)},
@@ -122,11 +135,12 @@ void PlotCanvas::definePatterns(const std::vector<Rule>& rules) {
                            {"height", svgNumber(tile)},
                            {"fill", style.color},
                            {"fill-opacity", "0.22"}});
-        if (const std::string path = pathOf(style.pattern); !path.empty()) {
-            m_svg.add("path", {{"d", path},
+        const Tile& shown = tiles[static_cast<std::size_t>(style.pattern)];
+        if (style.pattern != Pattern::Plain) {
+            m_svg.add("path", {{"d", shown.path},
                                {"fill", "none"},
                                {"stroke", style.color},
-                               {"stroke-width", strokeWidthOf(style.pattern)},
+                               {"stroke-width", shown.strokeWidth},
                                {"stroke-linecap", isDotted ? "round" : "butt"}});
         }
         m_svg.close("pattern");
@@ -139,7 +153,7 @@ void PlotCanvas::write(Tenths x, Tenths y, Anchor anchor, const std::string& tex
     m_svg.addText("text",
                   {{"x", svgNumber(x)},
                    {"y", svgNumber(y)},
-                   {"text-anchor", nameOf(anchor)},
+                   {"text-anchor", anchorNames[static_cast<std::size_t>(anchor)]},
                    {"fill", font.color},
                    {"font-size", std::to_string(font.size)},
                    {"font-weight", font.isBold ? "bold" : "normal"},

@@ -38,7 +38,7 @@ std::string titleOf(const PowerTable& table) {
            std::to_string(table.servedChannel);
 }
 
-std::string rsecText(const PowerTable& table) {
+std::string usedRsecText(const PowerTable& table) {
     return "RSEC " + table.usedRsec.value_or(convertRsecEnumToString(table.rsec));
 }
 
@@ -51,8 +51,7 @@ bool hasSelection(const PowerTable& table) {
 std::vector<std::string> conditionsOf(const PowerTable& table) {
     const Heading heading = headingOf(table);
     const auto line = [&heading](const std::string& label) {
-        const auto found = std::find_if(heading.begin(), heading.end(),
-                                        [&label](const auto& one) { return one.first == label; });
+        const auto found = std::ranges::find(heading, label, &Heading::value_type::first);
         return found == heading.end() ? std::string() : found->second;
     };
     const std::string format = line("Frame format");
@@ -61,7 +60,7 @@ std::vector<std::string> conditionsOf(const PowerTable& table) {
             line("Market"),
             line("Channel spacing"),
             "DPD " + line("DPD version"),
-            rsecText(table),
+            usedRsecText(table),
             (hasSelection(table) ? "" : "ACM range ") + line("Selected ACM range"),
             "power cutback " + line("Power cutback"),
             booster == "none" ? "" : "booster " + booster};
@@ -86,6 +85,36 @@ std::vector<std::string> modulationsOf(const RuledTable& powers) {
         modulations.push_back(convertAcmEnumToString(modulation));
     }
     return modulations;
+}
+
+/// Some of the values of a line, evenly spread, the first and the last among them.
+std::vector<Inputs::Value> thinnedOut(const std::vector<Inputs::Value>& values,
+                                      std::size_t wanted) {
+    std::vector<Inputs::Value> chosen;
+    chosen.reserve(wanted);
+    for (std::size_t index = 0; index < wanted; ++index) {
+        chosen.push_back(values[index * (values.size() - 1) / (wanted - 1)]);
+    }
+    return chosen;
+}
+
+/// @param mayThinOut whether some values may be left out to have few enough lines.
+DrawnPlot drawnFrom(const RadioCase& radio, const Sweep::Line& line, const AskedInputs& asked,
+                    bool mayThinOut) {
+    const Sweep sweep = Sweep::run(radio, {line});
+    DrawnPlot drawn{PowerPlot::of(sweep), sweep.outcome(), sweep.troubles()};
+    const std::size_t count = drawn.plot.series.size();
+    if (count > PowerPlot::maxSeries && mayThinOut) {
+        constexpr std::size_t wanted = 6;
+        return drawnFrom(radio, {line.axis, thinnedOut(line.values, wanted)}, asked, false);
+    }
+    if (count > PowerPlot::maxSeries) {
+        throw QuestionError(asked.prefix + "over " + line.axis->name() + ": " +
+                            std::to_string(count) + " lines; at most " +
+                            std::to_string(PowerPlot::maxSeries) +
+                            " can be told apart, list fewer values");
+    }
+    return drawn;
 }
 
 } // namespace
@@ -113,10 +142,9 @@ PowerPlot PowerPlot::of(const Sweep& sweep) {
         titles.insert(titleOf(point.powers.table));
         plot.modulations = modulationsOf(point.powers);
         Series series = seriesOf(point.powers, InputAxis::labelOf(point.values.front()));
-        const auto same =
-            std::find_if(plot.series.begin(), plot.series.end(), [&series](const Series& known) {
-                return known.steps == series.steps && known.minimum == series.minimum;
-            });
+        const auto same = std::ranges::find_if(plot.series, [&series](const Series& known) {
+            return known.steps == series.steps && known.minimum == series.minimum;
+        });
         if (same == plot.series.end()) {
             plot.series.push_back(std::move(series));
         } else {
@@ -154,11 +182,23 @@ std::vector<Rule> PowerPlot::denyingRules() const {
     return rulesWhere(false);
 }
 
+std::size_t PowerPlot::placeOf(Rule rule) const {
+    std::vector<Rule> rules = limitingRules();
+    const std::vector<Rule> denying = denyingRules();
+    rules.insert(rules.end(), denying.begin(), denying.end());
+    return static_cast<std::size_t>(std::ranges::find(rules, rule) - rules.begin());
+}
+
+PlotScale PowerPlot::scale(std::int64_t maxTicks) const {
+    const auto [least, greatest] = extremes();
+    return {least, greatest, maxTicks};
+}
+
 std::optional<std::int64_t> PowerPlot::commonMinimum() const {
     const auto differs = [this](const Series& other) {
         return other.minimum != series.front().minimum;
     };
-    const bool isCommon = !series.empty() && std::none_of(series.begin(), series.end(), differs);
+    const bool isCommon = !series.empty() && std::ranges::none_of(series, differs);
     return isCommon ? series.front().minimum : std::nullopt;
 }
 
@@ -177,7 +217,7 @@ std::pair<std::int64_t, std::int64_t> PowerPlot::extremes() const {
     if (figures.empty()) {
         return {0, 0};
     }
-    const auto [least, greatest] = std::minmax_element(figures.begin(), figures.end());
+    const auto [least, greatest] = std::ranges::minmax_element(figures);
     return {*least, *greatest};
 }
 
@@ -191,4 +231,19 @@ std::vector<Rule> PowerPlot::rulesWhere(bool hasPower) const {
         }
     }
     return {rules.begin(), rules.end()};
+}
+
+DrawnPlot DrawnPlot::of(const RadioCase& radio, const std::vector<std::string>& over,
+                        const AskedInputs& asked) {
+    if (over.empty()) {
+        const RuledTable powers(radio.explain());
+        if (!powers.table.failure.empty()) {
+            throw AnalysisError(Outcome::OtherTrouble,
+                                (radio.name.empty() ? "" : radio.name + ": ") +
+                                    "no powers: " + powers.table.failure);
+        }
+        return {PowerPlot::of(powers), Outcome::Done, powers.mismatches};
+    }
+    const bool isUsual = over.front().find('=') == std::string::npos;
+    return drawnFrom(radio, Sweep::linesOf(over, asked, radio).front(), asked, isUsual);
 }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "PlotScale.h"
 #include "Rule.h"
 #include "Sweep.h"
+#include "TextLook.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -44,6 +46,13 @@ struct PowerPlot {
     std::vector<Rule> limitingRules() const;
     std::vector<Rule> denyingRules() const;
 
+    /// Where a rule stands among those that limit and then those that deny, by which it has its
+    /// letter.
+    std::size_t placeOf(Rule rule) const;
+
+    /// An axis that shows every figure.
+    PlotScale scale(std::int64_t maxTicks) const;
+
     /// The minimum where all lines have the same.
     std::optional<std::int64_t> commonMinimum() const;
 
@@ -58,4 +67,28 @@ struct PowerPlot {
 
 private:
     std::vector<Rule> rulesWhere(bool hasPower) const;
+};
+
+/// A picture as an SVG document: the same bytes for the same powers. It brings its own light
+/// ground, so that it reads on a dark page and in print alike.
+std::string svgForm(const PowerPlot& plot);
+
+/// A picture made of block characters, at most `look.width` columns wide where that leaves
+/// room for bars.
+std::string blockForm(const PowerPlot& plot, const TextLook& look);
+
+/// The letter by which a picture's legend names a rule.
+std::string letterOf(std::size_t index);
+
+/// What a picture of a radio's powers shows, and how well the queries for it went.
+struct DrawnPlot {
+    /// @param over nothing, or one input that is varied (see InputAxis). Of usual values that make
+    ///        more lines than can be told apart some are left out.
+    /// @throw AnalysisError if there is nothing to draw, QuestionError for too many lines.
+    static DrawnPlot of(const RadioCase& radio, const std::vector<std::string>& over,
+                        const AskedInputs& asked);
+
+    PowerPlot plot;
+    Outcome outcome = Outcome::Done;
+    std::vector<std::string> troubles = {}; ///< as of a sweep
 };

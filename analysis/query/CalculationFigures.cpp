@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 using TraceText::numberAfter;
 using TraceText::numberBehind;
@@ -208,18 +209,19 @@ void CalculationFigures::readRadioUnit(const std::string& text) {
 }
 
 void CalculationFigures::readBooster(const std::string& text) {
-    if (const auto adjustment = numberAfter(text, "boosterPowerAdjustments: ")) {
-        radioUnit.boosterAdjustment = power(adjustment);
-    } else if (const auto first = numberAfter(text, "maxPower (boosted.1): ")) {
-        radioUnit.withAdjustment = power(first);
-    } else if (const auto bandAdjustment = numberAfter(text, "boosterBandPowerAdjustments: ")) {
-        radioUnit.boosterBandAdjustment = power(bandAdjustment);
-    } else if (const auto second = numberAfter(text, "maxPower (boosted.2): ")) {
-        radioUnit.withBandAdjustment = power(second);
-    } else if (const auto third = numberAfter(text, "maxPower (boosted.3): ")) {
-        radioUnit.atInput = power(third);
-    } else if (const auto fourth = numberAfter(text, "maxPower (boosted.4): ")) {
-        radioUnit.bounded = power(fourth);
-        maxPower = power(fourth);
+    static constexpr std::pair<const char*, Power RadioUnit::*> figures[] = {
+        {"boosterPowerAdjustments: ", &RadioUnit::boosterAdjustment},
+        {"maxPower (boosted.1): ", &RadioUnit::withAdjustment},
+        {"boosterBandPowerAdjustments: ", &RadioUnit::boosterBandAdjustment},
+        {"maxPower (boosted.2): ", &RadioUnit::withBandAdjustment},
+        {"maxPower (boosted.3): ", &RadioUnit::atInput},
+        {"maxPower (boosted.4): ", &RadioUnit::bounded},
+    };
+    for (const auto& [beginning, figure] : figures) {
+        if (const auto number = numberAfter(text, beginning)) {
+            radioUnit.*figure = power(number);
+            maxPower = figure == &RadioUnit::bounded ? radioUnit.bounded : maxPower;
+            return;
+        }
     }
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -19,73 +20,38 @@ using TraceText::isEntryOf;
 using TraceText::rest;
 using TraceText::valueBehind;
 
-/// Follows the library through one query.
-class Reader {
-public:
-    void read(const TraceRecord& record);
-
-    QueryTrace take();
-
-private:
-    bool readEntry(const TraceRecord& record);
-    void startCalculation(const TraceRecord& entry);
-    void readInCalculation(const TraceRecord& record);
-    void readElsewhere(const TraceRecord& record);
-    void readLimit(const TraceRecord& record);
-    bool readFailure(const TraceRecord& record);
-    void note(const std::string& text);
-
-    QueryTrace::Calculation& current() { return m_trace.calculations.back(); }
-
-    QueryTrace m_trace;
-    bool m_isCalculating = false;      ///< the records belong to the last calculation
-    bool m_isLimitedByProfile = false; ///< as last reported
+/// A message that ends a query as a whole, and what it means.
+struct Failure {
+    const char* text;
+    Rule rule;
+    const char* words;
 };
 
-void Reader::read(const TraceRecord& record) {
-    if (const auto family = QueryTrace::familyIn(record)) {
-        m_trace.family = family;
-    } else if (readEntry(record)) {
-        return;
-    } else if (m_isCalculating) {
-        readInCalculation(record);
-    } else {
-        readElsewhere(record);
-    }
-}
+constexpr Failure failures[] = {
+    {"Failed to calculate power capabilities, modulationAndCodeArray is empty", Rule::QueryFailed,
+     "the frame format has no modulation-and-codes"},
+    {"Failed to calculate power capabilities for undefined max modulation",
+     Rule::UndefinedModulation, "the highest code of the frame format has no modulation"},
+    {"Failed to get AdMod capabilities", Rule::UndefinedModulation,
+     "no modulation is selected, and the frame format has none either"},
+};
 
-/// Function entries say which part of the query the records that follow belong to.
-/// @return whether nothing else is to be read from the record.
-bool Reader::readEntry(const TraceRecord& record) {
-    if (isEntryOf(record, "populateModulationPowerMap")) {
-        m_trace.isAdaptive = valueBehind(record.text, "adModEnable=") == "1";
-        return true;
-    }
-    if (isEntryOf(record, "getMinOutputPower") || isEntryOf(record, "getMinOutputPowerUsingRfid")) {
-        m_isCalculating = false;
-        return true;
-    }
-    if (CalculationFigures::isStart(record)) {
-        startCalculation(record);
-        return true;
-    }
-    return false;
-}
+/// A message that a query goes on after, and what it means.
+struct Oddity {
+    const char* text;
+    const char* words;
+};
 
-void Reader::startCalculation(const TraceRecord& entry) {
-    const bool isAdaptive = entry.function == "getAdModMaxPower";
-    if (isAdaptive && !m_trace.rsec) {
-        m_trace.rsec = valueBehind(entry.text, "convertRsecEnumToString(rsec)=");
-    }
-    // With a booster an adaptive one also runs inside the calculation for a fixed modulation.
-    if (isAdaptive && m_isCalculating && current().figures.isFixed) {
-        current().figures.read(entry);
-        return;
-    }
-    m_trace.isAdaptive = isAdaptive;
-    m_trace.calculations.push_back({CalculationFigures(entry)});
-    m_isCalculating = true;
-}
+constexpr Oddity oddities[] = {
+    {"failed to get min and max modulation from ACM handler",
+     "the ACM handler reports no selected range"},
+    {"Failed to get telecom market, wrong channel or FFID?",
+     "the hardware configuration gives no market for the frame format; Etsi is taken"},
+    {"Failed to get modulation and code array, wrong channel or FFID?",
+     "the hardware configuration gives no modulation-and-codes for the frame format"},
+    {"Failed to get channel spacing, wrong channel or FFID?",
+     "the hardware configuration gives no channel spacing for the frame format; 0 MHz is taken"},
+};
 
 /// Whether a message of a query says that the calculation before it gave no power.
 bool saysWithoutPower(const TraceRecord& record) {
@@ -94,114 +60,163 @@ bool saysWithoutPower(const TraceRecord& record) {
                                             record.function == "getUnrestrictedPmax");
 }
 
-void Reader::readInCalculation(const TraceRecord& record) {
-    if (saysWithoutPower(record)) {
-        current().failed = true;
-        if (current().troubles.empty()) {
-            current().troubles.push_back(TraceTrouble::unknown(record));
+/// Follows the library through one query.
+class Reader {
+public:
+    void read(const TraceRecord& record) {
+        if (const auto family = QueryTrace::familyIn(record)) {
+            m_trace.family = family;
+        } else if (readEntry(record)) {
+            return;
+        } else if (m_isCalculating) {
+            readInCalculation(record);
+        } else {
+            readElsewhere(record);
         }
-        m_isCalculating = false;
-        return;
     }
-    current().figures.read(record);
-    std::vector<TraceTrouble>& troubles = current().troubles;
-    if (const auto trouble = TraceTrouble::in(record)) {
-        troubles.push_back(*trouble);
-    } else if (!troubles.empty()) {
-        troubles.back().learnFrom(record);
-    }
-}
 
-void Reader::readLimit(const TraceRecord& record) {
-    if (const auto byProfile = rest(record.text, " usePerformaceProfiles: ")) {
-        m_isLimitedByProfile = *byProfile == "Yes";
-        return;
+    QueryTrace take() {
+        for (QueryTrace::Calculation& calculation : m_trace.calculations) {
+            calculation.failed |= calculation.figures.outcome != CalculationFigures::Outcome::Power;
+            // One look-up may fail for the selected and for the asked modulation alike.
+            std::set<std::string> seen;
+            std::erase_if(calculation.troubles, [&seen](const TraceTrouble& trouble) {
+                return !seen.insert(trouble.text).second;
+            });
+        }
+        return std::move(m_trace);
     }
-    const std::string limits =
-        rest(record.text, " modemMaxAvailableModulation: ").value_or(std::string());
-    constexpr std::string_view label = " radioMaxAvailableModulation: ";
-    const std::size_t place = limits.find(label);
-    if (place != std::string::npos && !m_trace.modulationLimit) {
-        m_trace.modulationLimit = {limits.substr(0, place), limits.substr(place + label.size()),
-                                   m_isLimitedByProfile};
-    }
-}
 
-/// The messages that end a query as a whole.
-bool Reader::readFailure(const TraceRecord& record) {
-    const std::string& text = record.text;
-    const auto fail = [this](Rule rule, const std::string& words) {
-        m_trace.failure = words;
-        m_trace.failureRule = rule;
-        return true;
-    };
-    if (text == "Failed to calculate power capabilities, modulationAndCodeArray is empty") {
-        return fail(Rule::QueryFailed, "the frame format has no modulation-and-codes");
+private:
+    /// Function entries say which part of the query the records that follow belong to.
+    /// @return whether nothing else is to be read from the record.
+    bool readEntry(const TraceRecord& record) {
+        if (isEntryOf(record, "populateModulationPowerMap")) {
+            m_trace.isAdaptive = valueBehind(record.text, "adModEnable=") == "1";
+            return true;
+        }
+        if (isEntryOf(record, "getMinOutputPower") ||
+            isEntryOf(record, "getMinOutputPowerUsingRfid")) {
+            m_isCalculating = false;
+            return true;
+        }
+        if (CalculationFigures::isStart(record)) {
+            startCalculation(record);
+            return true;
+        }
+        return false;
     }
-    if (text == "Failed to calculate power capabilities for undefined max modulation") {
-        return fail(Rule::UndefinedModulation,
-                    "the highest code of the frame format has no modulation");
-    }
-    if (text == "Failed to get AdMod capabilities") {
-        return fail(Rule::UndefinedModulation,
-                    "no modulation is selected, and the frame format has none either");
-    }
-    if (const auto variable =
-            rest(text, "getCompensationForChannelSpacing Failed to get variable ")) {
-        return fail(Rule::MissingCalibration,
-                    "the channel-spacing compensation is unknown, because the stored variable " +
-                        inQuotes(*variable) + " cannot be read");
-    }
-    if (text.starts_with("Could not get power compensation for channel spacing ")) {
-        return !m_trace.failure.empty() ||
-               fail(Rule::MissingCalibration, TraceTrouble::unknown(record).text);
-    }
-    return false;
-}
 
-void Reader::readElsewhere(const TraceRecord& record) {
-    readLimit(record);
-    if (record.kind == Kind::Enter || record.level > TraceTrouble::highestLevel ||
-        readFailure(record)) {
-        return;
+    void startCalculation(const TraceRecord& entry) {
+        const bool isAdaptive = entry.function == "getAdModMaxPower";
+        if (isAdaptive && !m_trace.rsec) {
+            m_trace.rsec = valueBehind(entry.text, "convertRsecEnumToString(rsec)=");
+        }
+        // With a booster an adaptive one also runs inside the calculation for a fixed modulation.
+        if (isAdaptive && m_isCalculating && current().figures.isFixed) {
+            current().figures.read(entry);
+            return;
+        }
+        m_trace.isAdaptive = isAdaptive;
+        m_trace.calculations.push_back({CalculationFigures(entry)});
+        m_isCalculating = true;
     }
-    const std::string& text = record.text;
-    if (text == "failed to get min and max modulation from ACM handler") {
-        note("the ACM handler reports no selected range");
-    } else if (text == "Failed to get telecom market, wrong channel or FFID?") {
-        note("the hardware configuration gives no market for the frame format; Etsi is taken");
-    } else if (text == "Failed to get modulation and code array, wrong channel or FFID?") {
-        note("the hardware configuration gives no modulation-and-codes for the frame format");
-    } else if (text == "Failed to get channel spacing, wrong channel or FFID?") {
-        note("the hardware configuration gives no channel spacing for the frame format; 0 MHz is "
-             "taken");
-    } else if (const auto spacing = rest(text, " no match for channel spacing : ")) {
-        note("no minimum-power offset for a channel spacing of " + *spacing +
-             " MHz; the radio's own minimum holds");
-    } else {
-        note(TraceTrouble::unknown(record).text);
-    }
-}
 
-QueryTrace Reader::take() {
-    for (QueryTrace::Calculation& calculation : m_trace.calculations) {
-        calculation.failed |= calculation.figures.outcome != CalculationFigures::Outcome::Power;
-        // One look-up may fail for the selected and for the asked modulation alike.
-        std::set<std::string> seen;
-        std::erase_if(calculation.troubles, [&seen](const TraceTrouble& trouble) {
-            return !seen.insert(trouble.text).second;
-        });
+    void readInCalculation(const TraceRecord& record) {
+        if (saysWithoutPower(record)) {
+            current().failed = true;
+            if (current().troubles.empty()) {
+                current().troubles.push_back(TraceTrouble::unknown(record));
+            }
+            m_isCalculating = false;
+            return;
+        }
+        current().figures.read(record);
+        std::vector<TraceTrouble>& troubles = current().troubles;
+        if (const auto trouble = TraceTrouble::in(record)) {
+            troubles.push_back(*trouble);
+        } else if (!troubles.empty()) {
+            troubles.back().learnFrom(record);
+        }
     }
-    return std::move(m_trace);
-}
 
-void Reader::note(const std::string& text) {
-    std::vector<std::string>& notes = m_trace.notes;
-    // The selection is asked for twice in one query.
-    if (std::find(notes.begin(), notes.end(), text) == notes.end()) {
-        notes.push_back(text);
+    void readElsewhere(const TraceRecord& record) {
+        readLimit(record);
+        if (record.kind == Kind::Enter || record.level > TraceTrouble::highestLevel ||
+            readFailure(record)) {
+            return;
+        }
+        const std::string& text = record.text;
+        for (const Oddity& oddity : oddities) {
+            if (text == oddity.text) {
+                note(oddity.words);
+                return;
+            }
+        }
+        if (const auto spacing = rest(text, " no match for channel spacing : ")) {
+            note("no minimum-power offset for a channel spacing of " + *spacing +
+                 " MHz; the radio's own minimum holds");
+        } else {
+            note(TraceTrouble::unknown(record).text);
+        }
     }
-}
+
+    void readLimit(const TraceRecord& record) {
+        if (const auto byProfile = rest(record.text, " usePerformaceProfiles: ")) {
+            m_isLimitedByProfile = *byProfile == "Yes";
+            return;
+        }
+        const std::string limits =
+            rest(record.text, " modemMaxAvailableModulation: ").value_or(std::string());
+        constexpr std::string_view label = " radioMaxAvailableModulation: ";
+        const std::size_t place = limits.find(label);
+        if (place != std::string::npos && !m_trace.modulationLimit) {
+            m_trace.modulationLimit = {limits.substr(0, place), limits.substr(place + label.size()),
+                                       m_isLimitedByProfile};
+        }
+    }
+
+    /// The messages that end a query as a whole.
+    bool readFailure(const TraceRecord& record) {
+        const std::string& text = record.text;
+        const auto fail = [this](Rule rule, const std::string& words) {
+            m_trace.failure = words;
+            m_trace.failureRule = rule;
+            return true;
+        };
+        for (const Failure& failure : failures) {
+            if (text == failure.text) {
+                return fail(failure.rule, failure.words);
+            }
+        }
+        if (const auto variable =
+                rest(text, "getCompensationForChannelSpacing Failed to get variable ")) {
+            return fail(
+                Rule::MissingCalibration,
+                "the channel-spacing compensation is unknown, because the stored variable " +
+                    inQuotes(*variable) + " cannot be read");
+        }
+        if (text.starts_with("Could not get power compensation for channel spacing ")) {
+            return !m_trace.failure.empty() ||
+                   fail(Rule::MissingCalibration, TraceTrouble::unknown(record).text);
+        }
+        return false;
+    }
+
+    void note(const std::string& text) {
+        std::vector<std::string>& notes = m_trace.notes;
+        // The selection is asked for twice in one query.
+        if (std::ranges::find(notes, text) == notes.end()) {
+            notes.push_back(text);
+        }
+    }
+
+    QueryTrace::Calculation& current() { return m_trace.calculations.back(); }
+
+    QueryTrace m_trace;
+    bool m_isCalculating = false;      ///< the records belong to the last calculation
+    bool m_isLimitedByProfile = false; ///< as last reported
+};
 
 } // namespace
 
@@ -215,10 +230,9 @@ QueryTrace QueryTrace::read(const std::vector<TraceRecord>& records) {
 
 const QueryTrace::Calculation* QueryTrace::find(Modulation modulation) const {
     const std::string text = convertAcmEnumToString(modulation);
-    const auto found = std::find_if(
-        calculations.begin(), calculations.end(), [&text](const Calculation& calculation) {
-            return convertAcmEnumToString(calculation.figures.modulation) == text;
-        });
+    const auto found = std::ranges::find_if(calculations, [&text](const Calculation& calculation) {
+        return convertAcmEnumToString(calculation.figures.modulation) == text;
+    });
     return found == calculations.end() ? nullptr : &*found;
 }
 
@@ -241,19 +255,14 @@ std::optional<QueryTrace::Family> QueryTrace::familyIn(const TraceRecord& record
     if (record.function != "getCalculator" || record.kind != Kind::Message) {
         return std::nullopt;
     }
-    const std::string& text = record.text;
-    if (text == "Using KaM max power algorithm" ||
-        text == "Empty productNumber, using KaM max power algorithm") {
-        return Family{"CalculatorKam", "first outdoor family"};
-    }
-    if (text == "Using KaMV3 max power algorithm") {
-        return Family{"CalculatorKamV3", "third outdoor family"};
-    }
-    if (text == "Using legacy TMU max power algorithm") {
-        return Family{"CalculatorVo4", "older radio-unit family"};
-    }
-    if (text == "Using TMU max power algorithm") {
-        return Family{"CalculatorVo5", "newer radio-unit family"};
-    }
-    return std::nullopt;
+    static const std::map<std::string, Family> families{
+        {"Using KaM max power algorithm", {"CalculatorKam", "first outdoor family"}},
+        {"Empty productNumber, using KaM max power algorithm",
+         {"CalculatorKam", "first outdoor family"}},
+        {"Using KaMV3 max power algorithm", {"CalculatorKamV3", "third outdoor family"}},
+        {"Using legacy TMU max power algorithm", {"CalculatorVo4", "older radio-unit family"}},
+        {"Using TMU max power algorithm", {"CalculatorVo5", "newer radio-unit family"}},
+    };
+    const auto found = families.find(record.text);
+    return found == families.end() ? std::nullopt : std::optional(found->second);
 }

@@ -55,18 +55,102 @@ public:
 
     const ExplainedTable& explained() const { return m_explained; }
 
-    void searchCutbacks();
-    void searchSelection();
-    void searchChoices();
-    void searchPmax();
-    void searchBooster();
+    void searchCutbacks() {
+        const OperatingInputs& inputs = m_explained.table.inputs;
+        const std::int64_t cutback = inputs.cutbackInForce();
+        if (!inputs.isTemporary()) {
+            searchInput({"cutback", "permanent cutback", Decibels::dB(cutback)},
+                        Rule::PermanentCutback, cutback, 0, Decibels::dB, [](std::int64_t value) {
+                            return Inputs::PermanentCutback{static_cast<std::uint32_t>(value)};
+                        });
+            return;
+        }
+        const Change change{"temporary-cutback", "temporary cutback", Decibels::dB(cutback)};
+        searchInput(
+            change, Rule::TemporaryCutback, cutback, 0, Decibels::dB, [](std::int64_t value) {
+                return OperatingInputs::TemporaryCutback{true, static_cast<std::uint32_t>(value)};
+            });
+        if (const Power lifted =
+                allowedBy(Inputs::varied(m_radio, OperatingInputs::TemporaryCutback{false, 0}))) {
+            add({change.input,
+                 change.words,
+                 change.from,
+                 "lifted",
+                 *lifted,
+                 {},
+                 pointerTo(Rule::TemporaryCutback)});
+        }
+    }
+
+    void searchSelection() {
+        searchCode<Inputs::SelectedMin>("min", "selected minimum", m_explained.table.selectedMin);
+        searchCode<Inputs::SelectedMax>("max", "selected maximum", m_explained.table.selectedMax);
+    }
+
+    void searchChoices() {
+        const PowerTable& table = m_explained.table;
+        searchAxis("rsec", InputAxis::labelOf(table.rsec));
+        searchAxis("dpd", InputAxis::labelOf(table.dpdVersion));
+        searchAxis("market", InputAxis::labelOf(table.market));
+        searchAxis("channel-spacing", InputAxis::labelOf(table.channelSpacing));
+    }
+
+    void searchPmax() {
+        std::vector<Modulation> searched;
+        for (const Explanation::Lookup& lookup : m_found.explanation.lookups) {
+            if (std::ranges::find(searched, lookup.modulation) == searched.end()) {
+                searched.push_back(lookup.modulation);
+                searchRow(lookup);
+            }
+        }
+    }
+
+    void searchBooster() {
+        const auto& booster = m_explained.table.inputs.booster;
+        if (!booster || booster->presence == 0) {
+            return;
+        }
+        if (const Power without = allowedBy(Inputs::varied(m_radio, OperatingInputs::Booster()))) {
+            add({"booster", "booster", "present", "none", *without});
+        } else {
+            giveUp("removal of the booster");
+        }
+        const auto with = [booster](std::int32_t OperatingInputs::Booster::*member) {
+            return [booster, member](std::int64_t value) {
+                OperatingInputs::Booster changed = *booster;
+                changed.*member = static_cast<std::int32_t>(value);
+                return changed;
+            };
+        };
+        using Limits = std::numeric_limits<std::int32_t>;
+        searchInput({"booster-gain", "booster gain", Decibels::dB(booster->gain)},
+                    Rule::BoosterGain, booster->gain,
+                    std::max<std::int64_t>(booster->gain - farthestRaise, Limits::min()),
+                    Decibels::dB, with(&OperatingInputs::Booster::gain));
+        searchInput({"booster-max-input", "booster's highest input power",
+                     Decibels::dBm(booster->maxInputPower)},
+                    Rule::BoosterInputLimit, booster->maxInputPower,
+                    std::min<std::int64_t>(booster->maxInputPower + farthestRaise, Limits::max()),
+                    Decibels::dBm, with(&OperatingInputs::Booster::maxInputPower));
+        searchBoosterChoices(*booster);
+    }
 
 private:
     /// Makes the radio in which an input has a value.
     using Vary = std::function<RadioCase(std::int64_t value)>;
 
     /// The power of a changed radio; nothing if there is none, or no answer.
-    Power powerOf(const RadioCase& radio) const;
+    Power powerOf(const RadioCase& radio) const {
+        try {
+            const PowerTable table = radio.powers();
+            const auto row = lowestOf(table, m_choice);
+            return row && table.rows[*row].maxPower
+                       ? Power(static_cast<std::int32_t>(*table.rows[*row].maxPower))
+                       : std::nullopt;
+        } catch (const AnalysisError&) {
+            return std::nullopt; // a radio whose service does not start gives no power
+        }
+    }
 
     /// The power of a changed radio if it is what is wanted; else nothing.
     Power allowedBy(const RadioCase& radio) const {
@@ -76,28 +160,186 @@ private:
 
     /// Searches between a value that does not allow the power and one that may.
     /// @return the nearest one to the first that does; nothing if not even the last does.
-    std::optional<std::int64_t> nearest(std::int64_t from, std::int64_t to, const Vary& vary) const;
+    std::optional<std::int64_t> nearest(std::int64_t from, std::int64_t to,
+                                        const Vary& vary) const {
+        if (from == to || !allowedBy(vary(to))) {
+            return std::nullopt;
+        }
+        // `to` always allows the power and `from` never does, so that they end as neighbours.
+        while (std::abs(to - from) > 1) {
+            const std::int64_t middle = from + (to - from) / 2;
+            (allowedBy(vary(middle)) ? to : from) = middle;
+        }
+        return to;
+    }
 
     /// Adds the change to the nearest value, or says that there is none.
     /// @param text of a value, with its unit.
     void searchNumber(Change change, std::int64_t from, std::int64_t to, const Vary& vary,
-                      std::string (*text)(std::int64_t));
+                      std::string (*text)(std::int64_t)) {
+        const std::optional<std::int64_t> value = nearest(from, to, vary);
+        if (!value) {
+            giveUp(change.words);
+            return;
+        }
+        change.to = text(*value);
+        change.amount = *value - from;
+        change.power = powerOf(vary(*value)).value_or(0);
+        add(std::move(change));
+    }
+
+    /// Likewise for the input of a step, of which a number makes a value.
+    template <class MakeValue>
+    void searchInput(Change change, Rule step, std::int64_t from, std::int64_t to,
+                     std::string (*text)(std::int64_t), MakeValue makeValue) {
+        change.pointer = pointerTo(step);
+        searchNumber(
+            std::move(change), from, to,
+            [&](std::int64_t value) { return Inputs::varied(m_radio, makeValue(value)); }, text);
+    }
 
     /// Adds each value of an axis that allows the power, or says that there is none.
-    void searchAxis(const std::string& name, const std::string& current);
+    void searchAxis(const std::string& name, const std::string& current) {
+        const InputAxis& axis = InputAxis::named("input", name);
+        bool isFound = false;
+        for (const Inputs::Value& value : usualValuesOf(axis, m_radio)) {
+            if (InputAxis::labelOf(value) == current) {
+                continue;
+            }
+            if (const Power power = allowedBy(Inputs::varied(m_radio, value))) {
+                add({name,
+                     axis.words(),
+                     current,
+                     InputAxis::labelOf(value),
+                     *power,
+                     {},
+                     placeOf(name)});
+                isFound = true;
+            }
+        }
+        if (!isFound) {
+            giveUp(axis.words());
+        }
+    }
 
     /// Adds the code nearest to the selected one that allows the power.
     template <class Selected>
-    void searchCode(const std::string& name, const std::string& words, ModulationAndCoding current);
+    void searchCode(const std::string& name, const std::string& words,
+                    ModulationAndCoding current) {
+        std::vector<ModulationAndCoding> codes;
+        for (const PowerTable::Row& row : m_explained.table.rows) {
+            if (row.modulationAndCode.code != current.code &&
+                row.modulation != Modulation::UNDEFINED) {
+                codes.push_back(row.modulationAndCode);
+            }
+        }
+        std::ranges::sort(codes, [current](ModulationAndCoding left, ModulationAndCoding right) {
+            // Of two that are equally near the lower one comes first.
+            return std::make_pair(std::abs(left.code - current.code), left.code) <
+                   std::make_pair(std::abs(right.code - current.code), right.code);
+        });
+        // A frame format may list a code again and again; it is tried once.
+        codes.erase(std::unique(codes.begin(), codes.end()), codes.end());
+        for (const ModulationAndCoding code : codes) {
+            if (const Power power = allowedBy(Inputs::varied(m_radio, Selected{code}))) {
+                const bool isSelected = current.code != ModulationAndCoding::UNDEFINED;
+                add({name,
+                     words,
+                     isSelected ? convertCodeAndModulationEnumToString(current) : "none",
+                     convertCodeAndModulationEnumToString(code),
+                     *power,
+                     {},
+                     isSelected ? "/acmHandler/" + name : ""});
+                return;
+            }
+        }
+        giveUp(words);
+    }
 
-    void searchRow(const Explanation::Lookup& lookup);
-    void searchBoosterChoices(const OperatingInputs::Booster& booster);
+    void searchRow(const Explanation::Lookup& lookup) {
+        if (lookup.missing == Rule::UnknownDpdVersion || (!lookup.missing && !lookup.power)) {
+            return;
+        }
+        const Vary vary = [this, &lookup](std::int64_t power) {
+            RadioCase changed = m_radio;
+            changed.file = Inputs::withPmax(m_radio.file, m_explained.pmaxTableKey,
+                                            lookup.modulation, static_cast<std::int32_t>(power));
+            return changed;
+        };
+        const std::string words = "Pmax of " + convertAcmEnumToString(lookup.modulation);
+        Change change{"pmax-row", words, lookup.power ? Decibels::dBm(*lookup.power) : "no row"};
+        change.pointer = lookup.pointer;
+        const std::int64_t from = lookup.power.value_or(-farthestRaise);
+        const std::int64_t to = std::min<std::int64_t>(from + 2 * farthestRaise,
+                                                       std::numeric_limits<std::int32_t>::max());
+        const std::size_t before = m_found.changes.size();
+        searchNumber(change, from, to, vary, Decibels::dBm);
+        if (lookup.missing && m_found.changes.size() > before) {
+            m_found.changes.back().amount.reset(); // there is nothing that it is added to
+        }
+    }
+
+    void searchBoosterChoices(const OperatingInputs::Booster& booster) {
+        // Only one presence selects the other band.
+        constexpr std::int32_t presenceOfOtherBand = 7;
+        OperatingInputs::Booster changed = booster;
+        changed.presence = booster.presence == presenceOfOtherBand ? 1 : presenceOfOtherBand;
+        if (const Power otherBand = allowedBy(Inputs::varied(m_radio, changed))) {
+            add({"booster-presence", "booster presence", std::to_string(booster.presence),
+                 std::to_string(changed.presence), *otherBand});
+        } else {
+            giveUp("booster presence");
+        }
+        const std::string words = "booster's highest modulation";
+        for (const std::string& text : modulationTextForms().texts()) {
+            changed = booster;
+            changed.maxModulation =
+                modulationTextForms().find(text).value_or(Modulation::UNDEFINED);
+            if (changed.maxModulation <= booster.maxModulation ||
+                changed.maxModulation == Modulation::UNDEFINED) {
+                continue;
+            }
+            if (const Power power = allowedBy(Inputs::varied(m_radio, changed))) {
+                add({"booster-max-modulation", words, convertAcmEnumToString(booster.maxModulation),
+                     text, *power});
+                return;
+            }
+        }
+        giveUp(words);
+    }
 
     /// Where the radio file holds the figure of a step; or empty.
-    std::string pointerTo(Rule rule) const;
+    std::string pointerTo(Rule rule) const {
+        for (const Explanation::Step& step : m_found.explanation.steps) {
+            if (step.rule == rule) {
+                return step.pointer;
+            }
+        }
+        return {};
+    }
 
     /// Where the radio file holds an input that an axis varies; or empty.
-    std::string placeOf(const std::string& axis) const;
+    std::string placeOf(const std::string& axis) const {
+        if (axis == "rsec") {
+            return m_explained.table.isRsecGiven ? "" : "/systemPowerController/referenceSec";
+        }
+        std::string key = axis == "dpd" ? "dpdVersion" : "channelSpacing";
+        if (axis == "market") {
+            key = axis;
+        }
+        const std::int32_t id = m_explained.table.frameFormatId;
+        if (id < 1) {
+            return "/frameFormat/" + key;
+        }
+        const auto& frameFormats = m_radio.file.node.hardwareConfigurationHandler->frameFormats;
+        for (std::size_t index = 0; index < frameFormats.size(); ++index) {
+            if (frameFormats[index].id == id) {
+                return "/hardwareConfigurationHandler/frameFormats/" + std::to_string(index) + '/' +
+                       key;
+            }
+        }
+        return {};
+    }
 
     void add(Change change) { m_found.changes.push_back(std::move(change)); }
     void giveUp(const std::string& words) { m_found.without.push_back(words); }
@@ -107,282 +349,6 @@ private:
     WhyNot& m_found;
     ExplainedTable m_explained;
 };
-
-Power Search::powerOf(const RadioCase& radio) const {
-    try {
-        const PowerTable table = radio.powers();
-        const auto row = lowestOf(table, m_choice);
-        return row && table.rows[*row].maxPower
-                   ? Power(static_cast<std::int32_t>(*table.rows[*row].maxPower))
-                   : std::nullopt;
-    } catch (const AnalysisError&) {
-        return std::nullopt; // a radio whose service does not start gives no power
-    }
-}
-
-std::optional<std::int64_t> Search::nearest(std::int64_t from, std::int64_t to,
-                                            const Vary& vary) const {
-    if (from == to || !allowedBy(vary(to))) {
-        return std::nullopt;
-    }
-    // `to` always allows the power and `from` never does, so that they end as neighbours.
-    while (std::abs(to - from) > 1) {
-        const std::int64_t middle = from + (to - from) / 2;
-        (allowedBy(vary(middle)) ? to : from) = middle;
-    }
-    return to;
-}
-
-void Search::searchNumber(Change change, std::int64_t from, std::int64_t to, const Vary& vary,
-                          std::string (*text)(std::int64_t)) {
-    const std::optional<std::int64_t> value = nearest(from, to, vary);
-    if (!value) {
-        giveUp(change.words);
-        return;
-    }
-    change.to = text(*value);
-    change.amount = *value - from;
-    change.power = powerOf(vary(*value)).value_or(0);
-    add(std::move(change));
-}
-
-std::string Search::pointerTo(Rule rule) const {
-    for (const Explanation::Step& step : m_found.explanation.steps) {
-        if (step.rule == rule) {
-            return step.pointer;
-        }
-    }
-    return {};
-}
-
-std::string Search::placeOf(const std::string& axis) const {
-    if (axis == "rsec") {
-        return m_explained.table.isRsecGiven ? "" : "/systemPowerController/referenceSec";
-    }
-    std::string key = axis == "dpd" ? "dpdVersion" : "channelSpacing";
-    if (axis == "market") {
-        key = axis;
-    }
-    const std::int32_t id = m_explained.table.frameFormatId;
-    if (id < 1) {
-        return "/frameFormat/" + key;
-    }
-    const auto& frameFormats = m_radio.file.node.hardwareConfigurationHandler->frameFormats;
-    for (std::size_t index = 0; index < frameFormats.size(); ++index) {
-        if (frameFormats[index].id == id) {
-            return "/hardwareConfigurationHandler/frameFormats/" + std::to_string(index) + '/' +
-                   key;
-        }
-    }
-    return {};
-}
-
-// Cutbacks
-
-void Search::searchCutbacks() {
-    const OperatingInputs& inputs = m_explained.table.inputs;
-    if (inputs.isTemporary()) {
-        const std::int64_t cutback = inputs.temporaryCutback->cutback;
-        Change change{"temporary-cutback", "temporary cutback", Decibels::dB(cutback)};
-        change.pointer = pointerTo(Rule::TemporaryCutback);
-        searchNumber(
-            change, cutback, 0,
-            [this](std::int64_t value) {
-                return Inputs::varied(m_radio, OperatingInputs::TemporaryCutback{
-                                                   true, static_cast<std::uint32_t>(value)});
-            },
-            Decibels::dB);
-        if (const Power lifted =
-                allowedBy(Inputs::varied(m_radio, OperatingInputs::TemporaryCutback{false, 0}))) {
-            Change lift{"temporary-cutback", "temporary cutback", Decibels::dB(cutback), "lifted",
-                        *lifted};
-            lift.pointer = change.pointer;
-            add(lift);
-        }
-        return;
-    }
-    const std::int64_t cutback = inputs.permanentCutback.value_or(0);
-    Change change{"cutback", "permanent cutback", Decibels::dB(cutback)};
-    change.pointer = pointerTo(Rule::PermanentCutback);
-    searchNumber(
-        change, cutback, 0,
-        [this](std::int64_t value) {
-            return Inputs::varied(m_radio,
-                                  Inputs::PermanentCutback{static_cast<std::uint32_t>(value)});
-        },
-        Decibels::dB);
-}
-
-// The selected range
-
-template <class Selected>
-void Search::searchCode(const std::string& name, const std::string& words,
-                        ModulationAndCoding current) {
-    std::vector<ModulationAndCoding> codes;
-    for (const PowerTable::Row& row : m_explained.table.rows) {
-        if (row.modulationAndCode.code != current.code && row.modulation != Modulation::UNDEFINED) {
-            codes.push_back(row.modulationAndCode);
-        }
-    }
-    std::sort(codes.begin(), codes.end(),
-              [current](ModulationAndCoding left, ModulationAndCoding right) {
-                  // Of two that are equally near the lower one comes first.
-                  return std::make_pair(std::abs(left.code - current.code), left.code) <
-                         std::make_pair(std::abs(right.code - current.code), right.code);
-              });
-    // A frame format may list a code again and again; it is tried once.
-    codes.erase(std::unique(codes.begin(), codes.end()), codes.end());
-    for (const ModulationAndCoding code : codes) {
-        if (const Power power = allowedBy(Inputs::varied(m_radio, Selected{code}))) {
-            const bool isSelected = current.code != ModulationAndCoding::UNDEFINED;
-            add({name,
-                 words,
-                 isSelected ? convertCodeAndModulationEnumToString(current) : "none",
-                 convertCodeAndModulationEnumToString(code),
-                 *power,
-                 {},
-                 isSelected ? "/acmHandler/" + name : ""});
-            return;
-        }
-    }
-    giveUp(words);
-}
-
-void Search::searchSelection() {
-    searchCode<Inputs::SelectedMin>("min", "selected minimum", m_explained.table.selectedMin);
-    searchCode<Inputs::SelectedMax>("max", "selected maximum", m_explained.table.selectedMax);
-}
-
-// Inputs with few values
-
-void Search::searchAxis(const std::string& name, const std::string& current) {
-    const InputAxis& axis = InputAxis::named("input", name);
-    bool isFound = false;
-    for (const Inputs::Value& value : usualValuesOf(axis, m_radio)) {
-        if (InputAxis::labelOf(value) == current) {
-            continue;
-        }
-        if (const Power power = allowedBy(Inputs::varied(m_radio, value))) {
-            add({name,
-                 axis.words(),
-                 current,
-                 InputAxis::labelOf(value),
-                 *power,
-                 {},
-                 placeOf(name)});
-            isFound = true;
-        }
-    }
-    if (!isFound) {
-        giveUp(axis.words());
-    }
-}
-
-void Search::searchChoices() {
-    const PowerTable& table = m_explained.table;
-    searchAxis("rsec", InputAxis::labelOf(table.rsec));
-    searchAxis("dpd", InputAxis::labelOf(table.dpdVersion));
-    searchAxis("market", InputAxis::labelOf(table.market));
-    searchAxis("channel-spacing", InputAxis::labelOf(table.channelSpacing));
-}
-
-// The Pmax table
-
-void Search::searchRow(const Explanation::Lookup& lookup) {
-    if (lookup.missing == Rule::UnknownDpdVersion || (!lookup.missing && !lookup.power)) {
-        return;
-    }
-    const Vary vary = [this, &lookup](std::int64_t power) {
-        RadioCase changed = m_radio;
-        changed.file = Inputs::withPmax(m_radio.file, m_explained.pmaxTableKey, lookup.modulation,
-                                        static_cast<std::int32_t>(power));
-        return changed;
-    };
-    const std::string words = "Pmax of " + convertAcmEnumToString(lookup.modulation);
-    Change change{"pmax-row", words, lookup.power ? Decibels::dBm(*lookup.power) : "no row"};
-    change.pointer = lookup.pointer;
-    const std::int64_t from = lookup.power.value_or(-farthestRaise);
-    const std::int64_t to =
-        std::min<std::int64_t>(from + 2 * farthestRaise, std::numeric_limits<std::int32_t>::max());
-    const std::size_t before = m_found.changes.size();
-    searchNumber(change, from, to, vary, Decibels::dBm);
-    if (lookup.missing && m_found.changes.size() > before) {
-        m_found.changes.back().amount.reset(); // there is nothing that it is added to
-    }
-}
-
-void Search::searchPmax() {
-    std::vector<Modulation> searched;
-    for (const Explanation::Lookup& lookup : m_found.explanation.lookups) {
-        if (std::find(searched.begin(), searched.end(), lookup.modulation) == searched.end()) {
-            searched.push_back(lookup.modulation);
-            searchRow(lookup);
-        }
-    }
-}
-
-// The booster
-
-void Search::searchBooster() {
-    const auto& booster = m_explained.table.inputs.booster;
-    if (!booster || booster->presence == 0) {
-        return;
-    }
-    if (const Power without = allowedBy(Inputs::varied(m_radio, OperatingInputs::Booster()))) {
-        add({"booster", "booster", "present", "none", *without});
-    } else {
-        giveUp("removal of the booster");
-    }
-    const auto with = [this, booster](auto OperatingInputs::Booster::*member) {
-        return [this, booster, member](std::int64_t value) {
-            OperatingInputs::Booster changed = *booster;
-            changed.*member = static_cast<std::int32_t>(value);
-            return Inputs::varied(m_radio, changed);
-        };
-    };
-    const std::int64_t least = std::max<std::int64_t>(std::int64_t{booster->gain} - farthestRaise,
-                                                      std::numeric_limits<std::int32_t>::min());
-    Change gain{"booster-gain", "booster gain", Decibels::dB(booster->gain)};
-    gain.pointer = pointerTo(Rule::BoosterGain);
-    searchNumber(gain, booster->gain, least, with(&OperatingInputs::Booster::gain), Decibels::dB);
-    const std::int64_t most =
-        std::min<std::int64_t>(std::int64_t{booster->maxInputPower} + farthestRaise,
-                               std::numeric_limits<std::int32_t>::max());
-    Change input{"booster-max-input", "booster's highest input power",
-                 Decibels::dBm(booster->maxInputPower)};
-    input.pointer = pointerTo(Rule::BoosterInputLimit);
-    searchNumber(input, booster->maxInputPower, most,
-                 with(&OperatingInputs::Booster::maxInputPower), Decibels::dBm);
-    searchBoosterChoices(*booster);
-}
-
-void Search::searchBoosterChoices(const OperatingInputs::Booster& booster) {
-    // Only one presence selects the other band.
-    constexpr std::int32_t presenceOfOtherBand = 7;
-    OperatingInputs::Booster changed = booster;
-    changed.presence = booster.presence == presenceOfOtherBand ? 1 : presenceOfOtherBand;
-    if (const Power otherBand = allowedBy(Inputs::varied(m_radio, changed))) {
-        add({"booster-presence", "booster presence", std::to_string(booster.presence),
-             std::to_string(changed.presence), *otherBand});
-    } else {
-        giveUp("booster presence");
-    }
-    const std::string words = "booster's highest modulation";
-    for (const std::string& text : modulationTextForms().texts()) {
-        changed = booster;
-        changed.maxModulation = modulationTextForms().find(text).value_or(Modulation::UNDEFINED);
-        if (changed.maxModulation <= booster.maxModulation ||
-            changed.maxModulation == Modulation::UNDEFINED) {
-            continue;
-        }
-        if (const Power power = allowedBy(Inputs::varied(m_radio, changed))) {
-            add({"booster-max-modulation", words, convertAcmEnumToString(booster.maxModulation),
-                 text, *power});
-            return;
-        }
-    }
-    giveUp(words);
-}
 
 } // namespace
 

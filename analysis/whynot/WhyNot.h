@@ -2,7 +2,7 @@
 
 #include "Explanation.h"
 #include "ModulationChoice.h"
-#include "RadioCase.h"
+#include "PowerTableQuery.h"
 
 #include <cstdint>
 #include <optional>
@@ -41,3 +41,10 @@ struct WhyNot {
     std::vector<std::string> mismatches; ///< of the explanations of the radio as it is
     std::vector<std::string> without; ///< words for the inputs of which no change alone allows it
 };
+
+/// The answer for people.
+/// @param asked the modulation or code, as it was asked for.
+std::string textForm(const WhyNot& whyNot, const std::string& asked);
+
+/// The answer for programs: one JSON object.
+std::string jsonForm(const WhyNot& whyNot, const std::string& asked);

@@ -1,4 +1,4 @@
-#include "WhyNotForms.h"
+#include "WhyNot.h"
 
 #include "Decibels.h"
 #include "Field.h"

@@ -1,6 +1,6 @@
 #include "AnalysisError.h"
-#include "PlotForms.h"
 #include "PowerDiff.h"
+#include "PowerPlot.h"
 #include "RadioFileReader.h"
 #include "Sweep.h"
 #include "reference/RandomRadioFile.h"

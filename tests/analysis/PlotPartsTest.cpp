@@ -1,5 +1,5 @@
+#include "PlotCanvas.h"
 #include "PlotScale.h"
-#include "RuleStyle.h"
 #include "SvgDocument.h"
 #include "TextColumns.h"
 

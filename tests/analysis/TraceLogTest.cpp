@@ -2,7 +2,6 @@
 
 #include "ExplanationAudit.h"
 #include "LoggedPowers.h"
-#include "LoggedPowersForms.h"
 #include "RadioFileReader.h"
 #include "Replay.h"
 

@@ -136,23 +136,112 @@ class Parser {
 public:
     explicit Parser(std::vector<Command> commands);
 
-    Outcome run(int argc, const char* const* argv, Output& output);
+    Outcome run(int argc, const char* const* argv, Output& output) {
+        if (parse(argc, argv, output)) {
+            return Outcome::Done;
+        }
+        for (const Command& command : m_commands) {
+            if (given().get_name() == command.name) {
+                output.setColorChoice(CommonOptions::colorChoice(m_color));
+                return command.run(output);
+            }
+        }
+        throw QuestionError("a command is missing; try qor-power --help");
+    }
 
 private:
-    CLI::App* add(const Command& command);
+    CLI::App* add(const Command& command) {
+        CLI::App* const app = m_app.add_subcommand(command.name, command.summary);
+        setHelpOf(*app);
+        app->formatter(std::make_shared<ExamplesFirst>(examplesOf(command)));
+        app->allow_extras();
+        app->footer(exitStatusHelp());
+        app->group(command.group);
+        for (const CommandOption& option : command.options) {
+            define(*app, option);
+        }
+        define(*app, CommonOptions::color(&m_color));
+        return app;
+    }
 
     /// The command that was given, or the tool itself.
-    const CLI::App& given() const;
+    const CLI::App& given() const {
+        const std::vector<CLI::App*> commands = m_app.get_subcommands();
+        return commands.empty() ? m_app : *commands.front();
+    }
 
     /// @return whether the words asked for help or for the version, which they have got.
-    bool parse(int argc, const char* const* argv, Output& output);
+    bool parse(int argc, const char* const* argv, Output& output) {
+        const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+        try {
+            m_app.parse(argc, argv);
+        } catch (const CLI::CallForHelp&) {
+            output.write(m_app.help());
+            return true;
+        } catch (const CLI::CallForVersion& version) {
+            output.write(std::string(version.what()) + '\n');
+            return true;
+        } catch (const CLI::ParseError& error) {
+            // A mistyped option may be why something else is missing.
+            refuseLeftOvers(arguments);
+            refuse(error);
+        }
+        refuseLeftOvers(arguments);
+        return false;
+    }
 
     /// Refuses what no option and no command has taken.
-    void refuseLeftOvers(const std::vector<std::string>& arguments) const;
-    [[noreturn]] void refuseCommand(const std::string& word) const;
+    void refuseLeftOvers(const std::vector<std::string>& arguments) const {
+        const CLI::App* owner = &given();
+        std::vector<std::string> leftOvers = leftOversOf(*owner);
+        if (leftOvers.empty()) {
+            owner = &m_app;
+            leftOvers = leftOversOf(*owner);
+        }
+        if (leftOvers.empty()) {
+            return;
+        }
+
+        const std::string& word = leftOvers.front();
+        const auto optionsEnd = std::ranges::find(arguments, hyphens);
+        if (word.size() > 1 && word.front() == '-' &&
+            std::find(arguments.begin(), optionsEnd, word) != optionsEnd) {
+            refuseOption(word, *owner);
+        }
+        if (&given() == &m_app) {
+            refuseCommand(word);
+        }
+        throw QuestionError("too much on the command line: " + inQuotes(word));
+    }
+
+    [[noreturn]] void refuseCommand(const std::string& word) const {
+        std::vector<std::string> known;
+        known.reserve(m_commands.size());
+        for (const Command& command : m_commands) {
+            known.push_back(command.name);
+        }
+        throw QuestionError("unknown command " + inQuotes(word) + "; " +
+                            Suggestion::remedy(word, known));
+    }
 
     /// Says in the tool's own words what the command line library found.
-    [[noreturn]] void refuse(const CLI::ParseError& error) const;
+    [[noreturn]] void refuse(const CLI::ParseError& error) const {
+        const std::string help =
+            "; try qor-power " + (&given() == &m_app ? "" : given().get_name() + " ") + "--help";
+        for (const CLI::Option* const option : given().get_options()) {
+            if (option->get_items_expected_max() == 1 && option->count() > 1) {
+                throw QuestionError(option->get_name() + " is given more than once");
+            }
+            if (option->get_required() && option->count() == 0) {
+                throw QuestionError(option->get_name() + " is missing" + help);
+            }
+        }
+        const std::string what = error.what();
+        if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+            throw QuestionError(oneLine(what.substr(0, what.find(':'))) + " needs a value" + help);
+        }
+        throw QuestionError(oneLine(what) + help);
+    }
 
     std::vector<Command> m_commands;
     std::string m_color = "auto";
@@ -173,108 +262,6 @@ Parser::Parser(std::vector<Command> commands)
     for (const Command& command : m_commands) {
         add(command);
     }
-}
-
-CLI::App* Parser::add(const Command& command) {
-    CLI::App* const app = m_app.add_subcommand(command.name, command.summary);
-    setHelpOf(*app);
-    app->formatter(std::make_shared<ExamplesFirst>(examplesOf(command)));
-    app->allow_extras();
-    app->footer(exitStatusHelp());
-    app->group(command.group);
-    for (const CommandOption& option : command.options) {
-        define(*app, option);
-    }
-    define(*app, CommonOptions::color(&m_color));
-    return app;
-}
-
-const CLI::App& Parser::given() const {
-    const std::vector<CLI::App*> commands = m_app.get_subcommands();
-    return commands.empty() ? m_app : *commands.front();
-}
-
-void Parser::refuseCommand(const std::string& word) const {
-    std::vector<std::string> known;
-    known.reserve(m_commands.size());
-    for (const Command& command : m_commands) {
-        known.push_back(command.name);
-    }
-    throw QuestionError("unknown command " + inQuotes(word) + "; " +
-                        Suggestion::remedy(word, known));
-}
-
-void Parser::refuseLeftOvers(const std::vector<std::string>& arguments) const {
-    const CLI::App* owner = &given();
-    std::vector<std::string> leftOvers = leftOversOf(*owner);
-    if (leftOvers.empty()) {
-        owner = &m_app;
-        leftOvers = leftOversOf(*owner);
-    }
-    if (leftOvers.empty()) {
-        return;
-    }
-
-    const std::string& word = leftOvers.front();
-    const auto optionsEnd = std::find(arguments.begin(), arguments.end(), hyphens);
-    if (word.size() > 1 && word.front() == '-' &&
-        std::find(arguments.begin(), optionsEnd, word) != optionsEnd) {
-        refuseOption(word, *owner);
-    }
-    if (&given() == &m_app) {
-        refuseCommand(word);
-    }
-    throw QuestionError("too much on the command line: " + inQuotes(word));
-}
-
-void Parser::refuse(const CLI::ParseError& error) const {
-    const std::string help =
-        "; try qor-power " + (&given() == &m_app ? "" : given().get_name() + " ") + "--help";
-    for (const CLI::Option* const option : given().get_options()) {
-        if (option->get_items_expected_max() == 1 && option->count() > 1) {
-            throw QuestionError(option->get_name() + " is given more than once");
-        }
-        if (option->get_required() && option->count() == 0) {
-            throw QuestionError(option->get_name() + " is missing" + help);
-        }
-    }
-    const std::string what = error.what();
-    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-        throw QuestionError(oneLine(what.substr(0, what.find(':'))) + " needs a value" + help);
-    }
-    throw QuestionError(oneLine(what) + help);
-}
-
-bool Parser::parse(int argc, const char* const* argv, Output& output) {
-    const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
-    try {
-        m_app.parse(argc, argv);
-    } catch (const CLI::CallForHelp&) {
-        output.write(m_app.help());
-        return true;
-    } catch (const CLI::CallForVersion& version) {
-        output.write(std::string(version.what()) + '\n');
-        return true;
-    } catch (const CLI::ParseError& error) {
-        // A mistyped option may be why something else is missing.
-        refuseLeftOvers(arguments);
-        refuse(error);
-    }
-    refuseLeftOvers(arguments);
-    return false;
-}
-
-Outcome Parser::run(int argc, const char* const* argv, Output& output) {
-    if (parse(argc, argv, output)) {
-        return Outcome::Done;
-    }
-    for (const Command& command : m_commands) {
-        if (given().get_name() == command.name) {
-            output.setColorChoice(CommonOptions::colorChoice(m_color));
-            return command.run(output);
-        }
-    }
-    throw QuestionError("a command is missing; try qor-power --help");
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 #include "Arguments.h"
-#include "BatchForms.h"
 #include "BatchProgress.h"
 #include "BatchResult.h"
 #include "Commands.h"
@@ -10,7 +9,6 @@
 #include "OneLine.h"
 #include "PowerTableQuery.h"
 #include "RadioFileReader.h"
-#include "RuleCounts.h"
 #include "TextColumns.h"
 
 #include <cstddef>
@@ -54,7 +52,7 @@ struct Totals {
         complain(counted(lines, "line") + ": " + counted(lines - bad, "node") + ", " +
                  std::to_string(bad) + " bad");
         std::vector<std::vector<std::string>> table{{"Limited by", "Nodes", "Codes", "In words"}};
-        for (const RuleCounts::Count& count : rules.sortedByNodes()) {
+        for (const RuleCounts::Count& count : rules.sortedBy(&RuleCounts::Count::nodes)) {
             table.push_back({codeOf(count.rule), std::to_string(count.nodes),
                              std::to_string(count.codes), wordsFor(count.rule)});
         }

@@ -1,8 +1,8 @@
 #include "Arguments.h"
-#include "CheckForms.h"
 #include "Commands.h"
 #include "Input.h"
 #include "Messages.h"
+#include "RadioFileCheck.h"
 #include "RadioQuestion.h"
 
 #include <memory>

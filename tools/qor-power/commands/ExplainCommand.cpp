@@ -2,7 +2,7 @@
 #include "Commands.h"
 #include "Input.h"
 #include "LineReader.h"
-#include "LoggedPowersForms.h"
+#include "LoggedPowers.h"
 #include "Messages.h"
 #include "ModulationChoice.h"
 #include "RadioQuestion.h"

@@ -31,7 +31,7 @@ CommandOption RadioQuestion::describeFormat() {
 void RadioQuestion::validate() {
     const std::vector<std::string> words = formatsOf(question.topic);
     const std::string word = Arguments::word("--format", format, words);
-    const auto index = std::find(words.begin(), words.end(), word) - words.begin();
+    const auto index = std::ranges::find(words, word) - words.begin();
     question.form = Question::formsOf(question.topic)[static_cast<std::size_t>(index)];
     question.inputs = query;
     question.validate();

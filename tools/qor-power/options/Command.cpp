@@ -18,7 +18,7 @@ std::vector<std::string> CommandOption::names() const {
 
 std::vector<CommandOption> Command::arguments() const {
     std::vector<CommandOption> found;
-    std::copy_if(options.begin(), options.end(), std::back_inserter(found),
-                 [](const CommandOption& option) { return option.isArgument(); });
+    std::ranges::copy_if(options, std::back_inserter(found),
+                         [](const CommandOption& option) { return option.isArgument(); });
     return found;
 }

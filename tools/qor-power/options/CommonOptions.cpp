@@ -54,8 +54,8 @@ CommandOption CommonOptions::version() {
 
 std::vector<CommandOption> CommonOptions::allOf(const Command& command) {
     std::vector<CommandOption> found{help()};
-    std::copy_if(command.options.begin(), command.options.end(), std::back_inserter(found),
-                 [](const CommandOption& option) { return !option.isArgument(); });
+    std::ranges::copy_if(command.options, std::back_inserter(found),
+                         [](const CommandOption& option) { return !option.isArgument(); });
     found.push_back(color(nullptr));
     return found;
 }
@@ -80,7 +80,7 @@ ColorChoice CommonOptions::colorChoice(const std::string& when) {
 }
 
 void CommonOptions::expectOneStandardInput(const std::vector<std::string>& files) {
-    if (std::count(files.begin(), files.end(), standardInput) > 1) {
+    if (std::ranges::count(files, standardInput) > 1) {
         throw QuestionError("standard input (-) can be read only once");
     }
 }

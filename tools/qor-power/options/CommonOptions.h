@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AskedInputs.h"
+#include "Arguments.h"
 #include "Command.h"
 #include "Terminal.h"
 

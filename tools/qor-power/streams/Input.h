@@ -1,7 +1,7 @@
 #pragma once
 
 #include "InputFile.h"
-#include "RadioCase.h"
+#include "PowerTableQuery.h"
 
 #include <string>
 
