@@ -24,14 +24,17 @@ std::string placeText(const TextPlace& place) {
     return std::to_string(place.line) + ":" + std::to_string(place.column);
 }
 
+std::size_t indexIn(const std::string& key, std::size_t size) {
+    std::size_t index = 0;
+    const char* const end = key.data() + key.size();
+    const std::from_chars_result parsed = std::from_chars(key.data(), end, index);
+    return parsed.ec == std::errc() && parsed.ptr == end ? std::min(index, size) : size;
+}
+
 const DocumentPlaces::Value* DocumentPlaces::Value::child(const std::string& name) const {
     if (isList) {
-        std::size_t index = 0;
-        const char* const end = name.data() + name.size();
-        const std::from_chars_result parsed = std::from_chars(name.data(), end, index);
-        return parsed.ec == std::errc() && parsed.ptr == end && index < children.size()
-                   ? &children[index]
-                   : nullptr;
+        const std::size_t index = indexIn(name, children.size());
+        return index == children.size() ? nullptr : &children[index];
     }
     const auto found = std::find_if(children.rbegin(), children.rend(),
                                     [&name](const Value& value) { return value.key == name; });

@@ -18,6 +18,9 @@ TextPlace textPlaceOf(std::string_view text, std::size_t index);
 /// "LINE:COLUMN".
 std::string placeText(const TextPlace& place);
 
+/// The index that a key of a path means in a list; the size for none.
+std::size_t indexIn(const std::string& key, std::size_t size);
+
 /// Where the values of a JSON document stand in its text. JsonReader fills it; of a text that it
 /// refuses, with what stands before the break.
 class DocumentPlaces {

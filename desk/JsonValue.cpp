@@ -21,24 +21,13 @@ std::string numberAsWritten(const json& number) {
 
 /// A value in a few words.
 std::string described(const json& value) {
-    switch (value.type()) {
-    case json::value_t::object:
-        return "an object";
-    case json::value_t::array:
-        return "a list";
-    case json::value_t::string:
-        return "\"" + printable(value.get_ref<const std::string&>()) + "\"";
-    case json::value_t::binary:
-        return numberAsWritten(value);
-    case json::value_t::null:
-    case json::value_t::boolean:
-    case json::value_t::number_integer:
-    case json::value_t::number_unsigned:
-    case json::value_t::number_float:
-    case json::value_t::discarded:
-        break;
+    if (value.is_structured()) {
+        return value.is_object() ? "an object" : "a list";
     }
-    return value.dump();
+    if (value.is_string()) {
+        return "\"" + printable(value.get_ref<const std::string&>()) + "\"";
+    }
+    return value.is_binary() ? numberAsWritten(value) : value.dump();
 }
 
 bool isLargeInteger(const json& value) {

@@ -104,6 +104,10 @@ RadioChannel Node::servedChannel(std::uint32_t channel) {
     return channel == 1 || channel == 2 ? channel : 1;
 }
 
+std::string Node::calibrationOf(std::uint32_t channel) {
+    return "channel." + std::to_string(servedChannel(channel)) + ".tx.rf.pmax.cs.comp.v2.array";
+}
+
 Node::Publication::Publication(const std::string& name, IInterface* object)
     : m_name(name) {
     InterfaceBroker::getInstance().registerInterface(m_name, object);

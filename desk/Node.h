@@ -43,6 +43,9 @@ public:
     /// The channel that a service built with a number serves: the number if it is 1 or 2, else 1.
     static RadioChannel servedChannel(std::uint32_t channel);
 
+    /// The variable that holds the channel-spacing calibration of such a service.
+    static std::string calibrationOf(std::uint32_t channel);
+
 private:
     /// An object's name in the broker, for as long as this lives.
     class Publication {

@@ -24,21 +24,16 @@ std::string orResult(const std::string& expected) {
 
 // Values
 
-Modulation readModulation(const JsonValue& value) {
-    return value.enumeration(modulationTextForms());
+/// A value of an enumeration, by its text forms.
+template <auto forms>
+auto readNamed(const JsonValue& value) {
+    return value.enumeration(forms());
 }
 
-ModulationAndCoding readModulationAndCode(const JsonValue& value) {
-    return value.enumeration(modulationAndCodeTextForms());
-}
-
-EReferenceSEC readReferenceSec(const JsonValue& value) {
-    return value.enumeration(referenceSecTextForms());
-}
-
-EFrameFormatMarket readMarket(const JsonValue& value) {
-    return value.enumeration(marketTextForms());
-}
+constexpr auto readModulation = readNamed<modulationTextForms>;
+constexpr auto readModulationAndCode = readNamed<modulationAndCodeTextForms>;
+constexpr auto readReferenceSec = readNamed<referenceSecTextForms>;
+constexpr auto readMarket = readNamed<marketTextForms>;
 
 EChannelSpacingType readChannelSpacing(const JsonValue& value) {
     return EChannelSpacingType{value.integer<std::int32_t>()};

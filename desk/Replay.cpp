@@ -17,21 +17,14 @@ namespace {
 using Line = nlohmann::ordered_json;
 
 Line lineOf(const TraceRecord& record) {
+    static constexpr const char* kinds[] = {"enter", "msg", "raw"}; // by TraceRecord::Kind
     Line line;
-    switch (record.kind) {
-    case TraceRecord::Kind::Enter:
-        line["level"] = record.level;
-        line["kind"] = "enter";
-        break;
-    case TraceRecord::Kind::Message:
-        line["level"] = record.level;
-        line["kind"] = "msg";
-        break;
-    case TraceRecord::Kind::Raw:
+    if (record.kind == TraceRecord::Kind::Raw) {
         line["code"] = record.code;
-        line["kind"] = "raw";
-        break;
+    } else {
+        line["level"] = record.level;
     }
+    line["kind"] = kinds[static_cast<std::size_t>(record.kind)];
     line["file"] = record.file;
     line["function"] = record.function;
     line["text"] = record.text;

@@ -258,21 +258,21 @@ struct Range {
 
 const std::vector<InputAxis>& InputAxis::all() {
     static const std::vector<InputAxis> axes = {
-        {"rsec", "rsec", "RSEC", "", Scale::None, readBy<Arguments::rsec>, rsecs},
-        {"market", "market", "market", "", Scale::None, readBy<Arguments::market>, markets},
-        {"dpd", "dpdVersion", "DPD version", "", Scale::Integers, readNumber<EDpdVersion>,
-         dpdVersions},
-        {"channel-spacing", "channelSpacing", "channel spacing", "MHz", Scale::Integers,
-         readNumber<EChannelSpacingType>, channelSpacings},
-        {"cutback", "cutback", "permanent cutback", "dB", Scale::Decibels, readCutback, cutbacks},
-        {"temporary-cutback", "temporaryCutback", "temporary cutback", "dB", Scale::Decibels,
-         readBy<Arguments::temporaryCutback>, temporaryCutbacks},
-        {"booster", "booster", "booster", "", Scale::None, readBy<Arguments::booster>, boosters},
-        {"product", "productNumber", "product number", "", Scale::None, readProduct, products},
-        {"min", "selectedMin", "selected minimum", "", Scale::None,
-         readSelected<Inputs::SelectedMin>, usualSelections<Inputs::SelectedMin>},
-        {"max", "selectedMax", "selected maximum", "", Scale::None,
-         readSelected<Inputs::SelectedMax>, usualSelections<Inputs::SelectedMax>},
+        {{"rsec", "rsec", "RSEC", "", Scale::None, readBy<Arguments::rsec>, rsecs}},
+        {{"market", "market", "market", "", Scale::None, readBy<Arguments::market>, markets}},
+        {{"dpd", "dpdVersion", "DPD version", "", Scale::Integers, readNumber<EDpdVersion>,
+          dpdVersions}},
+        {{"channel-spacing", "channelSpacing", "channel spacing", "MHz", Scale::Integers,
+          readNumber<EChannelSpacingType>, channelSpacings}},
+        {{"cutback", "cutback", "permanent cutback", "dB", Scale::Decibels, readCutback, cutbacks}},
+        {{"temporary-cutback", "temporaryCutback", "temporary cutback", "dB", Scale::Decibels,
+          readBy<Arguments::temporaryCutback>, temporaryCutbacks}},
+        {{"booster", "booster", "booster", "", Scale::None, readBy<Arguments::booster>, boosters}},
+        {{"product", "productNumber", "product number", "", Scale::None, readProduct, products}},
+        {{"min", "selectedMin", "selected minimum", "", Scale::None,
+          readSelected<Inputs::SelectedMin>, usualSelections<Inputs::SelectedMin>}},
+        {{"max", "selectedMax", "selected maximum", "", Scale::None,
+          readSelected<Inputs::SelectedMax>, usualSelections<Inputs::SelectedMax>}},
     };
     return axes;
 }
@@ -292,22 +292,22 @@ const InputAxis& InputAxis::of(const Inputs::Value& value) {
 }
 
 std::string InputAxis::heading() const {
-    return m_unit.empty() ? m_words : m_words + " in " + m_unit;
+    return m_is.unit.empty() ? m_is.words : m_is.words + " in " + m_is.unit;
 }
 
 std::vector<std::string> InputAxis::expanded(const std::string& option,
                                              const std::string& piece) const {
-    if (m_scale == Scale::None || piece.find(rangeDots) == std::string::npos) {
+    if (m_is.scale == Scale::None || piece.find(rangeDots) == std::string::npos) {
         return {piece};
     }
     const Range range(piece);
     // Refuses what is no value of this axis, so that the numbers below are small enough.
-    static_cast<void>(m_read(option, range.first));
-    static_cast<void>(m_read(option, range.last));
+    static_cast<void>(m_is.read(option, range.first));
+    static_cast<void>(m_is.read(option, range.last));
     const auto number = [this](const std::string& text) {
         const std::optional<std::int64_t> hundredths = ::Decibels::parse(text);
         const bool isWhole = hundredths && *hundredths % oneDecibel == 0;
-        return m_scale == Scale::Decibels || isWhole ? hundredths : std::nullopt;
+        return m_is.scale == Scale::Decibels || isWhole ? hundredths : std::nullopt;
     };
     const std::optional<std::int64_t> first = number(range.first);
     const std::optional<std::int64_t> last = number(range.last);
@@ -321,8 +321,8 @@ std::vector<std::string> InputAxis::expanded(const std::string& option,
     }
     std::vector<std::string> texts;
     for (std::int64_t value = *first; value <= *last; value += *step) {
-        texts.push_back(m_scale == Scale::Decibels ? ::Decibels::format(value)
-                                                   : std::to_string(value / oneDecibel));
+        texts.push_back(m_is.scale == Scale::Decibels ? ::Decibels::format(value)
+                                                      : std::to_string(value / oneDecibel));
     }
     return texts;
 }
@@ -337,12 +337,12 @@ std::vector<Inputs::Value> InputAxis::valuesOf(const std::string& option,
     static_assert(std::is_same_v<std::variant_alternative_t<boosterIndex, Inputs::Value>,
                                  OperatingInputs::Booster>);
     const bool holdsCommas = this == &all()[boosterIndex];
-    const std::string name = option + ' ' + m_name;
+    const std::string name = option + ' ' + m_is.name;
     std::vector<Inputs::Value> values;
     std::set<std::string> texts;
     for (const std::string& piece : Arguments::splitAt(holdsCommas ? '/' : ',', list)) {
         for (const std::string& text : expanded(name, piece)) {
-            values.push_back(m_read(name, text));
+            values.push_back(m_is.read(name, text));
             if (!texts.insert(Inputs::textOf(values.back())).second) {
                 throw QuestionError(name + ' ' + inQuotes(text) + ": is given twice");
             }
@@ -356,27 +356,17 @@ std::vector<Inputs::Value> InputAxis::valuesOf(const std::string& option,
 
 std::vector<Inputs::Value> InputAxis::usualValues(const std::string& option,
                                                   const RadioCase& radio) const {
-    std::vector<Inputs::Value> values = m_findUsual(radio);
-    const std::string name = option + ' ' + m_name;
+    std::vector<Inputs::Value> values = m_is.findUsual(radio);
+    const std::string name = option + ' ' + m_is.name;
     if (values.empty()) {
-        throw QuestionError(name + ": the radio file names no " + m_words + "; list the values, " +
-                            name + "=LIST");
+        throw QuestionError(name + ": the radio file names no " + m_is.words +
+                            "; list the values, " + name + "=LIST");
     }
     if (values.size() > maxValues) {
         refuseTooMany(name);
     }
     return values;
 }
-
-InputAxis::InputAxis(std::string name, std::string key, std::string words, std::string unit,
-                     Scale scale, Read read, Find findUsual)
-    : m_name(std::move(name))
-    , m_key(std::move(key))
-    , m_words(std::move(words))
-    , m_unit(std::move(unit))
-    , m_scale(scale)
-    , m_read(read)
-    , m_findUsual(findUsual) {}
 
 std::string InputAxis::labelOf(const Inputs::Value& value) {
     if (const auto* const booster = std::get_if<OperatingInputs::Booster>(&value)) {
@@ -389,5 +379,5 @@ std::string InputAxis::labelOf(const Inputs::Value& value) {
 
 std::pair<std::string, Datum> InputAxis::memberOf(const Inputs::Value& value) {
     const InputAxis& axis = of(value);
-    return {FieldNames{axis.m_key, axis.m_unit}.inJson(), std::visit(DatumMaker(), value)};
+    return {FieldNames{axis.m_is.key, axis.m_is.unit}.inJson(), std::visit(DatumMaker(), value)};
 }

@@ -29,10 +29,10 @@ public:
     /// A value for people, with its unit where it has one: "28 MHz", "1.50 dB".
     static std::string labelOf(const Inputs::Value& value);
 
-    const std::string& name() const { return m_name; }   ///< "channel-spacing"
-    const std::string& words() const { return m_words; } ///< "channel spacing"
-    const std::string& unit() const { return m_unit; }   ///< "MHz" or "dB"; empty: none
-    std::string heading() const;                         ///< "channel spacing in MHz"
+    const std::string& name() const { return m_is.name; }   ///< "channel-spacing"
+    const std::string& words() const { return m_is.words; } ///< "channel spacing"
+    const std::string& unit() const { return m_is.unit; }   ///< "MHz" or "dB"; empty: none
+    std::string heading() const;                            ///< "channel spacing in MHz"
 
     /// A list of values. Numbers may be ranges: "0..6:0.5,10" is 0, 0.5 ... 6 and 10. Boosters hold
     /// commas and are separated by "/".
@@ -58,18 +58,23 @@ private:
     /// Finds the usual values of a radio.
     using Find = std::vector<Inputs::Value> (*)(const RadioCase& radio);
 
-    InputAxis(std::string name, std::string key, std::string words, std::string unit, Scale scale,
-              Read read, Find findUsual);
+    /// What tells one axis from another.
+    struct Description {
+        std::string name;
+        std::string key; ///< of a JSON object, without the unit
+        std::string words;
+        std::string unit;
+        Scale scale;
+        Read read;
+        Find findUsual;
+    };
+
+    InputAxis(Description description)
+        : m_is(std::move(description)) {}
 
     /// The values of a range, or the piece itself if it is none.
     std::vector<std::string> expanded(const std::string& option, const std::string& piece) const;
     [[noreturn]] static void refuseTooMany(const std::string& option);
 
-    std::string m_name;
-    std::string m_key; ///< of a JSON object, without the unit
-    std::string m_words;
-    std::string m_unit;
-    Scale m_scale;
-    Read m_read;
-    Find m_findUsual;
+    Description m_is;
 };

@@ -10,17 +10,8 @@ namespace {
 
 constexpr Severity severities[] = {Severity::Error, Severity::Warning, Severity::Hint};
 
-TextStyle styleOf(Severity severity) {
-    switch (severity) {
-    case Severity::Error:
-        return TextStyle::Red;
-    case Severity::Warning:
-        return TextStyle::Magenta;
-    case Severity::Hint:
-        break;
-    }
-    return TextStyle::Cyan;
-}
+/// By Severity.
+constexpr TextStyle styles[] = {TextStyle::Cyan, TextStyle::Magenta, TextStyle::Red};
 
 std::string summaryOf(const RadioFileCheck& check) {
     if (!check.isRadioFile) {
@@ -39,7 +30,8 @@ std::string lineOf(const std::string& file, const RadioFileCheck::PlacedFinding&
                    const TextLook& look) {
     const Finding& finding = placed.finding;
     std::string line = look.styled(file + ":" + placeText(placed.textPlace) + ":", TextStyle::Bold);
-    line += " " + look.styled(textOf(finding.rule->severity), styleOf(finding.rule->severity));
+    line += " " + look.styled(textOf(finding.rule->severity),
+                              styles[static_cast<std::size_t>(finding.rule->severity)]);
     line += ": " + oneLine(finding.message);
     line += finding.remedy.empty() ? "" : "; " + oneLine(finding.remedy);
     line += std::string(" [") + finding.rule->code;

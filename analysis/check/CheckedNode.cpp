@@ -184,15 +184,7 @@ const nlohmann::json* CheckedNode::at(const FilePlace& place) const {
 }
 
 std::string CheckedNode::calibrationName() const {
-    return calibrationPrefix() + "array";
-}
-
-std::string CheckedNode::calibrationSizeName() const {
-    return calibrationPrefix() + "arraysize";
-}
-
-std::string CheckedNode::calibrationPrefix() const {
-    return "channel." + std::to_string(Node::servedChannel(m_channel)) + ".tx.rf.pmax.cs.comp.v2.";
+    return Node::calibrationOf(m_channel);
 }
 
 const std::vector<std::int32_t>* CheckedNode::variable(const std::string& name) const {

@@ -84,14 +84,12 @@ public:
 
     /// The names of the two calibration variables of the channel that is served.
     std::string calibrationName() const;
-    std::string calibrationSizeName() const;
+    std::string calibrationSizeName() const { return calibrationName() + "size"; }
 
     /// A variable's elements; null if it is absent.
     const std::vector<std::int32_t>* variable(const std::string& name) const;
 
 private:
-    std::string calibrationPrefix() const;
-
     std::uint32_t m_channel;
     NodeAnswers m_answers;
     const SharedDocument* m_document;

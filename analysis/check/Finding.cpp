@@ -3,15 +3,8 @@
 #include <algorithm>
 
 const char* textOf(Severity severity) {
-    switch (severity) {
-    case Severity::Error:
-        return "error";
-    case Severity::Warning:
-        return "warning";
-    case Severity::Hint:
-        break;
-    }
-    return "hint";
+    static constexpr const char* texts[] = {"hint", "warning", "error"};
+    return texts[static_cast<std::size_t>(severity)];
 }
 
 FilePlace FilePlace::operator/(const std::string& key) const {

@@ -146,17 +146,16 @@ private:
             checkRow(index);
         }
         const std::string table = m_read.byPowers == nullptr ? "" : m_read.byPowers->key;
-        report(CheckRules::NoPmaxRow, m_withoutRow,
-               "cannot be looked up: " + table + " has no row for ",
+        report(CheckRules::NoPmaxRow, "cannot be looked up: " + table + " has no row for ",
                "cannot be looked up: " + table + " has no row for ",
                "add the row to " + table + ", or take the code out");
-        report(CheckRules::AboveRadio, m_aboveRadio, "gets no power: ", "get no power: ",
+        report(CheckRules::AboveRadio, "gets no power: ", "get no power: ",
                "nothing to do if the modem can do more than the radio");
-        report(CheckRules::NoPower, m_withoutPower, "gets no power: ", "get no power: ",
+        report(CheckRules::NoPower, "gets no power: ", "get no power: ",
                "take the code out, or change what the reason names");
-        report(CheckRules::DoubtfulPower, m_doubtful,
+        report(CheckRules::DoubtfulPower,
                "gets a doubtful power: ", "get a doubtful power: ", "change what the reason names");
-        report(CheckRules::BelowMinimum, m_belowMinimum, "has a maximum power below ",
+        report(CheckRules::BelowMinimum, "has a maximum power below ",
                "have a maximum power below ",
                "compare minOutputPower and minOutputPowerOffsets with the Pmax tables");
     }
@@ -165,8 +164,9 @@ private:
         const PowerTable::Row& row = m_table.rows[index];
         const std::string& words = row.maxPower ? row.warning : row.reason;
         if (row.isBelowMinimum) {
-            m_belowMinimum["the minimum of " + Decibels::dBm(m_table.minOutputPower.value_or(0))]
-                .push_back(index);
+            m_groups[&CheckRules::BelowMinimum]
+                    ["the minimum of " + Decibels::dBm(m_table.minOutputPower.value_or(0))]
+                        .push_back(index);
         }
         if (words.empty()) {
             return;
@@ -177,22 +177,23 @@ private:
                                m_frameFormat.name() + " stands for no modulation",
                            "write the code by its text, for example \"16QAM\"");
         } else if (row.trouble == Rule::HardwareLimit) {
-            m_aboveRadio[words].push_back(index);
+            m_groups[&CheckRules::AboveRadio][words].push_back(index);
         } else if (row.trouble == Rule::SelectedMaximum || m_read.byPowers == nullptr) {
             return; // the operator's own limit, or said of the table as a whole
         } else if (!hasPmaxRow(row.modulation)) {
-            m_withoutRow[CheckText::of(row.modulation) +
-                         (row.maxPower ? ", which counts as 0 dBm" : "")]
+            m_groups[&CheckRules::NoPmaxRow][CheckText::of(row.modulation) +
+                                             (row.maxPower ? ", which counts as 0 dBm" : "")]
                 .push_back(index);
         } else {
-            (row.maxPower ? m_doubtful : m_withoutPower)[words].push_back(index);
+            m_groups[row.maxPower ? &CheckRules::DoubtfulPower : &CheckRules::NoPower][words]
+                .push_back(index);
         }
     }
 
     /// @param ofOne what one code does, @param ofSeveral what several do.
-    void report(const CheckRule& rule, const RowGroups& groups, const std::string& ofOne,
-                const std::string& ofSeveral, const std::string& remedy) {
-        for (const auto& [words, indexes] : groups) {
+    void report(const CheckRule& rule, const std::string& ofOne, const std::string& ofSeveral,
+                const std::string& remedy) {
+        for (const auto& [words, indexes] : m_groups[&rule]) {
             std::vector<std::string> codes;
             for (const std::size_t index : indexes) {
                 codes.push_back(CheckText::of(m_table.rows[index].modulationAndCode));
@@ -229,12 +230,7 @@ private:
     FindingList& m_findings;
     ReadTables m_read;
     ReadTables m_wanted;
-
-    RowGroups m_withoutRow;
-    RowGroups m_aboveRadio;
-    RowGroups m_withoutPower;
-    RowGroups m_doubtful;
-    RowGroups m_belowMinimum;
+    std::map<const CheckRule*, RowGroups> m_groups;
 };
 
 } // namespace

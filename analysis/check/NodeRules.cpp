@@ -9,6 +9,8 @@
 #include "Suggestion.h"
 #include "TextForms.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <iterator>
 #include <map>
@@ -469,20 +471,7 @@ void checkNames(const CheckedNode& node, bool areRead, FindingList& findings) {
     }
 }
 
-} // namespace
-
-const std::vector<std::string>& knownProducts() {
-    // The first and third outdoor family and the older radio units. The library hands out no list;
-    // a test asks it about each of these.
-    static const std::vector<std::string> numbers{
-        "QZT 846 57", "QZT 846 001", "QZT 846 003", "QZT35201/1",  "QZT35201/11",  "QZT35201/12",
-        "QZT35202/1", "QZT35203/1",  "QZT35204/1",  "QZT35205/1",  "QZT35205/1HP", "QZT35206/1",
-        "QZT35207/1", "QZT35208/1",  "QZT35221/1",  "QZT35221/11", "QZT35221/12",  "QZT35222/1",
-        "QZT35223/1", "QZT35224/1",  "QZT35225/1",  "QZT35226/1",  "QZT35227/1"};
-    return numbers;
-}
-
-void NodeRules::checkCapabilityHandler(const CheckedNode& node, FindingList& findings) {
+void checkCapabilityHandler(const CheckedNode& node, FindingList& findings) {
     if (!node.answers().capabilityHandler) {
         return;
     }
@@ -505,7 +494,7 @@ void NodeRules::checkCapabilityHandler(const CheckedNode& node, FindingList& fin
     }
 }
 
-void NodeRules::checkFrameFormats(const CheckedNode& node, FindingList& findings) {
+void checkFrameFormats(const CheckedNode& node, FindingList& findings) {
     for (const CheckedFrameFormat& frameFormat : node.frameFormats()) {
         checkCodes(frameFormat, findings);
         checkSpacing(frameFormat, findings);
@@ -514,11 +503,38 @@ void NodeRules::checkFrameFormats(const CheckedNode& node, FindingList& findings
     checkIds(node, findings);
 }
 
-void NodeRules::checkLink(const CheckedNode& node, FindingList& findings) {
+void checkLink(const CheckedNode& node, FindingList& findings) {
     checkSelection(node, findings);
     checkOffsets(node, findings);
     const FilePlace referenceSec{{"systemPowerController", "referenceSec"}};
-    checkClass(node.at(referenceSec), referenceSec, findings);
+    NodeRules::checkClass(node.at(referenceSec), referenceSec, findings);
+}
+
+void checkVariables(const CheckedNode& node, FindingList& findings) {
+    if (!node.answers().variables || !node.answers().capabilityHandler) {
+        return;
+    }
+    const bool areRead =
+        LibraryProbe::readsCalibration(node.answers().capabilityHandler->productNumber);
+    checkNames(node, areRead, findings);
+    if (areRead) {
+        checkArraySize(node, findings);
+        checkPairs(node, findings);
+        checkCalibrated(node, findings);
+    }
+}
+
+} // namespace
+
+const std::vector<std::string>& knownProducts() {
+    // The first and third outdoor family and the older radio units. The library hands out no list;
+    // a test asks it about each of these.
+    static const std::vector<std::string> numbers{
+        "QZT 846 57", "QZT 846 001", "QZT 846 003", "QZT35201/1",  "QZT35201/11",  "QZT35201/12",
+        "QZT35202/1", "QZT35203/1",  "QZT35204/1",  "QZT35205/1",  "QZT35205/1HP", "QZT35206/1",
+        "QZT35207/1", "QZT35208/1",  "QZT35221/1",  "QZT35221/11", "QZT35221/12",  "QZT35222/1",
+        "QZT35223/1", "QZT35224/1",  "QZT35225/1",  "QZT35226/1",  "QZT35227/1"};
+    return numbers;
 }
 
 void NodeRules::checkClass(const nlohmann::json* written, const FilePlace& place,
@@ -537,16 +553,9 @@ void NodeRules::checkClass(const nlohmann::json* written, const FilePlace& place
     }
 }
 
-void NodeRules::checkVariables(const CheckedNode& node, FindingList& findings) {
-    if (!node.answers().variables || !node.answers().capabilityHandler) {
-        return;
-    }
-    const bool areRead =
-        LibraryProbe::readsCalibration(node.answers().capabilityHandler->productNumber);
-    checkNames(node, areRead, findings);
-    if (areRead) {
-        checkArraySize(node, findings);
-        checkPairs(node, findings);
-        checkCalibrated(node, findings);
-    }
+void NodeRules::check(const CheckedNode& node, FindingList& findings) {
+    checkCapabilityHandler(node, findings);
+    checkFrameFormats(node, findings);
+    checkLink(node, findings);
+    checkVariables(node, findings);
 }

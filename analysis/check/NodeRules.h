@@ -9,21 +9,13 @@
 /// library makes of them is asked by LibraryRules.
 namespace NodeRules {
 
-/// Its four Pmax tables, its product number and the limits of its modulation.
-void checkCapabilityHandler(const CheckedNode& node, FindingList& findings);
-
-/// The configured frame format and the records.
-void checkFrameFormats(const CheckedNode& node, FindingList& findings);
-
-/// The operator's range, the link's class and the minimum-power offsets.
-void checkLink(const CheckedNode& node, FindingList& findings);
+/// Everything that the file says of a node: the capability handler, the frame formats, the link and
+/// the stored variables.
+void check(const CheckedNode& node, FindingList& findings);
 
 /// A class that is written as a number.
 /// @param written the value in the file; may be null.
 void checkClass(const nlohmann::json* written, const FilePlace& place, FindingList& findings);
-
-/// The stored variables.
-void checkVariables(const CheckedNode& node, FindingList& findings);
 
 } // namespace NodeRules
 

@@ -144,10 +144,7 @@ private:
     bool checkNewInState(const State& state) {
         const std::size_t known = m_seen.findings().size();
         const bool isStarted = checkStart(state.node);
-        NodeRules::checkCapabilityHandler(state.node, m_seen);
-        NodeRules::checkFrameFormats(state.node, m_seen);
-        NodeRules::checkLink(state.node, m_seen);
-        NodeRules::checkVariables(state.node, m_seen);
+        NodeRules::check(state.node, m_seen);
         if (isStarted) {
             m_library.checkFrameFormats(state.node);
         }

@@ -9,15 +9,7 @@ using Step = Explanation::Step;
 
 /// What a step says of itself, whatever came before it.
 std::int64_t figureOf(const Step& step) {
-    switch (step.kind) {
-    case Step::Kind::Start:
-        return step.running;
-    case Step::Kind::Bound:
-        return step.bound.value_or(step.running);
-    case Step::Kind::Change:
-        break;
-    }
-    return step.amount;
+    return step.kind == Step::Kind::Change ? step.amount : step.bound.value_or(step.running);
 }
 
 /// The step of a list that does the same as another one: the n-th of its rule and kind.

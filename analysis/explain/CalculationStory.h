@@ -1,11 +1,49 @@
 #pragma once
 
 #include "Explanation.h"
-#include "ExplanationContext.h"
 #include "QueryTrace.h"
+#include "RadioFile.h"
+#include "RadioFilePlaces.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
+#include <string>
+
+/// What is known of a query beyond the library's reports on it. What is not known is nothing.
+struct ExplanationContext {
+    struct Cutback {
+        bool isTemporary = false;
+        std::uint32_t amount = 0;
+        std::string pointer = {}; ///< where the radio file sets it, or empty
+        std::string source = {};  ///< who else set it, in words
+    };
+
+    struct Booster {
+        std::int32_t gain = 0;
+        std::int32_t maxInputPower = 0;
+        std::string gainPointer = {};
+        std::string maxInputPowerPointer = {};
+        std::string source = {};
+    };
+
+    /// The radio that was asked, where there is a file of it.
+    struct Radio {
+        const RadioFile& file;
+        const RadioFilePlaces& places;
+        EDpdVersion dpdVersion;
+        EFrameFormatMarket market;
+        EChannelSpacingType channelSpacing;
+    };
+
+    std::optional<Cutback> cutback;
+    std::optional<Booster> booster;
+    std::optional<std::int32_t> channelSpacing; ///< in MHz
+    std::optional<Radio> radio;
+
+    std::map<Modulation, std::optional<std::int32_t>> pmax =
+        {}; ///< asked for so far; nothing: no row
+};
 
 /// Explains one calculation for an adaptive modulation, or one of a fixed one, from what the
 /// library reported while it answered.

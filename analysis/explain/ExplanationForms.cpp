@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <sstream>
 
 namespace {
 
@@ -97,12 +98,10 @@ std::string stepsOf(const Explanation& explanation, const TextLook& look) {
         return columns;
     }
     std::string styled;
-    std::size_t begin = 0;
-    for (std::size_t line = 0; begin < columns.size(); ++line) {
-        const std::size_t end = columns.find('\n', begin);
-        const std::string text = columns.substr(begin, end - begin);
-        styled += (line == binding + 1 ? look.styled(text, TextStyle::Bold) : text) + '\n';
-        begin = end + 1;
+    std::istringstream lines(columns);
+    std::size_t number = 0;
+    for (std::string line; std::getline(lines, line); ++number) {
+        styled += (number == binding + 1 ? look.styled(line, TextStyle::Bold) : line) + '\n';
     }
     return styled;
 }

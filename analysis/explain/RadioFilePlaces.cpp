@@ -120,8 +120,7 @@ std::string RadioFilePlaces::compensation(EChannelSpacingType spacing,
     if (!m_file.node.variables) {
         return {};
     }
-    const std::string name = "channel." + std::to_string(Node::servedChannel(m_file.channel)) +
-                             ".tx.rf.pmax.cs.comp.v2.array";
+    const std::string name = Node::calibrationOf(m_file.channel);
     const auto array = m_file.node.variables->find(name);
     if (array == m_file.node.variables->end()) {
         return {};

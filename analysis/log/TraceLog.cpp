@@ -41,14 +41,11 @@ bool beginsCall(const TraceRecord& record) {
            record.file.find("/Calculator") == std::string::npos;
 }
 
+constexpr std::array<std::string_view, 3> kinds = {"enter", "msg", "raw"}; // by TraceRecord::Kind
+
 std::optional<Kind> kindNamed(std::string_view word) {
-    if (word == "enter") {
-        return Kind::Enter;
-    }
-    if (word == "msg") {
-        return Kind::Message;
-    }
-    return word == "raw" ? std::optional(Kind::Raw) : std::nullopt;
+    const auto index = std::ranges::find(kinds, word) - kinds.begin();
+    return isOneOf(word, kinds) ? std::optional(static_cast<Kind>(index)) : std::nullopt;
 }
 
 /// A record of a replay's "trace" list; nothing if something else stands there.

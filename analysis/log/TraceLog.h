@@ -1,7 +1,7 @@
 #pragma once
 
+#include "CalculationStory.h"
 #include "DeskTrace.h"
-#include "ExplanationContext.h"
 #include "OperatingInputs.h"
 
 #include <nlohmann/json.hpp>

@@ -113,7 +113,7 @@ private:
     }
 
     std::string legend() const {
-        const std::size_t limiting = m_plot.limitingRules().size();
+        const std::size_t limiting = m_plot.rulesWhere(true).size();
         std::string text;
         if (m_hasLongLabels) {
             for (const PowerPlot::Series& series : m_plot.series) {
@@ -150,12 +150,12 @@ private:
 Blocks::Blocks(const PowerPlot& plot, const TextLook& look)
     : m_plot(plot)
     , m_look(look)
-    , m_rules(plot.limitingRules())
+    , m_rules(plot.rulesWhere(true))
     , m_hasLongLabels(std::ranges::any_of(
           plot.series,
           [](const PowerPlot::Series& series) { return textWidth(series.label) > longestLabel; }))
     , m_scale(0, 0, 3) {
-    const std::vector<Rule> denying = plot.denyingRules();
+    const std::vector<Rule> denying = plot.rulesWhere(false);
     m_rules.insert(m_rules.end(), denying.begin(), denying.end());
     for (const PowerPlot::Series& series : plot.series) {
         for (std::size_t step = 0; step < series.steps.size(); ++step) {

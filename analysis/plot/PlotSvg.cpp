@@ -379,8 +379,8 @@ private:
 
 Picture::Picture(const PowerPlot& plot)
     : m_plot(plot)
-    , m_limiting(plot.limitingRules())
-    , m_denying(plot.denyingRules())
+    , m_limiting(plot.rulesWhere(true))
+    , m_denying(plot.rulesWhere(false))
     , m_scale(plot.scale(maxTicks)) {
     const auto steps = static_cast<Tenths>(std::max<std::size_t>(plot.modulations.size(), 1));
     std::size_t longest = 0;

@@ -174,17 +174,9 @@ std::vector<std::string> PowerPlot::conditionLines(std::size_t width) const {
     return lines;
 }
 
-std::vector<Rule> PowerPlot::limitingRules() const {
-    return rulesWhere(true);
-}
-
-std::vector<Rule> PowerPlot::denyingRules() const {
-    return rulesWhere(false);
-}
-
 std::size_t PowerPlot::placeOf(Rule rule) const {
-    std::vector<Rule> rules = limitingRules();
-    const std::vector<Rule> denying = denyingRules();
+    std::vector<Rule> rules = rulesWhere(true);
+    const std::vector<Rule> denying = rulesWhere(false);
     rules.insert(rules.end(), denying.begin(), denying.end());
     return static_cast<std::size_t>(std::ranges::find(rules, rule) - rules.begin());
 }

@@ -41,10 +41,9 @@ struct PowerPlot {
     /// The conditions in lines of a width, none broken that fits into one.
     std::vector<std::string> conditionLines(std::size_t width) const;
 
-    /// The rules that hold somewhere, in the order of the enumeration: of powers, and of what is
+    /// The rules that hold somewhere, in the order of the enumeration: of powers, or of what is
     /// denied.
-    std::vector<Rule> limitingRules() const;
-    std::vector<Rule> denyingRules() const;
+    std::vector<Rule> rulesWhere(bool hasPower) const;
 
     /// Where a rule stands among those that limit and then those that deny, by which it has its
     /// letter.
@@ -64,9 +63,6 @@ struct PowerPlot {
     std::string over; ///< the input, "channel spacing in MHz"; empty if nothing is varied
     std::vector<std::string> modulations; ///< in ascending order
     std::vector<Series> series;
-
-private:
-    std::vector<Rule> rulesWhere(bool hasPower) const;
 };
 
 /// A picture as an SVG document: the same bytes for the same powers. It brings its own light

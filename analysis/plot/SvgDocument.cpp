@@ -3,6 +3,7 @@
 #include "OneLine.h"
 
 #include <cstddef>
+#include <map>
 
 namespace {
 
@@ -28,24 +29,12 @@ std::string svgNumber(Tenths length) {
 }
 
 std::string xmlText(std::string_view text) {
+    static const std::map<char, std::string> entities{
+        {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}};
     std::string escaped;
     for (const char letter : oneLine(text)) {
-        switch (letter) {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        case '>':
-            escaped += "&gt;";
-            break;
-        case '"':
-            escaped += "&quot;";
-            break;
-        default:
-            escaped += letter;
-        }
+        const auto entity = entities.find(letter);
+        escaped += entity == entities.end() ? std::string(1, letter) : entity->second;
     }
     replaceForbidden(escaped);
     return escaped;

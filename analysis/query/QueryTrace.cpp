@@ -20,29 +20,20 @@ using TraceText::isEntryOf;
 using TraceText::rest;
 using TraceText::valueBehind;
 
-/// A message that ends a query as a whole, and what it means.
-struct Failure {
+/// A message of the library, and what it means.
+struct Meaning {
     const char* text;
-    Rule rule;
     const char* words;
+    std::optional<Rule> failure = {}; ///< that ends the query as a whole; nothing: it goes on
 };
 
-constexpr Failure failures[] = {
-    {"Failed to calculate power capabilities, modulationAndCodeArray is empty", Rule::QueryFailed,
-     "the frame format has no modulation-and-codes"},
+constexpr Meaning meanings[] = {
+    {"Failed to calculate power capabilities, modulationAndCodeArray is empty",
+     "the frame format has no modulation-and-codes", Rule::QueryFailed},
     {"Failed to calculate power capabilities for undefined max modulation",
-     Rule::UndefinedModulation, "the highest code of the frame format has no modulation"},
-    {"Failed to get AdMod capabilities", Rule::UndefinedModulation,
-     "no modulation is selected, and the frame format has none either"},
-};
-
-/// A message that a query goes on after, and what it means.
-struct Oddity {
-    const char* text;
-    const char* words;
-};
-
-constexpr Oddity oddities[] = {
+     "the highest code of the frame format has no modulation", Rule::UndefinedModulation},
+    {"Failed to get AdMod capabilities",
+     "no modulation is selected, and the frame format has none either", Rule::UndefinedModulation},
     {"failed to get min and max modulation from ACM handler",
      "the ACM handler reports no selected range"},
     {"Failed to get telecom market, wrong channel or FFID?",
@@ -142,18 +133,26 @@ private:
 
     void readElsewhere(const TraceRecord& record) {
         readLimit(record);
-        if (record.kind == Kind::Enter || record.level > TraceTrouble::highestLevel ||
-            readFailure(record)) {
+        if (record.kind == Kind::Enter || record.level > TraceTrouble::highestLevel) {
             return;
         }
         const std::string& text = record.text;
-        for (const Oddity& oddity : oddities) {
-            if (text == oddity.text) {
-                note(oddity.words);
-                return;
+        const auto* const known =
+            std::ranges::find_if(meanings, [&](const Meaning& one) { return text == one.text; });
+        if (known != std::end(meanings) && known->failure) {
+            fail(*known->failure, known->words);
+        } else if (known != std::end(meanings)) {
+            note(known->words);
+        } else if (const auto variable =
+                       rest(text, "getCompensationForChannelSpacing Failed to get variable ")) {
+            fail(Rule::MissingCalibration,
+                 "the channel-spacing compensation is unknown, because the stored variable " +
+                     inQuotes(*variable) + " cannot be read");
+        } else if (text.starts_with("Could not get power compensation for channel spacing ")) {
+            if (m_trace.failure.empty()) {
+                fail(Rule::MissingCalibration, TraceTrouble::unknown(record).text);
             }
-        }
-        if (const auto spacing = rest(text, " no match for channel spacing : ")) {
+        } else if (const auto spacing = rest(text, " no match for channel spacing : ")) {
             note("no minimum-power offset for a channel spacing of " + *spacing +
                  " MHz; the radio's own minimum holds");
         } else {
@@ -176,31 +175,9 @@ private:
         }
     }
 
-    /// The messages that end a query as a whole.
-    bool readFailure(const TraceRecord& record) {
-        const std::string& text = record.text;
-        const auto fail = [this](Rule rule, const std::string& words) {
-            m_trace.failure = words;
-            m_trace.failureRule = rule;
-            return true;
-        };
-        for (const Failure& failure : failures) {
-            if (text == failure.text) {
-                return fail(failure.rule, failure.words);
-            }
-        }
-        if (const auto variable =
-                rest(text, "getCompensationForChannelSpacing Failed to get variable ")) {
-            return fail(
-                Rule::MissingCalibration,
-                "the channel-spacing compensation is unknown, because the stored variable " +
-                    inQuotes(*variable) + " cannot be read");
-        }
-        if (text.starts_with("Could not get power compensation for channel spacing ")) {
-            return !m_trace.failure.empty() ||
-                   fail(Rule::MissingCalibration, TraceTrouble::unknown(record).text);
-        }
-        return false;
+    void fail(Rule rule, const std::string& words) {
+        m_trace.failure = words;
+        m_trace.failureRule = rule;
     }
 
     void note(const std::string& text) {

@@ -1,5 +1,4 @@
 #include "Arguments.h"
-#include "BatchProgress.h"
 #include "BatchResult.h"
 #include "Commands.h"
 #include "CommonOptions.h"
@@ -9,9 +8,13 @@
 #include "OneLine.h"
 #include "PowerTableQuery.h"
 #include "RadioFileReader.h"
+#include "Terminal.h"
 #include "TextColumns.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstddef>
+#include <cstdio>
 #include <exception>
 #include <memory>
 #include <sstream>
@@ -32,6 +35,72 @@ struct BatchOptions {
 };
 
 const std::vector<std::string> batchFormats{"ndjson", "csv"};
+
+constexpr std::chrono::milliseconds onTerminal{200};
+constexpr std::chrono::seconds elsewhere{5};
+
+void writeToErrors(const std::string& text) {
+    static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
+}
+
+/// Tells on standard error how far a batch has come: on a terminal in one line that is written
+/// over, elsewhere in a line every few seconds.
+class BatchProgress {
+public:
+    explicit BatchProgress(bool isOn);
+    ~BatchProgress();
+    BatchProgress(const BatchProgress&) = delete;
+    BatchProgress& operator=(const BatchProgress&) = delete;
+
+    /// To be called after every line.
+    void show(std::uint64_t lines, std::uint64_t bad) {
+        const Clock::time_point now = Clock::now();
+        if (!m_isOn || now < m_due) {
+            return;
+        }
+        const std::chrono::duration<double> passed = now - m_start;
+        const auto rate = static_cast<std::uint64_t>(static_cast<double>(lines) /
+                                                     std::max(passed.count(), 0.001));
+        const std::string text = counted(lines, "line") + ", " + std::to_string(bad) + " bad, " +
+                                 std::to_string(rate) + " lines/s";
+        if (!m_terminal.isTerminal()) {
+            m_due = now + elsewhere;
+            complain(text);
+            return;
+        }
+        m_due = now + onTerminal;
+        std::string line = text.substr(0, m_terminal.width() - 1);
+        const std::size_t columns = line.size();
+        line.resize(std::max(columns, m_shown), ' ');
+        writeToErrors('\r' + line);
+        m_shown = columns;
+    }
+
+    /// Takes the line away from the terminal.
+    void clear() {
+        if (m_shown > 0) {
+            writeToErrors('\r' + std::string(m_shown, ' ') + '\r');
+            m_shown = 0;
+        }
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    bool m_isOn;
+    Terminal m_terminal;
+    Clock::time_point m_start = Clock::now();
+    Clock::time_point m_due = m_start;
+    std::size_t m_shown = 0; ///< columns that the line on the terminal takes
+};
+
+BatchProgress::BatchProgress(bool isOn)
+    : m_isOn(isOn)
+    , m_terminal(STDERR_FILENO) {}
+
+BatchProgress::~BatchProgress() {
+    clear();
+}
 
 /// The totals of a batch.
 struct Totals {

@@ -158,33 +158,33 @@ std::string argumentsOf(const Command& command) {
 
 // fish
 
-std::string inQuotes(std::string_view text) {
+std::string fishQuoted(std::string_view text) {
     const std::string safe = replaced(text, '\\', "\\\\");
     return '\'' + replaced(safe, '\'', "\\'") + '\'';
 }
 
 /// What is offered as a value; `-x` keeps files away, which are offered otherwise.
 std::string valueOf(const CommandOption& option) {
-    const std::string words = option.words.empty() ? "" : " -a " + inQuotes(joined(option.words));
+    const std::string words = option.words.empty() ? "" : " -a " + fishQuoted(joined(option.words));
     return byCompletion(option, " -r -F", " -x -a '(__fish_complete_directories)'", " -x" + words);
 }
 
 std::string lineOf(const CommandOption& option, const std::string& condition) {
-    std::string line = "complete -c qor-power -n " + inQuotes(condition);
+    std::string line = "complete -c qor-power -n " + fishQuoted(condition);
     for (const std::string& name : option.names()) {
         line += name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1);
     }
-    return line + (option.isFlag() ? "" : valueOf(option)) + " -d " + inQuotes(option.description) +
-           '\n';
+    return line + (option.isFlag() ? "" : valueOf(option)) + " -d " +
+           fishQuoted(option.description) + '\n';
 }
 
 /// An argument is what follows no option; its words have no option in front.
 std::string lineOfArgument(const CommandOption& argument, const std::string& condition) {
-    const std::string line = "complete -c qor-power -n " + inQuotes(condition);
+    const std::string line = "complete -c qor-power -n " + fishQuoted(condition);
     if (argument.completion == CommandOption::Completion::Files) {
         return line + " -F\n";
     }
-    return argument.words.empty() ? "" : line + " -a " + inQuotes(joined(argument.words)) + '\n';
+    return argument.words.empty() ? "" : line + " -a " + fishQuoted(joined(argument.words)) + '\n';
 }
 
 // zsh
@@ -277,7 +277,7 @@ std::string ShellCompletion::forFish(const std::vector<Command>& commands) {
     }
     for (const Command& command : commands) {
         text += "complete -c qor-power -n " + first + " -a " + command.name + " -d " +
-                inQuotes(command.summary) + '\n';
+                fishQuoted(command.summary) + '\n';
     }
     for (const Command& command : commands) {
         const std::string behind = "__fish_seen_subcommand_from " + command.name;

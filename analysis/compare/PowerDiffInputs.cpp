@@ -1,4 +1,4 @@
-#include "RadioInputs.h"
+#include "PowerDiff.h"
 
 #include "Decibels.h"
 #include "InputAxis.h"
