@@ -383,6 +383,7 @@ private:
         }
     }
 
+    /// The outdoor families with an offset table.
     void tellOffsetFamily() {
         const CalculationFigures::OffsetFamily& family = m_figures.offsetFamily;
         const Lookup* const reference = lookup(Rule::PmaxReference);
@@ -472,6 +473,7 @@ private:
                      family.pmaxSelectedMin);
     }
 
+    /// The outdoor family that caps by the RSEC.
     void tellCapFamily(const Power& carried) {
         const CalculationFigures::CapFamily& family = m_figures.capFamily;
         const std::int32_t compensation = family.compensation.value_or(0);
@@ -557,6 +559,7 @@ private:
         m_waterfall.expect("the capped power", family.capped);
     }
 
+    /// The radio-unit families.
     void tellRadioUnit() {
         const CalculationFigures::RadioUnit& unit = m_figures.radioUnit;
         const std::string own = convertAcmEnumToString(m_figures.modulation);
