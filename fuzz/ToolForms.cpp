@@ -75,7 +75,7 @@ bool isNested(const std::string& xml) {
 }
 
 void checkPlot(const ExplainedTable& explained) {
-    const PowerPlot plot = PowerPlot::of(explained);
+    const PowerPlot plot = PowerPlot::of(RuledTable(explained));
     const std::string svg = svgForm(plot);
     std::string letters = svg;
     std::erase(letters, '\n');

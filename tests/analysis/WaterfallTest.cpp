@@ -58,7 +58,7 @@ TEST(Mismatches, OfATableAreToldBehindTheNameOfItsFile) {
 TEST(Mismatches, OfASweepAreAmongItsTroubles) {
     Sweep sut;
     sut.points.resize(1);
-    sut.points.front().powers.explanations = explanationsWithMismatch();
+    sut.points.front().powers = RuledTable({{}, explanationsWithMismatch()});
 
     EXPECT_THAT(sut.troubles(), ElementsAre("the steps for 16QAM do not add up: 1 is not 2"));
 }
