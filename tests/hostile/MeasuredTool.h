@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ChildProcess.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
@@ -7,15 +9,11 @@
 #include <vector>
 
 /// What a run of the tool left behind, and what it took.
-struct ToolRun {
-    int status = 0;          ///< exit status; 1000 and the number if a signal ended it
-    std::string firstOutput; ///< at most the first 64 KiB of standard output
+struct ToolRun : ChildProcess::End {
+    std::string firstOutput = {}; ///< at most the first 64 KiB of standard output
     std::uintmax_t outputSize = 0;
-    std::string errors;
-    double processorSeconds = 0;
-    double seconds = 0;
-    double peakMiB = 0;                  ///< resident memory
-    std::vector<std::string> leftBehind; ///< what it left in the folder that it ran in
+    std::string errors = {};
+    std::vector<std::string> leftBehind = {}; ///< what it left in the folder that it ran in
 };
 
 /// For failed expectations.

@@ -1,11 +1,9 @@
 #include "ToolProcess.h"
 
+#include "ChildProcess.h"
+
 #include <algorithm>
-#include <cerrno>
-#include <csignal>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -17,15 +15,10 @@
 
 #include <fcntl.h>
 #include <pty.h>
-#include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
 namespace {
-
-[[noreturn]] void fail(const std::string& what) {
-    throw std::runtime_error(what + ": " + std::strerror(errno));
-}
 
 std::string contentOf(int descriptor) {
     std::string text;
@@ -44,7 +37,7 @@ public:
     TemporaryFile()
         : m_file(std::tmpfile(), std::fclose) {
         if (m_file == nullptr) {
-            fail("tmpfile");
+            failForTheSystem("tmpfile");
         }
     }
 
@@ -53,7 +46,7 @@ public:
     void fill(const std::string& text) {
         if (std::fwrite(text.data(), 1, text.size(), m_file.get()) != text.size() ||
             std::fflush(m_file.get()) != 0) {
-            fail("fwrite");
+            failForTheSystem("fwrite");
         }
         ::lseek(descriptor(), 0, SEEK_SET);
     }
@@ -75,7 +68,7 @@ public:
         size.ws_col = 100;
         size.ws_row = 25;
         if (::openpty(&m_reader, &m_writer, nullptr, nullptr, &size) != 0) {
-            fail("openpty");
+            failForTheSystem("openpty");
         }
         termios settings{};
         ::tcgetattr(m_writer, &settings);
@@ -107,7 +100,7 @@ private:
 int closedPipe() {
     int ends[2];
     if (::pipe(ends) != 0) {
-        fail("pipe");
+        failForTheSystem("pipe");
     }
     ::close(ends[0]);
     return ends[1];
@@ -167,35 +160,11 @@ ToolProcess& ToolProcess::withEnvironment(const std::string& name, const std::st
     return *this;
 }
 
-void ToolProcess::become(std::vector<std::string> words, int input, int output, int errors) const {
-    std::vector<char*> pointers;
-    for (std::string& word : words) {
-        pointers.push_back(word.data());
-    }
-    pointers.push_back(nullptr);
-    for (const auto& [name, value] : m_environment) {
-        if (value.empty()) {
-            ::unsetenv(name.c_str());
-        } else {
-            ::setenv(name.c_str(), value.c_str(), 1);
-        }
-    }
-    // A test runner may have the signal ignored; the tool must not depend on that.
-    std::signal(SIGPIPE, SIG_DFL);
-    ::dup2(input, STDIN_FILENO);
-    ::dup2(output, STDOUT_FILENO);
-    ::dup2(errors, STDERR_FILENO);
-    if (m_sink == Sink::None) {
-        ::close(STDOUT_FILENO);
-    }
-    if (::chdir(m_folder.empty() ? QOR_TOOL_TESTS : m_folder.c_str()) == 0) {
-        ::execvp(pointers.front(), pointers.data());
-    }
-    ::_exit(127);
-}
-
 ToolResult ToolProcess::run() const {
-    const std::vector<std::string> words = DrivenTool::commandLine(m_arguments);
+    ChildProcess tool;
+    tool.words = DrivenTool::commandLine(m_arguments);
+    tool.folder = m_folder.empty() ? QOR_TOOL_TESTS : m_folder;
+    tool.environment = m_environment;
     TemporaryFile input;
     input.fill(m_input);
     const TemporaryFile output;
@@ -208,7 +177,7 @@ ToolResult ToolProcess::run() const {
     if (m_sink == Sink::Path) {
         other = ::open(m_outputPath.c_str(), O_WRONLY | O_CLOEXEC);
         if (other < 0) {
-            fail(m_outputPath);
+            failForTheSystem(m_outputPath);
         }
     } else if (m_sink == Sink::ClosedPipe) {
         other = closedPipe();
@@ -216,29 +185,19 @@ ToolResult ToolProcess::run() const {
         other = ::dup(terminal->writer());
     }
 
-    const pid_t child = ::fork();
-    if (child < 0) {
-        fail("fork");
+    tool.input = input.descriptor();
+    if (m_sink != Sink::None) {
+        tool.output = other >= 0 ? other : output.descriptor();
     }
-    if (child == 0) {
-        become(words, input.descriptor(), other >= 0 ? other : output.descriptor(),
-               m_hasErrorTerminal ? terminal->writer() : errors.descriptor());
-    }
+    tool.errors = m_hasErrorTerminal ? terminal->writer() : errors.descriptor();
+    tool.start();
     if (other >= 0) {
         ::close(other);
     }
     // A terminal holds little: it is read while the tool runs.
     const std::string shown = terminal ? terminal->content() : std::string();
-    int status = 0;
-    while (::waitpid(child, &status, 0) < 0) {
-        if (errno != EINTR) {
-            fail("waitpid");
-        }
-    }
-
-    constexpr int signalled = 1000;
     ToolResult result;
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : signalled + WTERMSIG(status);
+    result.status = tool.wait().status;
     result.output = m_sink == Sink::Terminal ? shown : output.content();
     result.errors = m_hasErrorTerminal ? shown : errors.content();
     return result;

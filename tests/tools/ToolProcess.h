@@ -62,9 +62,6 @@ private:
         Terminal
     };
 
-    [[noreturn]] void become(std::vector<std::string> words, int input, int output,
-                             int errors) const;
-
     std::vector<std::string> m_arguments;
     std::string m_input;
     std::string m_folder;
