@@ -69,7 +69,7 @@ void answerExplanation(const Question& question, const RadioCase& radio, Reply& 
     if (hadRows && explained.table.rows.empty()) {
         throw AnalysisError(Outcome::OtherTrouble,
                             behind(radio.name) + "the frame format has none of these modulations "
-                                                 "and codes; try qor-power table");
+                                                 "and codes; the table shows those that it has");
     }
     reply.text =
         question.form == Form::Json ? jsonForm(explained) : textForm(explained, question.look);

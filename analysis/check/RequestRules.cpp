@@ -319,7 +319,7 @@ void RequestRules::checkAnswer(std::size_t index, const nlohmann::json& line,
         m_findings.add(CheckRules::RequestFails, placeOf(index),
                        line.at("call").get<std::string>() + " fails with " +
                            std::to_string(result) + ": " + reasonOf(line),
-                       "qor-power replay --trace 6 shows the whole calculation");
+                       "a replay with all traces shows the whole calculation");
     }
 }
 

@@ -361,8 +361,8 @@ WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::
     const auto row = lowestOf(explained.table, choice);
     if (!row) {
         throw AnalysisError(Outcome::OtherTrouble,
-                            radio.name + ": the frame format has no such modulation or code; try "
-                                         "qor-power table");
+                            radio.name + ": the frame format has no such modulation or code; the "
+                                         "table shows those that it has");
     }
     whyNot.mismatches = mismatchesOf(explained);
     whyNot.explanation = explained.explanations[*row];
