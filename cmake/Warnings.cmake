@@ -1,7 +1,10 @@
-# One list of warnings for everything that is built here, as errors.
+# One list of warnings for everything that is built here. They are errors for those who change the sources,
+# in the presets of development and in continuous integration, which sets the variable in the environment:
+# a user's compiler may be newer, and know warnings that nobody has seen yet.
+option(QOR_WARNINGS_AS_ERRORS "Fail where the compiler warns" $ENV{QOR_WARNINGS_AS_ERRORS})
 add_library(qor_warnings INTERFACE)
 target_compile_options(qor_warnings INTERFACE
-    -Wall -Wextra -Wpedantic -Werror
+    -Wall -Wextra -Wpedantic $<$<BOOL:${QOR_WARNINGS_AS_ERRORS}>:-Werror>
     -Wconversion -Wsign-conversion -Wdouble-promotion -Wfloat-conversion
     # Of several sources joined to one, a name of the one would be the shadow of another's.
     $<$<NOT:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>:-Wshadow>

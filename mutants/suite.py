@@ -24,7 +24,7 @@ from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass
 from pathlib import Path
 
-QUICK_COMPILER = "clang++-14"
+QUICK_COMPILER = "clang++-19"
 ROOMS = ("Control", "interfaces", "platform")
 OBJECT_FOLDERS = ("qor_control.dir", "qor_interfaces.dir")
 CONTRACT = ("interfaces/", "platform/")

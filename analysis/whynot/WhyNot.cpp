@@ -200,7 +200,8 @@ private:
 
     /// Adds each value of an axis that allows the power, or says that there is none.
     void searchAxis(const std::string& name, const std::string& current) {
-        const InputAxis& axis = InputAxis::named("input", name);
+        static const std::string anInput = "input";
+        const InputAxis& axis = InputAxis::named(anInput, name);
         bool isFound = false;
         for (const Inputs::Value& value : usualValuesOf(axis, m_radio)) {
             if (InputAxis::labelOf(value) == current) {
