@@ -19,7 +19,13 @@ std::string problemOf(const std::string& message) {
     const std::string beforeProblem = "syntax error ";
     const std::size_t start = message.find(beforeProblem);
     const std::size_t end = message.find("; last read: '");
-    return start == std::string::npos ? message : message.substr(start, end - start);
+    if (start == std::string::npos) {
+        // Newer releases of the package have words of their own for a text without anything in it.
+        return "syntax error while parsing value - unexpected end of input; expected '[', '{', or "
+               "a "
+               "literal";
+    }
+    return message.substr(start, end - start);
 }
 
 /// How many bytes before the parser's position the problem begins. A token that is sound but does
