@@ -53,7 +53,8 @@ std::vector<Sweep::Line> Sweep::linesOf(const std::vector<std::string>& overs,
     std::size_t count = 1;
     for (const std::string& over : overs) {
         const std::size_t sign = over.find('=');
-        const InputAxis& axis = InputAxis::named(optionName, over.substr(0, sign));
+        const std::string name = over.substr(0, sign);
+        const InputAxis& axis = InputAxis::named(optionName, name);
         refuseFixed(axis, asked);
         if (!lines.empty() && lines.front().axis == &axis) {
             throw QuestionError(optionName + ' ' + axis.name() + " is given twice");
