@@ -1,17 +1,24 @@
 #include "EFrameFormatMarket.h"
 
+#include "private/Literals.h"
+
 #include <ostream>
 
-std::ostream& operator<<(std::ostream& stream, EFrameFormatMarket market) {
+const char* literalOf(EFrameFormatMarket market) {
     switch (market) {
     case EFrameFormatMarket::Etsi:
-        return stream << "Etsi";
+        return "Etsi";
     case EFrameFormatMarket::Ansi:
-        return stream << "Ansi";
+        return "Ansi";
     case EFrameFormatMarket::Global:
-        return stream << "Global";
+        return "Global";
     case EFrameFormatMarket::Unknown:
-        return stream << "Unknown";
+        return "Unknown";
     }
-    return stream;
+    return "";
+}
+
+std::ostream& operator<<(std::ostream& stream, EFrameFormatMarket market) {
+    const char* const text = literalOf(market);
+    return *text == '\0' ? stream : stream << text;
 }

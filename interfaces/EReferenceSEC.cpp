@@ -1,6 +1,8 @@
 #include "EReferenceSEC.h"
 
-std::string convertRsecEnumToString(EReferenceSEC rsec) {
+#include "private/Literals.h"
+
+const char* literalOf(EReferenceSEC rsec) {
     switch (rsec) {
     case EReferenceSEC::Class2:
         return "2";
@@ -26,4 +28,8 @@ std::string convertRsecEnumToString(EReferenceSEC rsec) {
         break;
     }
     return "UNDEFINED";
+}
+
+std::string convertRsecEnumToString(EReferenceSEC rsec) {
+    return literalOf(rsec);
 }

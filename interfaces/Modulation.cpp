@@ -1,10 +1,10 @@
 #include "Modulation.h"
 
+#include "private/Literals.h"
+
 #include <ostream>
 
-namespace {
-
-const char* textOf(Modulation modulation) {
+const char* literalOf(Modulation modulation) {
     switch (modulation) {
     case Modulation::CW:
         return "CW";
@@ -42,12 +42,10 @@ const char* textOf(Modulation modulation) {
     return "UNDEFINED";
 }
 
-} // namespace
-
 std::string convertAcmEnumToString(Modulation modulation) {
-    return textOf(modulation);
+    return literalOf(modulation);
 }
 
 std::ostream& operator<<(std::ostream& stream, Modulation modulation) {
-    return stream << textOf(modulation);
+    return stream << literalOf(modulation);
 }

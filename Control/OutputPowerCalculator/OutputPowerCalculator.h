@@ -75,8 +75,12 @@ private:
     /// Opens the private steps to the tests.
     friend class OutputPowerCalculatorInside;
 
+    unsigned long cutbackInForce() const {
+        return m_useTemporaryPowerCutback ? m_temporaryPowerCutback : m_powerCutback;
+    }
+
     /// The calculator of the radio's hardware family, chosen afresh by the product number.
-    Calculator* getCalculator() const;
+    Calculator* getCalculator(bool isTraced) const;
 
     /// The Pmax table of a known DPD version.
     const TxRfMaxPowerCapability& tableOf(EDpdVersion dpdVersion, bool isAnsi) const;
@@ -91,18 +95,64 @@ private:
                     long& maxPower) const;
 
     /// Channel-spacing compensation of the radio's family on the served channel.
-    int getCsPowerCompensation(EChannelSpacingType channelSpacing, long& compensation) const;
+    int getCsPowerCompensation(bool isTraced, EChannelSpacingType channelSpacing,
+                               long& compensation) const;
+
+    /// What the modulations of a query share. Pmax values that they share are looked up once: no
+    /// neighbour is asked for them.
+    struct PowerQuery {
+        EDpdVersion dpdVersion;
+        EFrameFormatMarket market;
+        EReferenceSEC rsec;
+        Modulation selectedMinMod; ///< the selected one, where only one is
+        Modulation selectedMaxMod;
+        Modulation availableMaxMod;
+        long csPowerCompensation;
+        bool useCutback;
+
+        const TxRfMaxPowerCapability* table = nullptr; ///< null for an unknown DPD version
+        bool isSelectedMinKnown = false;
+        long pmaxSelectedMin = 0; ///< cut back if the query asks for that
+        bool isReferenceKnown = false;
+        Modulation referenceMod = Modulation::UNDEFINED;
+        long pmaxReference = 0;
+    };
+
+    /// The query of a fixed modulation, prepared.
+    PowerQuery fixedQuery(EDpdVersion dpdVersion, EFrameFormatMarket market, Modulation selectedMod,
+                          long csPowerCompensation, bool useCutback) const;
+
+    /// Looks up what the modulations of a query share.
+    void prepare(PowerQuery& query) const;
 
     /// Maximum power under adaptive modulation, by the radio's family. Nothing clamps the result.
-    int getAdModMaxPower(EDpdVersion dpdVersion, EFrameFormatMarket market, EReferenceSEC rsec,
-                         Modulation selectedMinMod, Modulation selectedMaxMod,
-                         Modulation availableMaxMod, Modulation actualMod, long csPowerCompensation,
-                         long& maxPower, bool useCutback) const;
+    int getAdModMaxPower(PowerQuery& query, Modulation actualMod, long& maxPower) const;
 
-    /// Maximum power for a fixed modulation.
-    int getFixModMaxPower(EDpdVersion dpdVersion, EFrameFormatMarket market, Modulation selectedMod,
-                          Modulation modulation, long csPowerCompensation, long& maxPower,
-                          bool useCutback) const;
+    /// The same step by step, for the traces.
+    int getAdModMaxPowerTraced(PowerQuery query, Modulation actualMod, long& maxPower) const;
+
+    /// The part of both that begins with the choice of the calculator.
+    int askCalculator(PowerQuery& query, Modulation actualMod, long pmaxSelectedMin,
+                      long pmaxActual, long csPowerCompensation, bool isTraced,
+                      long& maxPower) const;
+
+    /// Whether a query knows the Pmax of its reference modulation, also after looking it up.
+    static bool knowsReference(PowerQuery& query, Modulation reference);
+
+    /// Maximum power for a fixed modulation, and the same step by step.
+    int getFixModMaxPower(const PowerQuery& query, Modulation modulation, long& maxPower) const;
+    int getFixModMaxPowerTraced(PowerQuery query, Modulation modulation, long& maxPower) const;
+
+    /// The part of both with a booster.
+    int getBoostedPower(PowerQuery query, Modulation modulation, bool isTraced,
+                        long& maxPower) const;
+
+    /// The queries, traced step by step or not.
+    int answerPowerCapabilities(bool isTraced, Modulation modulation, long& minPower,
+                                long& maxPower) const;
+    int answerAdmodPowerCapabilities(bool isTraced, Modulation actualModulation, EReferenceSEC rsec,
+                                     long& minPower, long& maxPower) const;
+    int answerUnrestrictedPmax(bool isTraced, long& pmax) const;
 
     /// The operator's selection; both ends are undefined when there is none. Always 0.
     int getSelectedMinMaxAcm(ModulationAndCoding& min, ModulationAndCoding& max) const;
@@ -116,7 +166,8 @@ private:
     Modulation getSelectedMinModulation(const ModulationAndCoding& selectedMin) const;
 
     /// Highest modulation that both the modem and the radio hardware allow.
-    Modulation limitMaxModDueToRadioCapability(UseConfiguredFF useConfiguredFF, long rfid,
+    Modulation limitMaxModDueToRadioCapability(bool isTraced, UseConfiguredFF useConfiguredFF,
+                                               long rfid,
                                                const Modulation& modemMaxAvailableModulation) const;
 
     unsigned
@@ -134,7 +185,7 @@ private:
 
     /// Minimum output power at a channel spacing. Never fails: without an offset for the spacing it
     /// is the radio's own minimum.
-    long getMinOutputPower(unsigned int channelSpacing) const;
+    long getMinOutputPower(bool isTraced, unsigned int channelSpacing) const;
 
     /// Minimum output power of the frame format with an id; that of channel spacing 0 for an
     /// unknown id.

@@ -2,13 +2,14 @@
 
 #include "OutputPowerCalculator.h"
 
-/// Opens the private steps and members of OutputPowerCalculator to the tests. It only forwards.
+/// Opens the private steps and members of OutputPowerCalculator to the tests. It only forwards; of
+/// steps that are also there without traces, to the one with them.
 class OutputPowerCalculatorInside {
 public:
     using Service = OutputPowerCalculator;
     using UseConfiguredFF = OutputPowerCalculator::UseConfiguredFF;
 
-    static Calculator* getCalculator(const Service& service) { return service.getCalculator(); }
+    static Calculator* getCalculator(const Service& service) { return service.getCalculator(true); }
 
     static int getMaxPowerArray(const Service& service, EDpdVersion dpdVersion,
                                 EFrameFormatMarket market, TxRfMaxPowerCapability& out) {
@@ -22,7 +23,7 @@ public:
 
     static int getCsPowerCompensation(const Service& service, EChannelSpacingType channelSpacing,
                                       long& compensation) {
-        return service.getCsPowerCompensation(channelSpacing, compensation);
+        return service.getCsPowerCompensation(true, channelSpacing, compensation);
     }
 
     static int getAdModMaxPower(const Service& service, EDpdVersion dpdVersion,
@@ -30,17 +31,20 @@ public:
                                 Modulation selectedMinMod, Modulation selectedMaxMod,
                                 Modulation availableMaxMod, Modulation actualMod,
                                 long csPowerCompensation, long& maxPower, bool useCutback) {
-        return service.getAdModMaxPower(dpdVersion, market, rsec, selectedMinMod, selectedMaxMod,
-                                        availableMaxMod, actualMod, csPowerCompensation, maxPower,
-                                        useCutback);
+        Service::PowerQuery query = {dpdVersion,          market,         rsec,
+                                     selectedMinMod,      selectedMaxMod, availableMaxMod,
+                                     csPowerCompensation, useCutback};
+        service.prepare(query);
+        return service.getAdModMaxPowerTraced(query, actualMod, maxPower);
     }
 
     static int getFixModMaxPower(const Service& service, EDpdVersion dpdVersion,
                                  EFrameFormatMarket market, Modulation selectedMod,
                                  Modulation modulation, long csPowerCompensation, long& maxPower,
                                  bool useCutback) {
-        return service.getFixModMaxPower(dpdVersion, market, selectedMod, modulation,
-                                         csPowerCompensation, maxPower, useCutback);
+        Service::PowerQuery query =
+            service.fixedQuery(dpdVersion, market, selectedMod, csPowerCompensation, useCutback);
+        return service.getFixModMaxPowerTraced(query, modulation, maxPower);
     }
 
     static int getSelectedMinMaxAcm(const Service& service, ModulationAndCoding& min,
@@ -51,12 +55,12 @@ public:
     static Modulation limitMaxModDueToRadioCapability(const Service& service,
                                                       UseConfiguredFF useConfiguredFF, long rfid,
                                                       Modulation modemMaxAvailableModulation) {
-        return service.limitMaxModDueToRadioCapability(useConfiguredFF, rfid,
+        return service.limitMaxModDueToRadioCapability(true, useConfiguredFF, rfid,
                                                        modemMaxAvailableModulation);
     }
 
     static long getMinOutputPower(const Service& service, unsigned int channelSpacing) {
-        return service.getMinOutputPower(channelSpacing);
+        return service.getMinOutputPower(true, channelSpacing);
     }
 
     static long getMinOutputPowerUsingRfid(const Service& service, unsigned int rfid) {

@@ -19,14 +19,14 @@ void traceMissing(TraceSource& trace, const char* complaint, const CalculationDa
                  ", rsec=", textOf(data.rsec), ", acm=", data.actualModulation);
 }
 
+void traceStep(TraceSource& trace, const char* step, long value) {
+    trace.message(TraceLevel::Detail, functionName, __LINE__, step, value);
+}
+
 } // namespace
 
-int applyBooster(TraceSource& trace, const BoosterTables& tables, const CalculationData& data,
-                 const Booster& booster, long& maxPower) {
-    if (!booster.isPresent()) {
-        return ResultCode::Success;
-    }
-
+int applyPresentBooster(TraceSource& trace, const BoosterTables& tables,
+                        const CalculationData& data, Booster booster, long& maxPower) {
     int adjustment = 0;
     if (!tables.adjustments.find(static_cast<unsigned int>(data.rsec), data.actualModulation,
                                  adjustment)) {
@@ -40,19 +40,18 @@ int applyBooster(TraceSource& trace, const BoosterTables& tables, const Calculat
         return ResultCode::NoRadioUnitEntry;
     }
 
-    TRACE_MSG_OF(trace, functionName, TraceLevel::Detail, "boosterPowerAdjustments: ", adjustment);
-    maxPower = Power::add(maxPower, adjustment);
-    TRACE_MSG_OF(trace, functionName, TraceLevel::Detail, "maxPower (boosted.1): ", maxPower);
-
-    TRACE_MSG_OF(trace, functionName, TraceLevel::Detail,
-                 "boosterBandPowerAdjustments: ", bandAdjustment);
-    maxPower = Power::add(maxPower, bandAdjustment);
-    TRACE_MSG_OF(trace, functionName, TraceLevel::Detail, "maxPower (boosted.2): ", maxPower);
-
-    maxPower = std::min<long>(Power::subtract(maxPower, booster.gain), booster.maxInputPower);
-    TRACE_MSG_OF(trace, functionName, TraceLevel::Detail, "maxPower (boosted.3): ", maxPower);
-
-    maxPower = std::min(maxPower, data.pmaxActualModulation);
-    TRACE_MSG_OF(trace, functionName, TraceLevel::Detail, "maxPower (boosted.4): ", maxPower);
+    const long adjusted = Power::add(maxPower, adjustment);
+    const long bandAdjusted = Power::add(adjusted, bandAdjustment);
+    const long atInput =
+        std::min<long>(Power::subtract(bandAdjusted, booster.gain), booster.maxInputPower);
+    maxPower = std::min(atInput, data.pmaxActualModulation);
+    if (trace.isEnabled(TraceLevel::Detail)) {
+        traceStep(trace, "boosterPowerAdjustments: ", adjustment);
+        traceStep(trace, "maxPower (boosted.1): ", adjusted);
+        traceStep(trace, "boosterBandPowerAdjustments: ", bandAdjustment);
+        traceStep(trace, "maxPower (boosted.2): ", bandAdjusted);
+        traceStep(trace, "maxPower (boosted.3): ", atInput);
+        traceStep(trace, "maxPower (boosted.4): ", maxPower);
+    }
     return ResultCode::Success;
 }

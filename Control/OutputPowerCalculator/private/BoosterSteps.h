@@ -2,6 +2,7 @@
 
 #include "CalculationData.h"
 #include "DenseTable.h"
+#include "ResultCode.h"
 
 #include <map>
 #include <tuple>
@@ -14,10 +15,10 @@ using BoosterAdjustments = std::map<std::tuple<EReferenceSEC, Modulation>, int>;
 /// What a booster's band adds, in hundredths of a dB, by band (0 or 1) and modulation.
 using BoosterBandAdjustments = std::map<std::tuple<int, Modulation>, int>;
 
-/// The same as getMaxPower() keeps them.
+/// The same as getMaxPower() looks them up.
 struct BoosterTables {
-    DenseAdjustments<rsecCount> adjustments;
-    DenseAdjustments<bandCount> bandAdjustments;
+    DenseTable<rsecCount> adjustments;
+    DenseTable<bandCount> bandAdjustments;
 };
 
 /// An external booster, as the service passes it on.
@@ -33,9 +34,16 @@ struct Booster {
     }
 };
 
+/// applyBooster() with one.
+int applyPresentBooster(TraceSource& trace, const BoosterTables& tables,
+                        const CalculationData& data, Booster booster, long& maxPower);
+
 /// The last steps of getMaxPower() of the radio-unit families: turns the power without a booster
 /// into the radio's own output power at the booster's input.
 /// @param[in,out] maxPower the power without a booster; stays that if a table has no entry.
 /// @return 0, also without a booster; 32770 if a table has no entry.
-int applyBooster(TraceSource& trace, const BoosterTables& tables, const CalculationData& data,
-                 const Booster& booster, long& maxPower);
+inline int applyBooster(TraceSource& trace, const BoosterTables& tables,
+                        const CalculationData& data, Booster booster, long& maxPower) {
+    return booster.isPresent() ? applyPresentBooster(trace, tables, data, booster, maxPower)
+                               : static_cast<int>(ResultCode::Success);
+}

@@ -9,8 +9,7 @@
 ///
 /// Each family is one class with one instance, which its static getInstance() creates on the first
 /// call and nobody ever destroys. getInstance() takes no lock: call it from one thread first. The
-/// instance has no state; a family's tables come to life at its first getMaxPower(), which is safe
-/// from any thread.
+/// instance has no state, and a family's tables are constants.
 class Calculator {
 public:
     Calculator() = default;

@@ -30,6 +30,12 @@ constexpr std::array offsets = {
 static_assert(offsets.size() == 10, "one row for each RSEC class");
 static_assert(offsets[0].dB.size() == outdoorModulations.size(), "one column for each modulation");
 
+constexpr OutdoorOffsets denseOffsets = [] {
+    OutdoorOffsets dense;
+    dense.enter(Modulation::QAM256, offsets, outdoorModulations);
+    return dense;
+}();
+
 } // namespace
 
 CalculatorKamV2* CalculatorKamV2::s_instance = nullptr;
@@ -46,8 +52,7 @@ Modulation CalculatorKamV2::getMaxRefModulation(Modulation availableMaxModulatio
 }
 
 int CalculatorKamV2::getMaxPower(CalculationData data, long& maxPower, int, int, int, Modulation) {
-    static const OutdoorOffsets powerOffsets(initialize());
-    return offsetMaxPower(s_trace, powerOffsets, data, maxPower);
+    return offsetMaxPower(s_trace, denseOffsets, data, maxPower);
 }
 
 int CalculatorKamV2::getCompensationForChannelSpacing(RadioChannel channel,

@@ -47,14 +47,16 @@ Modulation CalculatorKamV3::getMaxRefModulation(Modulation availableMaxModulatio
 }
 
 int CalculatorKamV3::getMaxPower(CalculationData data, long& maxPower, int, int, int, Modulation) {
-    TRACE_ENTER("");
-
     // The Pmax of this family's radios contains the compensation: it is taken out for the cap and
     // put back afterwards. The other outdoor families add theirs instead; the sign is meant,
     // because with theirs the compensation would count twice.
     const long uncompensated = Power::subtract(data.pmaxActualModulation, data.csPowerCompensation);
-    TRACE_MSG(TraceLevel::Detail, "uncompensated Pmax for modulation: ", data.actualModulation,
-              " = ", uncompensated);
+    if (s_trace.isEnabled(TraceLevel::Detail)) {
+        s_trace.enter(__func__, __LINE__, "");
+        s_trace.message(TraceLevel::Detail, __func__, __LINE__,
+                        "uncompensated Pmax for modulation: ", data.actualModulation, " = ",
+                        uncompensated);
+    }
 
     switch (data.rsec) {
     case EReferenceSEC::Class2:

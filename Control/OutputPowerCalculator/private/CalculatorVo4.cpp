@@ -61,6 +61,16 @@ static_assert(boosterBandAdjustments.size() == 2, "one row for each band");
 static_assert(boosterBandAdjustments[0].dB.size() == modulations.size(), "one column each");
 // clang-format on
 
+constexpr DenseOffsets<Modulation::QAM256, Modulation::QAM256> denseOffsets = [] {
+    DenseOffsets<Modulation::QAM256, Modulation::QAM256> dense;
+    dense.enter(Modulation::QAM256, offsets, modulations);
+    return dense;
+}();
+
+constexpr BoosterTables boosterTables = {
+    denseTable<rsecCount>(boosterAdjustments, modulations),
+    denseTable<bandCount>(boosterBandAdjustments, modulations)};
+
 } // namespace
 
 CalculatorVo4* CalculatorVo4::s_instance = nullptr;
@@ -79,10 +89,6 @@ Modulation CalculatorVo4::getMaxRefModulation(Modulation, Modulation) {
 int CalculatorVo4::getMaxPower(CalculationData data, long& maxPower, int boosterPresence,
                                int boosterGain, int boosterMaxInputPower,
                                Modulation boosterMaxModulation) {
-    static const DenseOffsets<Modulation::QAM256, Modulation::QAM256> powerOffsets(initialize());
-    static const BoosterTables boosterTables = {
-        DenseAdjustments<rsecCount>(initializeBoosterAdjs()),
-        DenseAdjustments<bandCount>(initializeBoosterBandAdjs())};
     const Booster booster = {boosterPresence, boosterGain, boosterMaxInputPower,
                              boosterMaxModulation};
 
@@ -94,7 +100,7 @@ int CalculatorVo4::getMaxPower(CalculationData data, long& maxPower, int booster
               ", boosterBand=", boosterPresence);
 
     int offset = 0;
-    if (!powerOffsets.find(data.refMaxModulation, data.rsec, data.actualModulation, offset)) {
+    if (!denseOffsets.find(data.refMaxModulation, data.rsec, data.actualModulation, offset)) {
         TRACE_MSG(TraceLevel::Error, "No power offset found for ref acm=", data.refMaxModulation,
                   ", rsec=", textOf(data.rsec), ", acm=", data.actualModulation);
         return ResultCode::NoRadioUnitEntry;
@@ -107,11 +113,14 @@ int CalculatorVo4::getMaxPower(CalculationData data, long& maxPower, int booster
 
     const long adjusted = Power::add(data.pmaxRefMaxModulation, offset);
     maxPower = std::min(adjusted, data.pmaxActualModulation);
-    TRACE_MSG(TraceLevel::Detail, "Static power for ", data.actualModulation, " = ", adjusted);
-    TRACE_MSG(TraceLevel::Detail, "ACM adjusted power = (", data.pmaxRefMaxModulation, " + ",
-              offset, ") = ", adjusted);
-    TRACE_MSG(TraceLevel::Result, "Max power = ", maxPower, " for ", data.actualModulation,
-              ", RSEC-", textOf(data.rsec), ", using ref acm ", data.refMaxModulation);
+    if (s_trace.isEnabled(TraceLevel::Result)) {
+        TRACE_MSG(TraceLevel::Detail, "Static power for ", data.actualModulation, " = ", adjusted);
+        TRACE_MSG(TraceLevel::Detail, "ACM adjusted power = (", data.pmaxRefMaxModulation, " + ",
+                  offset, ") = ", adjusted);
+        s_trace.message(TraceLevel::Result, __func__, __LINE__, "Max power = ", maxPower, " for ",
+                        data.actualModulation, ", RSEC-", textOf(data.rsec), ", using ref acm ",
+                        data.refMaxModulation);
+    }
 
     return applyBooster(s_trace, boosterTables, data, booster, maxPower);
 }

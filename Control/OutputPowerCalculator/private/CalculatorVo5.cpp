@@ -163,6 +163,30 @@ static_assert(boosterBandAdjustments.size() == 2, "one row for each band");
 static_assert(boosterBandAdjustments[0].dB.size() == modulations.size(), "one column each");
 // clang-format on
 
+constexpr DenseOffsets<Modulation::QAM128, Modulation::QAM16384> denseOffsets = [] {
+    DenseOffsets<Modulation::QAM128, Modulation::QAM16384> dense;
+    dense.enter(Modulation::QAM128, offsetsTo128, modulations);
+    dense.enter(Modulation::QAM256, offsetsTo256, modulations);
+    dense.enter(Modulation::QAM512, offsetsTo512, modulations);
+    dense.enter(Modulation::QAM1024, offsetsTo1024, modulations);
+    dense.enter(Modulation::QAM2048, offsetsTo2048, modulations);
+    dense.enter(Modulation::QAM4096, offsetsTo4096, modulations);
+    dense.enter(Modulation::QAM8192, offsetsTo8192, modulations);
+    dense.enter(Modulation::QAM16384, offsetsTo16384, modulations);
+    return dense;
+}();
+
+constexpr BoosterTables boosterTables = {
+    denseTable<rsecCount>(boosterAdjustments, modulations),
+    denseTable<bandCount>(boosterBandAdjustments, modulations)};
+
+/// The entry of initialize(), which log readers look for at the family's first power query.
+/// @return true, so that a static can see to it that it comes once.
+bool traceInitialize() {
+    TRACE_ENTER_OF(s_trace, "initialize", "");
+    return true;
+}
+
 } // namespace
 
 CalculatorVo5* CalculatorVo5::s_instance = nullptr;
@@ -187,10 +211,7 @@ Modulation CalculatorVo5::getMaxRefModulation(Modulation availableMaxModulation,
 int CalculatorVo5::getMaxPower(CalculationData data, long& maxPower, int boosterPresence,
                                int boosterGain, int boosterMaxInputPower,
                                Modulation boosterMaxModulation) {
-    static const DenseOffsets<Modulation::QAM128, Modulation::QAM16384> powerOffsets(initialize());
-    static const BoosterTables boosterTables = {
-        DenseAdjustments<rsecCount>(initializeBoosterAdjs()),
-        DenseAdjustments<bandCount>(initializeBoosterBandAdjs())};
+    [[maybe_unused]] static const bool isTraced = traceInitialize();
     const Booster booster = {boosterPresence, boosterGain, boosterMaxInputPower,
                              boosterMaxModulation};
 
@@ -223,7 +244,7 @@ int CalculatorVo5::getMaxPower(CalculationData data, long& maxPower, int booster
     // No block is lower than 128QAM's.
     const Modulation reference = std::max(data.selectedMaxModulation, Modulation::QAM128);
     int offset = 0;
-    if (!powerOffsets.find(reference, data.rsec, data.actualModulation, offset)) {
+    if (!denseOffsets.find(reference, data.rsec, data.actualModulation, offset)) {
         TRACE_MSG(TraceLevel::Error, "No power offset found for selected max acm=", reference,
                   ", rsec=", textOf(data.rsec), ", acm=", data.actualModulation);
         return ResultCode::NoRadioUnitEntry;
@@ -231,18 +252,21 @@ int CalculatorVo5::getMaxPower(CalculationData data, long& maxPower, int booster
 
     const long adjusted = Power::add(data.pmaxRefMaxModulation, offset);
     maxPower = std::min(adjusted, data.pmaxActualModulation);
-    TRACE_MSG(TraceLevel::Detail, "Static power for ", data.actualModulation, " = ", adjusted);
-    TRACE_MSG(TraceLevel::Detail, "ACM adjusted power for selected max ",
-              data.selectedMaxModulation, "(", data.pmaxRefMaxModulation, " + ", offset,
-              ") = ", adjusted);
-    TRACE_MSG(TraceLevel::Result, "Max power = ", maxPower, " for ", data.actualModulation,
-              ", RSEC-", textOf(data.rsec), ", using selected max ", data.selectedMaxModulation);
+    if (s_trace.isEnabled(TraceLevel::Result)) {
+        TRACE_MSG(TraceLevel::Detail, "Static power for ", data.actualModulation, " = ", adjusted);
+        TRACE_MSG(TraceLevel::Detail, "ACM adjusted power for selected max ",
+                  data.selectedMaxModulation, "(", data.pmaxRefMaxModulation, " + ", offset,
+                  ") = ", adjusted);
+        s_trace.message(TraceLevel::Result, __func__, __LINE__, "Max power = ", maxPower, " for ",
+                        data.actualModulation, ", RSEC-", textOf(data.rsec),
+                        ", using selected max ", data.selectedMaxModulation);
+    }
 
     return applyBooster(s_trace, boosterTables, data, booster, maxPower);
 }
 
 PowerOffsets CalculatorVo5::initialize() {
-    TRACE_ENTER("");
+    traceInitialize();
     PowerOffsets powerOffsets;
     enterOffsets(powerOffsets, Modulation::QAM128, offsetsTo128, modulations);
     enterOffsets(powerOffsets, Modulation::QAM256, offsetsTo256, modulations);

@@ -33,18 +33,29 @@ constexpr DbRow<Label, sizeof...(Db)> dbRow(Label label, Db... dB) {
 template <class Label, std::size_t columnCount, std::size_t rowCount>
 using DbTable = std::array<DbRow<Label, columnCount>, rowCount>;
 
+/// Hands every cell to `use`: the row's label, the column's modulation and the value in hundredths
+/// of a dB. A table may have fewer columns than there are modulations, never more.
+template <class Label, std::size_t columnCount, std::size_t rowCount, std::size_t modulationCount,
+          class Use>
+constexpr void forEachCell(const DbTable<Label, columnCount, rowCount>& table,
+                           const std::array<Modulation, modulationCount>& columns, const Use& use) {
+    static_assert(columnCount <= modulationCount, "a column without a modulation");
+    for (const auto& row : table) {
+        for (std::size_t column = 0; column < columnCount; ++column) {
+            use(row.label, columns[column], Power::fromDb(row.dB[column]));
+        }
+    }
+}
+
 /// Enters a table into a map. `keyOf` makes the key of a cell from the row's label and the column's
-/// modulation. A table may have fewer columns than there are modulations, never more.
+/// modulation.
 template <class Map, class Label, std::size_t columnCount, std::size_t rowCount,
           std::size_t modulationCount, class KeyOf>
 void enterTable(Map& map, const DbTable<Label, columnCount, rowCount>& table,
                 const std::array<Modulation, modulationCount>& columns, const KeyOf& keyOf) {
-    static_assert(columnCount <= modulationCount, "a column without a modulation");
-    for (const auto& row : table) {
-        for (std::size_t column = 0; column < columnCount; ++column) {
-            map[keyOf(row.label, columns[column])] = Power::fromDb(row.dB[column]);
-        }
-    }
+    forEachCell(table, columns, [&map, &keyOf](Label label, Modulation modulation, int value) {
+        map[keyOf(label, modulation)] = value;
+    });
 }
 
 /// Enters the block of one reference modulation into a map of power offsets.

@@ -7,10 +7,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <tuple>
 
-// How the families keep their tables once they are built: dense, so that a look-up is a few checks
-// and one load, and takes no more room than the cells.
+// How the families look their tables up: dense, so that a look-up is a few checks and one load, and
+// takes no more room than the cells. The compiler makes them of the rows that a family writes down.
 
 /// Exponents of the modulations, which are powers of two but for CW and UNDEFINED.
 constexpr unsigned int exponentCount = 17;
@@ -31,14 +30,17 @@ constexpr unsigned int exponentOf(Modulation modulation) {
 template <unsigned int rowCount>
 class DenseTable {
 public:
-    DenseTable() {
+    constexpr DenseTable()
+        : m_cells() {
         for (auto& row : m_cells) {
-            row.fill(absent);
+            for (std::int16_t& cell : row) {
+                cell = absent;
+            }
         }
     }
 
     /// Enters a cell. Row and modulation must exist, as those of the families' tables do.
-    void set(unsigned int row, Modulation modulation, int value) {
+    constexpr void set(unsigned int row, Modulation modulation, int value) {
         m_cells.at(row).at(exponentOf(modulation)) = static_cast<std::int16_t>(value);
     }
 
@@ -62,15 +64,40 @@ private:
 /// The RSEC classes have the numbers 0 to 9, which are their rows.
 constexpr unsigned int rsecCount = 10;
 
+/// A booster has two bands, 0 and 1.
+constexpr unsigned int bandCount = 2;
+
+/// A table whose labels are its rows.
+template <unsigned int rowCount, class Label, std::size_t columnCount, std::size_t tableRowCount,
+          std::size_t modulationCount>
+constexpr DenseTable<rowCount> denseTable(const DbTable<Label, columnCount, tableRowCount>& table,
+                                          const std::array<Modulation, modulationCount>& columns) {
+    DenseTable<rowCount> dense;
+    forEachCell(table, columns, [&dense](Label label, Modulation modulation, int value) {
+        dense.set(static_cast<unsigned int>(label), modulation, value);
+    });
+    return dense;
+}
+
 /// Power offsets relative to the modulations from a lowest to a highest reference.
 template <Modulation lowestReference, Modulation highestReference>
 class DenseOffsets {
 public:
-    explicit DenseOffsets(const PowerOffsets& offsets) {
-        for (const auto& [key, offset] : offsets) {
-            const auto& [reference, rsec, modulation] = key;
-            m_table.set(rowOf(reference, rsec), modulation, offset);
-        }
+    /// Enters a cell. Reference, class and modulation must exist.
+    constexpr void set(Modulation reference, EReferenceSEC rsec, Modulation modulation,
+                       int offset) {
+        m_table.set(rowOf(reference, rsec), modulation, offset);
+    }
+
+    /// Enters the block of one reference modulation.
+    template <std::size_t columnCount, std::size_t rowCount, std::size_t modulationCount>
+    constexpr void enter(Modulation reference,
+                         const DbTable<EReferenceSEC, columnCount, rowCount>& table,
+                         const std::array<Modulation, modulationCount>& columns) {
+        forEachCell(table, columns,
+                    [this, reference](EReferenceSEC rsec, Modulation modulation, int value) {
+                        set(reference, rsec, modulation, value);
+                    });
     }
 
     /// @param[out] offset untouched if the answer is false.
@@ -93,28 +120,3 @@ private:
 
     DenseTable<referenceCount * rsecCount> m_table;
 };
-
-/// What a booster adds, by RSEC class or by band. The map's keys start with the row.
-template <unsigned int rowCount>
-class DenseAdjustments {
-public:
-    template <class Adjustments>
-    explicit DenseAdjustments(const Adjustments& adjustments) {
-        for (const auto& [key, adjustment] : adjustments) {
-            const auto& [row, modulation] = key;
-            m_table.set(static_cast<unsigned int>(row), modulation, adjustment);
-        }
-    }
-
-    /// @param[out] adjustment untouched if the answer is false.
-    /// @return whether the table has the key.
-    bool find(unsigned int row, Modulation modulation, int& adjustment) const {
-        return m_table.find(row, modulation, adjustment);
-    }
-
-private:
-    DenseTable<rowCount> m_table;
-};
-
-/// A booster has two bands, 0 and 1.
-constexpr unsigned int bandCount = 2;

@@ -12,7 +12,7 @@ constexpr std::array<Modulation, 13> outdoorModulations = {
     Modulation::QAM1024, Modulation::QAM2048, Modulation::QAM4096, Modulation::QAM8192,
     Modulation::QAM16384};
 
-/// The offsets of an outdoor family as getMaxPower() keeps them: all are relative to 256QAM.
+/// The offsets of an outdoor family as getMaxPower() looks them up: all are relative to 256QAM.
 using OutdoorOffsets = DenseOffsets<Modulation::QAM256, Modulation::QAM256>;
 
 /// getMaxPower() of the first two outdoor families, which differ in their offsets alone.

@@ -16,14 +16,35 @@
 #include "Power.h"
 #include "ResultCode.h"
 #include "Trace.h"
+#include "private/ModulationOfCode.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <iterator>
 #include <string>
 
 // A query goes through many small steps, and calling them one by one costs about a quarter of it.
 // The functions marked so take their steps in and stay whole themselves.
 #define QOR_WHOLE_STEP __attribute__((flatten, noinline))
+// What a step goes to when every step is traced, or one has failed, stays out of its way.
+#define QOR_TRACED_STEP __attribute__((cold, noinline))
+// A part of steps that are traced and of some that are not, and knows in each which it is in.
+#define QOR_PART_OF_STEP inline __attribute__((always_inline))
+
+// Traces of what is known to be traced, or known not to be.
+#define TRACE_ENTER_IF(isTraced, ...)                                                              \
+    do {                                                                                           \
+        if (isTraced) {                                                                            \
+            TRACE_ENTER(__VA_ARGS__);                                                              \
+        }                                                                                          \
+    } while (false)
+#define TRACE_DETAIL_IF(isTraced, ...)                                                             \
+    do {                                                                                           \
+        if (isTraced) {                                                                            \
+            TRACE_MSG(TraceLevel::Detail, __VA_ARGS__);                                            \
+        }                                                                                          \
+    } while (false)
 
 namespace {
 
@@ -34,6 +55,11 @@ constexpr long configuredFrameFormat = 0;
 
 /// A channel spacing by which a frame-format record says that it has none.
 constexpr EChannelSpacingType noChannelSpacing{3000};
+
+/// convertCodeToModulation() without a call.
+Modulation modulationOf(const ModulationAndCoding& modulationAndCoding) {
+    return static_cast<Modulation>(Codes::modulationOf(modulationAndCoding.code));
+}
 
 bool isUndefined(const ModulationAndCoding& modulationAndCoding) {
     return modulationAndCoding.code == ModulationAndCoding::UNDEFINED;
@@ -69,6 +95,18 @@ void traceIgnored(const char* function, Modulation modulation) {
                  " as it's not supported by combined HW capability");
 }
 
+/// Whether steps are traced. Asked once for a query, or for a modulation of it: a threshold that is
+/// moved meanwhile counts from the next one on.
+bool areStepsTraced() {
+    return s_trace.isEnabled(TraceLevel::Result);
+}
+
+/// Takes a step out of the way of the same step without traces.
+template <class Step>
+QOR_TRACED_STEP int traced(const Step& step) {
+    return step();
+}
+
 /// The channel that a service built with a number serves.
 RadioChannel servedChannel(unsigned long radioChannel) {
     return radioChannel == 2 ? 2 : 1;
@@ -92,7 +130,7 @@ template <class Interface>
 bool connect(Interface*& neighbour, const std::string& name, const char* complaint) {
     neighbour = InterfaceBroker::getInstance().getInterface<Interface>(name);
     if (neighbour == nullptr) {
-        TRACE_MSG_OF(s_trace, "initialize", TraceLevel::Error, complaint, name);
+        TRACE_MSG_OF(s_trace, "initialize", TraceLevel::Error, complaint, name.c_str());
     }
     return neighbour != nullptr;
 }
@@ -194,30 +232,28 @@ unsigned OutputPowerCalculator::setBoosterPresence(int presence, int gain, int m
 
 void OutputPowerCalculator::applyCutbackToMaxPower(long& power) const {
     TRACE_ENTER("");
-    power = Power::cutBack(power,
-                           m_useTemporaryPowerCutback ? m_temporaryPowerCutback : m_powerCutback);
+    power = Power::cutBack(power, cutbackInForce());
 }
 
 // Selection of the hardware family
 
-Calculator* OutputPowerCalculator::getCalculator() const {
+Calculator* OutputPowerCalculator::getCalculator(bool isTraced) const {
     const std::string productNumber = m_capabilityHandler->getTmuHwProductNumber();
     const HardwareFamily family = hardwareFamilyOf(productNumber);
     if (family == HardwareFamily::Outdoor1) {
-        TRACE_MSG(TraceLevel::Detail,
-                  (productNumber.empty() ? "Empty productNumber, using" : "Using"),
-                  " KaM max power algorithm");
+        TRACE_DETAIL_IF(isTraced, (productNumber.empty() ? "Empty productNumber, using" : "Using"),
+                        " KaM max power algorithm");
         return CalculatorKam::getInstance();
     }
     if (family == HardwareFamily::Outdoor3) {
-        TRACE_MSG(TraceLevel::Detail, "Using KaMV3 max power algorithm");
+        TRACE_DETAIL_IF(isTraced, "Using KaMV3 max power algorithm");
         return CalculatorKamV3::getInstance();
     }
     if (family == HardwareFamily::OlderRadioUnit) {
-        TRACE_MSG(TraceLevel::Detail, "Using legacy TMU max power algorithm");
+        TRACE_DETAIL_IF(isTraced, "Using legacy TMU max power algorithm");
         return CalculatorVo4::getInstance();
     }
-    TRACE_MSG(TraceLevel::Detail, "Using TMU max power algorithm");
+    TRACE_DETAIL_IF(isTraced, "Using TMU max power algorithm");
     return CalculatorVo5::getInstance();
 }
 
@@ -252,9 +288,9 @@ int OutputPowerCalculator::getMaxPower(EDpdVersion dpdVersion, EFrameFormatMarke
     return tableOf(dpdVersion, readsAnsiTable(market)).getPower(modulation, &maxPower);
 }
 
-int OutputPowerCalculator::getCsPowerCompensation(EChannelSpacingType channelSpacing,
+int OutputPowerCalculator::getCsPowerCompensation(bool isTraced, EChannelSpacingType channelSpacing,
                                                   long& compensation) const {
-    const Calculator* const calculator = getCalculator();
+    const Calculator* const calculator = getCalculator(isTraced);
     if (calculator == nullptr) {
         TRACE_MSG(TraceLevel::Warning, "Could not get calculator");
         return ResultCode::NoCalculator;
@@ -269,147 +305,249 @@ int OutputPowerCalculator::getCsPowerCompensation(EChannelSpacingType channelSpa
     return ResultCode::Success;
 }
 
-QOR_WHOLE_STEP int OutputPowerCalculator::getAdModMaxPower(
-    EDpdVersion dpdVersion, EFrameFormatMarket market, EReferenceSEC rsec,
-    Modulation selectedMinMod, Modulation selectedMaxMod, Modulation availableMaxMod,
-    Modulation actualMod, long csPowerCompensation, long& maxPower, bool useCutback) const {
-    TRACE_ENTER("dpdVersion=", numberOf(dpdVersion), ", market=", market,
-                ", convertRsecEnumToString(rsec)=", textOf(rsec),
-                ", selectedMinMod=", selectedMinMod, ", selectedMaxMod=", selectedMaxMod,
-                ", availableMaxMod=", availableMaxMod, ", actualMod=", actualMod,
-                ", csPowerCompensation=", csPowerCompensation);
+OutputPowerCalculator::PowerQuery OutputPowerCalculator::fixedQuery(EDpdVersion dpdVersion,
+                                                                    EFrameFormatMarket market,
+                                                                    Modulation selectedMod,
+                                                                    long csPowerCompensation,
+                                                                    bool useCutback) const {
+    PowerQuery query = {dpdVersion,  market,      EReferenceSEC::UNDEFINED, selectedMod,
+                        selectedMod, selectedMod, csPowerCompensation,      useCutback};
+    prepare(query);
+    return query;
+}
 
-    if (useCutback) {
+void OutputPowerCalculator::prepare(PowerQuery& query) const {
+    if (!isKnown(query.dpdVersion)) {
+        return;
+    }
+    query.table = &tableOf(query.dpdVersion, readsAnsiTable(query.market));
+    query.isSelectedMinKnown = query.table->find(query.selectedMinMod, query.pmaxSelectedMin);
+    if (query.useCutback) {
+        query.pmaxSelectedMin = Power::cutBack(query.pmaxSelectedMin, cutbackInForce());
+    }
+}
+
+bool OutputPowerCalculator::knowsReference(PowerQuery& query, Modulation reference) {
+    if (query.isReferenceKnown && query.referenceMod == reference) {
+        return true;
+    }
+    query.referenceMod = reference;
+    query.isReferenceKnown = query.table->findInTable(reference, query.pmaxReference);
+    return query.isReferenceKnown;
+}
+
+QOR_PART_OF_STEP int OutputPowerCalculator::askCalculator(PowerQuery& query, Modulation actualMod,
+                                                          long pmaxSelectedMin, long pmaxActual,
+                                                          long csPowerCompensation, bool isTraced,
+                                                          long& maxPower) const {
+    constexpr const char* functionName = "getAdModMaxPower";
+    Calculator* const calculator = getCalculator(isTraced);
+    if (calculator == nullptr) {
+        TRACE_MSG_OF(s_trace, functionName, TraceLevel::Warning, "Could not get calculator");
+        return ResultCode::NoCalculator;
+    }
+    const Modulation refMaxMod =
+        calculator->getMaxRefModulation(query.availableMaxMod, query.selectedMaxMod);
+    // Never cut back: the reference offset is a difference of table values.
+    if (isTraced || !knowsReference(query, refMaxMod)) {
+        query.pmaxReference = 0;
+        if (ResultCode::isFailure(
+                getMaxPower(query.dpdVersion, query.market, refMaxMod, query.pmaxReference))) {
+            // The power stands where a modulation is expected: log readers know the line as it is.
+            TRACE_MSG_OF(s_trace, functionName, TraceLevel::Error,
+                         "Could not get max output power for reference offset ",
+                         query.pmaxReference, "QAM");
+            return ResultCode::NoEntry;
+        }
+        // The DPD version is known by now, or the first look-up would have failed.
+        checkMaxPowerArray(query.dpdVersion, query.market);
+    }
+
+    const int result = calculator->getMaxPower(
+        {// The ANSI market knows one class only.
+         query.market == EFrameFormatMarket::Ansi ? EReferenceSEC::Class2 : query.rsec,
+         query.selectedMinMod, query.selectedMaxMod, actualMod, refMaxMod, pmaxSelectedMin, 0,
+         pmaxActual, query.pmaxReference, csPowerCompensation, *query.table},
+        maxPower, m_boosterPresence, m_boosterGain, m_boosterMaxInputPower, m_boosterMaxModulation);
+    if (ResultCode::isFailure(result)) {
+        TRACE_MSG_OF(s_trace, functionName, TraceLevel::Error, "Modulation not supported ",
+                     actualMod, "QAM");
+        return ResultCode::NoEntry;
+    }
+    return result == ResultCode::NotApplicable ? result : static_cast<int>(ResultCode::Success);
+}
+
+QOR_PART_OF_STEP int OutputPowerCalculator::getAdModMaxPower(PowerQuery& query,
+                                                             Modulation actualMod,
+                                                             long& maxPower) const {
+    // Either every step is traced, or why one failed.
+    long pmaxActual = 0;
+    if (areStepsTraced() || !query.isSelectedMinKnown ||
+        !query.table->findInTable(actualMod, pmaxActual)) {
+        return getAdModMaxPowerTraced(query, actualMod, maxPower);
+    }
+    long csPowerCompensation = query.csPowerCompensation;
+    if (query.useCutback) {
+        const unsigned long cutback = cutbackInForce();
+        csPowerCompensation = Power::cutBack(csPowerCompensation, cutback);
+        pmaxActual = Power::cutBack(pmaxActual, cutback);
+    }
+    return askCalculator(query, actualMod, query.pmaxSelectedMin, pmaxActual, csPowerCompensation,
+                         false, maxPower);
+}
+
+QOR_TRACED_STEP int OutputPowerCalculator::getAdModMaxPowerTraced(PowerQuery query,
+                                                                  Modulation actualMod,
+                                                                  long& maxPower) const {
+    constexpr const char* functionName = "getAdModMaxPower";
+    TRACE_ENTER_OF(
+        s_trace, functionName, "dpdVersion=", numberOf(query.dpdVersion), ", market=", query.market,
+        ", convertRsecEnumToString(rsec)=", textOf(query.rsec),
+        ", selectedMinMod=", query.selectedMinMod, ", selectedMaxMod=", query.selectedMaxMod,
+        ", availableMaxMod=", query.availableMaxMod, ", actualMod=", actualMod,
+        ", csPowerCompensation=", query.csPowerCompensation);
+
+    long csPowerCompensation = query.csPowerCompensation;
+    if (query.useCutback) {
         applyCutbackToMaxPower(csPowerCompensation);
     }
     // A Pmax is cut back even if its look-up failed, so that the trace of that comes first.
     long pmaxSelectedMin = 0;
-    const int minResult = getMaxPower(dpdVersion, market, selectedMinMod, pmaxSelectedMin);
-    if (useCutback) {
+    const int minResult =
+        getMaxPower(query.dpdVersion, query.market, query.selectedMinMod, pmaxSelectedMin);
+    if (query.useCutback) {
         applyCutbackToMaxPower(pmaxSelectedMin);
     }
     if (ResultCode::isFailure(minResult)) {
-        TRACE_MSG(TraceLevel::Error, "Could not get max ref output power for selected min ",
-                  selectedMinMod, "QAM");
+        TRACE_MSG_OF(s_trace, functionName, TraceLevel::Error,
+                     "Could not get max ref output power for selected min ", query.selectedMinMod,
+                     "QAM");
         return ResultCode::NoEntry;
     }
     long pmaxActual = 0;
-    const int actualResult = getMaxPower(dpdVersion, market, actualMod, pmaxActual);
-    if (useCutback) {
+    const int actualResult = getMaxPower(query.dpdVersion, query.market, actualMod, pmaxActual);
+    if (query.useCutback) {
         applyCutbackToMaxPower(pmaxActual);
     }
     if (ResultCode::isFailure(actualResult)) {
-        TRACE_MSG(TraceLevel::Error, "Could not get max ref output power for actual ", actualMod,
-                  "QAM");
+        TRACE_MSG_OF(s_trace, functionName, TraceLevel::Error,
+                     "Could not get max ref output power for actual ", actualMod, "QAM");
         return ResultCode::NoEntry;
     }
+    return askCalculator(query, actualMod, pmaxSelectedMin, pmaxActual, csPowerCompensation, true,
+                         maxPower);
+}
 
-    Calculator* const calculator = getCalculator();
-    if (calculator == nullptr) {
-        TRACE_MSG(TraceLevel::Warning, "Could not get calculator");
-        return ResultCode::NoCalculator;
+QOR_WHOLE_STEP int OutputPowerCalculator::getBoostedPower(PowerQuery query, Modulation modulation,
+                                                          bool isTraced, long& maxPower) const {
+    query.rsec = m_systemPowerController->getReferenceSec();
+    query.selectedMaxMod = query.selectedMinMod;
+    query.availableMaxMod = limitMaxModDueToRadioCapability(
+        isTraced, UseConfiguredFF::Configured, configuredFrameFormat,
+        m_frameFormat->getMaxAvailableModulation());
+    // A calculator that does not apply to a modulation (2) leaves its power at 0, which counts.
+    const std::array<Modulation, 2> modulations = {query.selectedMinMod, modulation};
+    std::array<long, 2> powers = {};
+    std::array<int, 2> results = {};
+    for (std::size_t i = 0; i < modulations.size(); ++i) {
+        results[i] = getAdModMaxPower(query, modulations[i], powers[i]);
     }
-    const Modulation refMaxMod = calculator->getMaxRefModulation(availableMaxMod, selectedMaxMod);
-    // Never cut back: the reference offset is a difference of table values.
-    long pmaxRefMax = 0;
-    if (ResultCode::isFailure(getMaxPower(dpdVersion, market, refMaxMod, pmaxRefMax))) {
-        // The power stands where a modulation is expected: log readers know the line as it is.
-        TRACE_MSG(TraceLevel::Error, "Could not get max output power for reference offset ",
-                  pmaxRefMax, "QAM");
-        return ResultCode::NoEntry;
+    if (ResultCode::isFailure(results[0]) || ResultCode::isFailure(results[1])) {
+        TRACE_MSG_OF(s_trace, "getFixModMaxPower", TraceLevel::Warning,
+                     "Failed to get AdMod capabilities, error: ", results[0], ", ", results[1]);
+        return ResultCode::Failure;
     }
-
-    // The DPD version is known by now, or the first look-up would have failed.
-    checkMaxPowerArray(dpdVersion, market);
-    const int result = calculator->getMaxPower(
-        {// The ANSI market knows one class only.
-         market == EFrameFormatMarket::Ansi ? EReferenceSEC::Class2 : rsec, selectedMinMod,
-         selectedMaxMod, actualMod, refMaxMod, pmaxSelectedMin, 0, pmaxActual, pmaxRefMax,
-         csPowerCompensation, tableOf(dpdVersion, readsAnsiTable(market))},
-        maxPower, m_boosterPresence, m_boosterGain, m_boosterMaxInputPower, m_boosterMaxModulation);
-    if (ResultCode::isFailure(result)) {
-        TRACE_MSG(TraceLevel::Error, "Modulation not supported ", actualMod, "QAM");
-        return ResultCode::NoEntry;
-    }
-    if (result == ResultCode::NotApplicable) {
-        return result;
-    }
+    // The compensation is in already: the calculator has counted it.
+    maxPower = std::min(powers[0], powers[1]);
     return ResultCode::Success;
 }
 
-QOR_WHOLE_STEP int OutputPowerCalculator::getFixModMaxPower(
-    EDpdVersion dpdVersion, EFrameFormatMarket market, Modulation selectedMod,
-    Modulation modulation, long csPowerCompensation, long& maxPower, bool useCutback) const {
-    TRACE_ENTER("dpdVersion=", numberOf(dpdVersion), ", market=", market,
-                ", selectedMod=", selectedMod, ", modulation=", modulation,
-                ", csPowerCompensation=", csPowerCompensation, ", useCutback=", useCutback);
+QOR_PART_OF_STEP int OutputPowerCalculator::getFixModMaxPower(const PowerQuery& query,
+                                                              Modulation modulation,
+                                                              long& maxPower) const {
+    long pmax = 0;
+    if (areStepsTraced()) {
+        return getFixModMaxPowerTraced(query, modulation, maxPower);
+    }
+    if (m_boosterPresence != 0) {
+        return getBoostedPower(query, modulation, false, maxPower);
+    }
+    if (!query.isSelectedMinKnown || !query.table->findInTable(modulation, pmax)) {
+        return getFixModMaxPowerTraced(query, modulation, maxPower);
+    }
+    if (query.useCutback) {
+        pmax = Power::cutBack(pmax, cutbackInForce());
+    }
+    maxPower = Power::add(std::min(query.pmaxSelectedMin, pmax), query.csPowerCompensation);
+    return ResultCode::Success;
+}
+
+QOR_TRACED_STEP int OutputPowerCalculator::getFixModMaxPowerTraced(PowerQuery query,
+                                                                   Modulation modulation,
+                                                                   long& maxPower) const {
+    constexpr const char* functionName = "getFixModMaxPower";
+    TRACE_ENTER_OF(s_trace, functionName, "dpdVersion=", numberOf(query.dpdVersion),
+                   ", market=", query.market, ", selectedMod=", query.selectedMinMod,
+                   ", modulation=", modulation, ", csPowerCompensation=", query.csPowerCompensation,
+                   ", useCutback=", query.useCutback);
 
     if (m_boosterPresence != 0) {
-        const EReferenceSEC rsec = m_systemPowerController->getReferenceSec();
-        const Modulation availableMaxMod =
-            limitMaxModDueToRadioCapability(UseConfiguredFF::Configured, configuredFrameFormat,
-                                            m_frameFormat->getMaxAvailableModulation());
-        // A calculator that does not apply to a modulation (2) leaves its power at 0, which counts.
-        long selectedPower = 0;
-        long power = 0;
-        const int selectedResult =
-            getAdModMaxPower(dpdVersion, market, rsec, selectedMod, selectedMod, availableMaxMod,
-                             selectedMod, csPowerCompensation, selectedPower, useCutback);
-        const int result =
-            getAdModMaxPower(dpdVersion, market, rsec, selectedMod, selectedMod, availableMaxMod,
-                             modulation, csPowerCompensation, power, useCutback);
-        if (ResultCode::isFailure(selectedResult) || ResultCode::isFailure(result)) {
-            TRACE_MSG(TraceLevel::Warning,
-                      "Failed to get AdMod capabilities, error: ", selectedResult, ", ", result);
-            return ResultCode::Failure;
-        }
-        // The compensation is in already: the calculator has counted it.
-        maxPower = std::min(selectedPower, power);
-        return ResultCode::Success;
+        return getBoostedPower(query, modulation, true, maxPower);
     }
 
     // A look-up that failed counts as a Pmax of 0, and the operation succeeds all the same: that is
     // meant, because a failure would drop the code from the map of an array query.
     long selectedPmax = 0;
-    const int selectedResult = getMaxPower(dpdVersion, market, selectedMod, selectedPmax);
-    if (useCutback) {
+    const int selectedResult =
+        getMaxPower(query.dpdVersion, query.market, query.selectedMinMod, selectedPmax);
+    if (query.useCutback) {
         applyCutbackToMaxPower(selectedPmax);
     }
     if (ResultCode::isFailure(selectedResult)) {
-        TRACE_MSG(TraceLevel::Warning, "Failed to calculate power capabilities for modulation ",
-                  selectedMod, "QAM");
+        TRACE_MSG_OF(s_trace, functionName, TraceLevel::Warning,
+                     "Failed to calculate power capabilities for modulation ", query.selectedMinMod,
+                     "QAM");
     }
     long pmax = 0;
-    const int result = getMaxPower(dpdVersion, market, modulation, pmax);
-    if (useCutback) {
+    const int result = getMaxPower(query.dpdVersion, query.market, modulation, pmax);
+    if (query.useCutback) {
         applyCutbackToMaxPower(pmax);
     }
     if (ResultCode::isFailure(result)) {
-        TRACE_MSG(TraceLevel::Warning, "Failed to calculate power capabilities for modulation ",
-                  modulation);
+        TRACE_MSG_OF(s_trace, functionName, TraceLevel::Warning,
+                     "Failed to calculate power capabilities for modulation ", modulation);
     }
-    maxPower = Power::add(std::min(selectedPmax, pmax), csPowerCompensation);
+    maxPower = Power::add(std::min(selectedPmax, pmax), query.csPowerCompensation);
     return ResultCode::Success;
 }
 
-QOR_WHOLE_STEP int OutputPowerCalculator::getUnrestrictedPmax(long& pmax) const {
-    TRACE_ENTER("");
+QOR_PART_OF_STEP int OutputPowerCalculator::answerUnrestrictedPmax(bool isTraced,
+                                                                   long& pmax) const {
+    constexpr const char* functionName = "getUnrestrictedPmax";
+    if (isTraced) {
+        TRACE_ENTER_OF(s_trace, functionName, "");
+    }
     const Modulation modulation = m_frameFormat->getModulation();
     long compensation = 0;
     if (ResultCode::isFailure(
-            getCsPowerCompensation(m_frameFormat->getChannelSpacing(), compensation))) {
+            getCsPowerCompensation(isTraced, m_frameFormat->getChannelSpacing(), compensation))) {
         return ResultCode::Failure;
     }
     const EDpdVersion dpdVersion = m_frameFormat->getDpdVersion();
     const EFrameFormatMarket market = m_frameFormat->getTelecomMarket();
-    if (ResultCode::isFailure(getFixModMaxPower(dpdVersion, market, modulation, modulation,
-                                                compensation, pmax, false))) {
+    PowerQuery query = fixedQuery(dpdVersion, market, modulation, compensation, false);
+    if (ResultCode::isFailure(getFixModMaxPower(query, modulation, pmax))) {
         // Only traced, and a success all the same: that is meant, because callers take a failure
         // for a calibration that cannot be read.
-        TRACE_MSG(TraceLevel::Warning, "Failed to calculate power capabilities for modulation ",
-                  modulation);
+        TRACE_MSG_OF(s_trace, functionName, TraceLevel::Warning,
+                     "Failed to calculate power capabilities for modulation ", modulation);
     }
     return ResultCode::Success;
+}
+
+QOR_WHOLE_STEP int OutputPowerCalculator::getUnrestrictedPmax(long& pmax) const {
+    return areStepsTraced() ? traced([&] { return answerUnrestrictedPmax(true, pmax); })
+                            : answerUnrestrictedPmax(false, pmax);
 }
 
 // Power capabilities per modulation
@@ -435,87 +573,115 @@ bool OutputPowerCalculator::getAdmodEnable(ModulationAndCoding min, ModulationAn
 
 Modulation
 OutputPowerCalculator::getSelectedMinModulation(const ModulationAndCoding& selectedMin) const {
-    const Modulation modulation = convertCodeToModulation(selectedMin);
+    const Modulation modulation = modulationOf(selectedMin);
     return modulation == Modulation::UNDEFINED ? m_frameFormat->getModulation() : modulation;
 }
 
-QOR_WHOLE_STEP int OutputPowerCalculator::calculatePowerCapabilities(Modulation modulation,
-                                                                     long& minPower,
-                                                                     long& maxPower) const {
-    TRACE_ENTER(modulation);
+QOR_PART_OF_STEP int OutputPowerCalculator::answerPowerCapabilities(bool isTraced,
+                                                                    Modulation modulation,
+                                                                    long& minPower,
+                                                                    long& maxPower) const {
+    constexpr const char* functionName = "calculatePowerCapabilities";
+    if (isTraced) {
+        TRACE_ENTER_OF(s_trace, functionName, modulation);
+    }
     // Written before anything can fail.
-    minPower =
-        getMinOutputPower(static_cast<unsigned int>(numberOf(m_frameFormat->getChannelSpacing())));
+    minPower = getMinOutputPower(
+        isTraced, static_cast<unsigned int>(numberOf(m_frameFormat->getChannelSpacing())));
 
     ModulationAndCoding selectedMin{};
     ModulationAndCoding selectedMax{};
     getSelectedMinMaxAcm(selectedMin, selectedMax);
     const Modulation selectedMod = getSelectedMinModulation(selectedMin);
     if (selectedMod == Modulation::UNDEFINED) {
-        TRACE_MSG(TraceLevel::Error, "Failed to get AdMod capabilities");
+        TRACE_MSG_OF(s_trace, functionName, TraceLevel::Error, "Failed to get AdMod capabilities");
         return ResultCode::Failure;
     }
     long compensation = 0;
     if (ResultCode::isFailure(
-            getCsPowerCompensation(m_frameFormat->getChannelSpacing(), compensation))) {
+            getCsPowerCompensation(isTraced, m_frameFormat->getChannelSpacing(), compensation))) {
         return ResultCode::Failure;
     }
     const EDpdVersion dpdVersion = m_frameFormat->getDpdVersion();
     const EFrameFormatMarket market = m_frameFormat->getTelecomMarket();
-    return getFixModMaxPower(dpdVersion, market, selectedMod, modulation, compensation, maxPower,
-                             true);
+    PowerQuery query = fixedQuery(dpdVersion, market, selectedMod, compensation, true);
+    return getFixModMaxPower(query, modulation, maxPower);
 }
 
-QOR_WHOLE_STEP int OutputPowerCalculator::calculateAdmodPowerCapabilities(
-    Modulation actualModulation, EReferenceSEC rsec, long& minPower, long& maxPower) {
-    TRACE_ENTER("actualModulation=", actualModulation,
-                ", convertRsecEnumToString(rsec)=", textOf(rsec));
+QOR_WHOLE_STEP int OutputPowerCalculator::calculatePowerCapabilities(Modulation modulation,
+                                                                     long& minPower,
+                                                                     long& maxPower) const {
+    return areStepsTraced() ? traced([&] {
+        return answerPowerCapabilities(true, modulation, minPower, maxPower);
+    })
+                            : answerPowerCapabilities(false, modulation, minPower, maxPower);
+}
+
+QOR_PART_OF_STEP int
+OutputPowerCalculator::answerAdmodPowerCapabilities(bool isTraced, Modulation actualModulation,
+                                                    EReferenceSEC rsec, long& minPower,
+                                                    long& maxPower) const {
+    constexpr const char* functionName = "calculateAdmodPowerCapabilities";
+    if (isTraced) {
+        TRACE_ENTER_OF(s_trace, functionName, "actualModulation=", actualModulation,
+                       ", convertRsecEnumToString(rsec)=", textOf(rsec));
+    }
     ModulationAndCoding selectedMin{};
     ModulationAndCoding selectedMax{};
     getSelectedMinMaxAcm(selectedMin, selectedMax);
     const Modulation selectedMinMod = getSelectedMinModulation(selectedMin);
     if (selectedMinMod == Modulation::UNDEFINED) {
-        TRACE_MSG(TraceLevel::Error, "Failed to get AdMod capabilities");
+        TRACE_MSG_OF(s_trace, functionName, TraceLevel::Error, "Failed to get AdMod capabilities");
         return ResultCode::Failure;
     }
-    const Modulation limitedMaxMod =
-        limitMaxModDueToRadioCapability(UseConfiguredFF::Configured, configuredFrameFormat,
-                                        m_frameFormat->getMaxAvailableModulation());
+    const Modulation limitedMaxMod = limitMaxModDueToRadioCapability(
+        isTraced, UseConfiguredFF::Configured, configuredFrameFormat,
+        m_frameFormat->getMaxAvailableModulation());
     // Without a selection the limited maximum counts as selected; the array query takes the
     // unlimited one there. Both are meant: the offsets of newer radio units count from the
     // selected maximum, so that one rule for both would move every power of a link without a
     // selection.
-    Modulation selectedMaxMod = convertCodeToModulation(selectedMax);
+    Modulation selectedMaxMod = modulationOf(selectedMax);
     if (selectedMaxMod == Modulation::UNDEFINED) {
         selectedMaxMod = limitedMaxMod;
     }
     long compensation = 0;
     if (ResultCode::isFailure(
-            getCsPowerCompensation(m_frameFormat->getChannelSpacing(), compensation))) {
+            getCsPowerCompensation(isTraced, m_frameFormat->getChannelSpacing(), compensation))) {
         return ResultCode::Failure;
     }
     const EDpdVersion dpdVersion = m_frameFormat->getDpdVersion();
     const EFrameFormatMarket market = m_frameFormat->getTelecomMarket();
-    const int result =
-        getAdModMaxPower(dpdVersion, market, rsec, selectedMinMod, selectedMaxMod, limitedMaxMod,
-                         actualModulation, compensation, maxPower, true);
+    PowerQuery query = {dpdVersion,     market,        rsec,         selectedMinMod,
+                        selectedMaxMod, limitedMaxMod, compensation, true};
+    prepare(query);
+    const int result = getAdModMaxPower(query, actualModulation, maxPower);
     if (ResultCode::isFailure(result)) {
-        TRACE_MSG(TraceLevel::Error, "Failed to get AdMod capabilities");
+        TRACE_MSG_OF(s_trace, functionName, TraceLevel::Error, "Failed to get AdMod capabilities");
         return result;
     }
     if (result == ResultCode::NotApplicable) {
-        traceIgnored(__func__, actualModulation);
+        traceIgnored(functionName, actualModulation);
         return result;
     }
-    minPower =
-        getMinOutputPower(static_cast<unsigned int>(numberOf(m_frameFormat->getChannelSpacing())));
+    minPower = getMinOutputPower(
+        isTraced, static_cast<unsigned int>(numberOf(m_frameFormat->getChannelSpacing())));
     return ResultCode::Success;
 }
 
+QOR_WHOLE_STEP int OutputPowerCalculator::calculateAdmodPowerCapabilities(
+    Modulation actualModulation, EReferenceSEC rsec, long& minPower, long& maxPower) {
+    return areStepsTraced() ? traced([&] {
+        return answerAdmodPowerCapabilities(true, actualModulation, rsec, minPower, maxPower);
+    })
+                            : answerAdmodPowerCapabilities(false, actualModulation, rsec, minPower,
+                                                           maxPower);
+}
+
 Modulation OutputPowerCalculator::limitMaxModDueToRadioCapability(
-    UseConfiguredFF useConfiguredFF, long rfid,
+    bool isTraced, UseConfiguredFF useConfiguredFF, long rfid,
     const Modulation& modemMaxAvailableModulation) const {
-    TRACE_ENTER(rfid);
+    TRACE_ENTER_IF(isTraced, rfid);
     EFrameFormatMarket market = EFrameFormatMarket::Etsi;
     if (useConfiguredFF == UseConfiguredFF::Configured) {
         market = m_frameFormat->getTelecomMarket();
@@ -524,7 +690,7 @@ Modulation OutputPowerCalculator::limitMaxModDueToRadioCapability(
     }
 
     const bool isLimited = m_capabilityHandler->isMaxAcmLimitedByHw();
-    TRACE_MSG(TraceLevel::Detail, " usePerformaceProfiles: ", (isLimited ? "Yes" : "No"));
+    TRACE_DETAIL_IF(isTraced, " usePerformaceProfiles: ", (isLimited ? "Yes" : "No"));
     Modulation radioMaxAvailableModulation;
     if (isLimited) {
         const bool isConfigured = useConfiguredFF == UseConfiguredFF::Configured;
@@ -551,8 +717,8 @@ Modulation OutputPowerCalculator::limitMaxModDueToRadioCapability(
     if (radioMaxAvailableModulation == Modulation::UNDEFINED) {
         radioMaxAvailableModulation = modemMaxAvailableModulation;
     }
-    TRACE_MSG(TraceLevel::Detail, " modemMaxAvailableModulation: ", modemMaxAvailableModulation,
-              " radioMaxAvailableModulation: ", radioMaxAvailableModulation);
+    TRACE_DETAIL_IF(isTraced, " modemMaxAvailableModulation: ", modemMaxAvailableModulation,
+                    " radioMaxAvailableModulation: ", radioMaxAvailableModulation);
     return std::min(radioMaxAvailableModulation, modemMaxAvailableModulation);
 }
 
@@ -572,10 +738,10 @@ QOR_WHOLE_STEP unsigned OutputPowerCalculator::getMinMaxOutputPowerVsModulationA
     ModulationAndCoding selectedMin{};
     ModulationAndCoding selectedMax{};
     getSelectedMinMaxAcm(selectedMin, selectedMax);
-    const Modulation minModulation = convertCodeToModulation(
-        isUndefined(minModulationAndCodeIn) ? selectedMin : minModulationAndCodeIn);
-    const Modulation maxModulation = convertCodeToModulation(
-        isUndefined(maxModulationAndCodeIn) ? selectedMax : maxModulationAndCodeIn);
+    const Modulation minModulation =
+        modulationOf(isUndefined(minModulationAndCodeIn) ? selectedMin : minModulationAndCodeIn);
+    const Modulation maxModulation =
+        modulationOf(isUndefined(maxModulationAndCodeIn) ? selectedMax : maxModulationAndCodeIn);
     const bool adModEnable = getAdmodEnable(minModulationAndCodeIn, maxModulationAndCodeIn);
 
     const bool isConfigured = frameFormatId < 1;
@@ -588,8 +754,8 @@ QOR_WHOLE_STEP unsigned OutputPowerCalculator::getMinMaxOutputPowerVsModulationA
         return result;
     }
     minOutputPower =
-        isConfigured ? getMinOutputPower(
-                           static_cast<unsigned int>(numberOf(m_frameFormat->getChannelSpacing())))
+        isConfigured ? getMinOutputPower(true, static_cast<unsigned int>(
+                                                   numberOf(m_frameFormat->getChannelSpacing())))
                      : getMinOutputPowerUsingRfid(static_cast<unsigned int>(frameFormatId));
     TRACE_MSG(TraceLevel::Result, "minOutputPower = ", minOutputPower);
     return result;
@@ -654,7 +820,7 @@ QOR_WHOLE_STEP unsigned OutputPowerCalculator::populateModulationPowerMap(
 
     const auto [lowestCode, highestCode] =
         std::minmax_element(modulationAndCodeArray.begin(), modulationAndCodeArray.end());
-    const Modulation availableMaxMod = convertCodeToModulation(*highestCode);
+    const Modulation availableMaxMod = modulationOf(*highestCode);
     // The undefined code is the highest of all: an array that holds it anywhere fails here,
     // although the walk could leave it out. That is meant, because the highest modulation, from
     // which offsets count, is not known of a frame format that is described in part.
@@ -664,39 +830,39 @@ QOR_WHOLE_STEP unsigned OutputPowerCalculator::populateModulationPowerMap(
         return ResultCode::MapFailure;
     }
     if (selectedMinMod == Modulation::UNDEFINED) {
-        selectedMinMod = convertCodeToModulation(*lowestCode);
+        selectedMinMod = modulationOf(*lowestCode);
     }
     const Modulation limitedMaxMod =
-        limitMaxModDueToRadioCapability(useConfiguredFF, rfid, availableMaxMod);
+        limitMaxModDueToRadioCapability(true, useConfiguredFF, rfid, availableMaxMod);
     // The available maximum, not the limited one: that is meant, because the offsets of newer
     // radio units count from it, and a limit must not move the powers of the modulations below.
     if (selectedMaxMod == Modulation::UNDEFINED) {
         selectedMaxMod = availableMaxMod;
     }
     long compensation = 0;
-    if (ResultCode::isFailure(getCsPowerCompensation(channelSpacing, compensation))) {
+    if (ResultCode::isFailure(getCsPowerCompensation(true, channelSpacing, compensation))) {
         return ResultCode::Failure;
     }
 
+    PowerQuery query = {dpdVersion,     market,        rsec,         selectedMinMod,
+                        selectedMaxMod, limitedMaxMod, compensation, true};
+    prepare(query);
     // Consecutive codes of one modulation share one computation, and one power goes through the
     // whole walk: a calculator that adds to what it finds adds to the code before.
     Modulation lastStored = Modulation::UNDEFINED;
     long power = 0;
-    // Codes usually ascend: each then stands right behind the one before.
+    // Codes usually ascend, and callers keep their map: each then stands right behind the one
+    // before.
     auto place = powerMap.begin();
     for (const ModulationAndCoding& code : modulationAndCodeArray) {
-        const Modulation modulation = convertCodeToModulation(code);
+        const Modulation modulation = modulationOf(code);
         // A number between the codes has the undefined modulation, which is above every limit.
         if (limitedMaxMod < modulation) {
             continue;
         }
         if (modulation != lastStored) {
-            const int result =
-                adModEnable
-                    ? getAdModMaxPower(dpdVersion, market, rsec, selectedMinMod, selectedMaxMod,
-                                       limitedMaxMod, modulation, compensation, power, true)
-                    : getFixModMaxPower(dpdVersion, market, selectedMinMod, modulation,
-                                        compensation, power, true);
+            const int result = adModEnable ? getAdModMaxPower(query, modulation, power)
+                                           : getFixModMaxPower(query, modulation, power);
             if (ResultCode::isFailure(result)) {
                 TRACE_MSG(TraceLevel::Warning,
                           "Failed to calculate power capabilities for modType ", modulation);
@@ -708,15 +874,20 @@ QOR_WHOLE_STEP unsigned OutputPowerCalculator::populateModulationPowerMap(
             }
             lastStored = modulation;
         }
-        place = std::next(powerMap.insert_or_assign(place, code, power));
+        if (place != powerMap.end() && place->first == code) {
+            place->second = power;
+            ++place;
+        } else {
+            place = std::next(powerMap.insert_or_assign(place, code, power));
+        }
     }
     return ResultCode::Success;
 }
 
 // Minimum output power
 
-long OutputPowerCalculator::getMinOutputPower(unsigned int channelSpacing) const {
-    TRACE_ENTER(channelSpacing);
+long OutputPowerCalculator::getMinOutputPower(bool isTraced, unsigned int channelSpacing) const {
+    TRACE_ENTER_IF(isTraced, channelSpacing);
     // A capability handler that keeps the default hands out no table.
     const long minOutputPower = m_minOutputPower == nullptr ? 0 : *m_minOutputPower;
     long offset = 0;
@@ -738,7 +909,7 @@ long OutputPowerCalculator::getMinOutputPowerUsingRfid(unsigned int rfid) const 
         });
     const bool hasSpacing = record != records.end() && record->channelSpacing != noChannelSpacing;
     return getMinOutputPower(
-        hasSpacing ? static_cast<unsigned int>(numberOf(record->channelSpacing)) : 0);
+        true, hasSpacing ? static_cast<unsigned int>(numberOf(record->channelSpacing)) : 0);
 }
 
 QOR_WHOLE_STEP int OutputPowerCalculator::findPminPmax(long& pmin, long& pmax) const {
@@ -756,7 +927,7 @@ QOR_WHOLE_STEP int OutputPowerCalculator::findPminPmax(long& pmin, long& pmax) c
         TRACE_MSG(TraceLevel::Error, "Failed to getMaxPower");
         return ResultCode::Failure;
     }
-    pmin =
-        getMinOutputPower(static_cast<unsigned int>(numberOf(m_frameFormat->getChannelSpacing())));
+    pmin = getMinOutputPower(
+        true, static_cast<unsigned int>(numberOf(m_frameFormat->getChannelSpacing())));
     return ResultCode::Success;
 }

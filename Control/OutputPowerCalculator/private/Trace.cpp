@@ -1,28 +1,44 @@
 #include "Trace.h"
 
-#include <ostream>
+#include <charconv>
+#include <cstring>
 
 TraceSource::TraceSource(const char* path)
     : m_trace("QOR.SPC.Calculator", 3, 256)
     , m_path(path) {}
 
-void TraceSource::writeMessage(int level, const char* function, int line,
-                               const std::ostringstream& text) {
-    m_trace.logMsg(level, {m_path, line, function}, text.str());
+void TraceSource::write(int level, const char* function, int line, const char* const* texts,
+                        std::size_t count) {
+    std::size_t size = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        size += std::strlen(texts[i]);
+    }
+    std::string text;
+    text.reserve(size);
+    for (std::size_t i = 0; i < count; ++i) {
+        text += texts[i];
+    }
+    const TraceHeader header = {m_path, line, function};
+    if (level == entry) {
+        m_trace.logEnterMsg(TraceLevel::Detail, header, text);
+    } else {
+        m_trace.logMsg(level, header, text);
+    }
 }
 
-void TraceSource::writeEntry(const char* function, int line, const std::ostringstream& text) {
-    m_trace.logEnterMsg(TraceLevel::Detail, {m_path, line, function}, text.str());
+namespace {
+
+template <class Number>
+void writeDigits(std::array<char, 24>& digits, Number number) {
+    *std::to_chars(digits.data(), digits.data() + digits.size() - 1, number).ptr = '\0';
 }
 
-TraceText::TraceText() = default;
+} // namespace
 
-TraceText::~TraceText() = default;
-
-std::ostream& operator<<(std::ostream& stream, RsecText text) {
-    return stream << convertRsecEnumToString(text.rsec);
+TraceNumber::TraceNumber(long number) {
+    writeDigits(m_digits, number);
 }
 
-std::ostream& operator<<(std::ostream& stream, CodeText text) {
-    return stream << convertCodeAndModulationEnumToString(text.code);
+TraceNumber::TraceNumber(unsigned long number) {
+    writeDigits(m_digits, number);
 }

@@ -1,12 +1,17 @@
 #pragma once
 
+#include "EFrameFormatMarket.h"
 #include "EReferenceSEC.h"
+#include "Modulation.h"
 #include "ModulationAndCoding.h"
 #include "VelTrace.h"
+#include "private/Literals.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
-#include <iosfwd>
-#include <sstream>
+#include <string>
+#include <type_traits>
 
 /// Levels of trace records.
 namespace TraceLevel {
@@ -19,48 +24,102 @@ constexpr int Detail = 6; ///< function entries, inputs and intermediate values
 
 } // namespace TraceLevel
 
-/// The stream in which a trace builds its text.
-class TraceText {
+/// A number in a trace, as its digits.
+class TraceNumber {
 public:
-    TraceText();
-    ~TraceText();
-    TraceText(const TraceText&) = delete;
-    TraceText& operator=(const TraceText&) = delete;
+    explicit TraceNumber(long number);
+    explicit TraceNumber(unsigned long number);
 
-    std::ostringstream stream;
+    const char* digits() const { return m_digits.data(); }
+
+private:
+    std::array<char, 24> m_digits; ///< 21 at most: a sign, 19 digits and the final zero
 };
+
+/// An RSEC in a trace that shows its text.
+struct RsecText {
+    EReferenceSEC rsec;
+};
+
+/// A modulation-and-code in a trace that shows its text.
+struct CodeText {
+    ModulationAndCoding code;
+};
+
+inline RsecText textOf(EReferenceSEC rsec) {
+    return {rsec};
+}
+
+inline CodeText textOf(ModulationAndCoding code) {
+    return {code};
+}
+
+// What a trace makes of a part of its text.
+
+inline const char* tracePart(const char* text) {
+    return text;
+}
+inline const char* tracePart(Modulation modulation) {
+    return literalOf(modulation);
+}
+inline const char* tracePart(EFrameFormatMarket market) {
+    return literalOf(market);
+}
+inline const char* tracePart(RsecText text) {
+    return literalOf(text.rsec);
+}
+inline const char* tracePart(CodeText text) {
+    return literalOf(text.code);
+}
+/// `true` is 1.
+template <class Number>
+TraceNumber tracePart(Number number) {
+    using Widest = std::conditional_t<std::is_signed_v<Number>, long, unsigned long>;
+    return TraceNumber(static_cast<Widest>(number));
+}
+
+inline const char* charactersOf(const char* text) {
+    return text;
+}
+inline const char* charactersOf(const TraceNumber& number) {
+    return number.digits();
+}
 
 /// What a source file traces through: its trace object and the path that its records show. Code
 /// that several families share traces through the family's.
 ///
 /// The parts of a text are passed by value and put together out of the way of the code that hardly
-/// ever traces: nothing that is traced has to lie in memory for it.
+/// ever traces: nothing that is traced has to lie in memory for it. The one thing that a trace
+/// takes from the heap is the text that it hands out.
 class TraceSource {
 public:
     explicit TraceSource(const char* path);
 
     bool isEnabled(int level) const { return m_trace.isEnabled(level); }
 
-    // NOLINTBEGIN(performance-unnecessary-value-param): nothing then has to lie in memory
     template <class... Parts>
     __attribute__((noinline, cold)) void message(int level, const char* function, int line,
                                                  Parts... parts) {
-        TraceText text;
-        (text.stream << ... << parts);
-        writeMessage(level, function, line, text.stream);
+        writeParts(level, function, line, tracePart(parts)...);
     }
 
     template <class... Parts>
     __attribute__((noinline, cold)) void enter(const char* function, int line, Parts... parts) {
-        TraceText text;
-        (text.stream << ... << parts);
-        writeEntry(function, line, text.stream);
+        writeParts(entry, function, line, tracePart(parts)...);
     }
-    // NOLINTEND(performance-unnecessary-value-param)
 
 private:
-    void writeMessage(int level, const char* function, int line, const std::ostringstream& text);
-    void writeEntry(const char* function, int line, const std::ostringstream& text);
+    /// The level of a function entry, apart from those of messages.
+    static constexpr int entry = 0;
+
+    template <class... Parts>
+    void writeParts(int level, const char* function, int line, const Parts&... parts) {
+        const std::array<const char*, sizeof...(parts)> texts = {charactersOf(parts)...};
+        write(level, function, line, texts.data(), texts.size());
+    }
+
+    void write(int level, const char* function, int line, const char* const* texts,
+               std::size_t count);
 
     VelTrace m_trace;
     const char* m_path;
@@ -94,24 +153,4 @@ private:
 template <class Enumeration>
 constexpr std::int32_t numberOf(Enumeration value) {
     return static_cast<std::int32_t>(value);
-}
-
-/// An RSEC in a trace that shows its text.
-struct RsecText {
-    EReferenceSEC rsec;
-};
-std::ostream& operator<<(std::ostream& stream, RsecText text);
-
-/// A modulation-and-code in a trace that shows its text.
-struct CodeText {
-    ModulationAndCoding code;
-};
-std::ostream& operator<<(std::ostream& stream, CodeText text);
-
-inline RsecText textOf(EReferenceSEC rsec) {
-    return {rsec};
-}
-
-inline CodeText textOf(ModulationAndCoding code) {
-    return {code};
 }

@@ -25,8 +25,16 @@ protected:
 
     static BoosterTables tablesOf(const BoosterAdjustments& adjustments,
                                   const BoosterBandAdjustments& bandAdjustments) {
-        return {DenseAdjustments<rsecCount>(adjustments),
-                DenseAdjustments<bandCount>(bandAdjustments)};
+        BoosterTables tables;
+        for (const auto& [key, adjustment] : adjustments) {
+            const auto& [rsec, modulation] = key;
+            tables.adjustments.set(static_cast<unsigned int>(rsec), modulation, adjustment);
+        }
+        for (const auto& [key, adjustment] : bandAdjustments) {
+            const auto& [band, modulation] = key;
+            tables.bandAdjustments.set(static_cast<unsigned int>(band), modulation, adjustment);
+        }
+        return tables;
     }
 
     const Booster booster = {1, 0, 5000, Modulation::QAM64};

@@ -2,10 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
-#include <map>
 #include <stdexcept>
-#include <tuple>
 
 // The dense form of the families' tables at the edges that no family's table has.
 
@@ -92,20 +91,22 @@ TEST(DenseTable, refusesToEnterWhereItHasNoCell) {
 
 namespace {
 
-/// Cells at the first and the last class of two references, and nothing else.
-PowerOffsets offsetsOfTwoReferences() {
-    return {{{Modulation::QAM128, EReferenceSEC::Class2, Modulation::QAM4}, 100},
-            {{Modulation::QAM128, EReferenceSEC::Class7B, Modulation::QAM4}, 200},
-            {{Modulation::QAM256, EReferenceSEC::Class2, Modulation::QAM4}, 300},
-            {{Modulation::QAM256, EReferenceSEC::Class7B, Modulation::QAM4}, 400}};
-}
-
 using TwoReferences = DenseOffsets<Modulation::QAM128, Modulation::QAM256>;
+
+/// Cells at the first and the last class of two references, and nothing else.
+TwoReferences offsetsOfTwoReferences() {
+    TwoReferences offsets;
+    offsets.set(Modulation::QAM128, EReferenceSEC::Class2, Modulation::QAM4, 100);
+    offsets.set(Modulation::QAM128, EReferenceSEC::Class7B, Modulation::QAM4, 200);
+    offsets.set(Modulation::QAM256, EReferenceSEC::Class2, Modulation::QAM4, 300);
+    offsets.set(Modulation::QAM256, EReferenceSEC::Class7B, Modulation::QAM4, 400);
+    return offsets;
+}
 
 } // namespace
 
 TEST(DenseOffsets, keepsReferencesAndClassesApart) {
-    const TwoReferences offsets(offsetsOfTwoReferences());
+    const TwoReferences offsets = offsetsOfTwoReferences();
 
     EXPECT_EQ(lookUp(offsets, Modulation::QAM128, EReferenceSEC::Class2, Modulation::QAM4), 100);
     EXPECT_EQ(lookUp(offsets, Modulation::QAM128, EReferenceSEC::Class7B, Modulation::QAM4), 200);
@@ -116,7 +117,7 @@ TEST(DenseOffsets, keepsReferencesAndClassesApart) {
 }
 
 TEST(DenseOffsets, aClassOutsideTheClassesReachesNoOtherReference) {
-    const TwoReferences offsets(offsetsOfTwoReferences());
+    const TwoReferences offsets = offsetsOfTwoReferences();
 
     for (const std::int32_t number : {-1, 10, 19, 1000, INT32_MAX, INT32_MIN}) {
         const auto rsec = static_cast<EReferenceSEC>(number);
@@ -126,7 +127,7 @@ TEST(DenseOffsets, aClassOutsideTheClassesReachesNoOtherReference) {
 }
 
 TEST(DenseOffsets, hasNothingForReferencesOutside) {
-    const TwoReferences offsets(offsetsOfTwoReferences());
+    const TwoReferences offsets = offsetsOfTwoReferences();
 
     for (const Modulation reference :
          {Modulation::CW, Modulation::QAM64, Modulation::QAM512, Modulation::UNDEFINED}) {
@@ -136,13 +137,15 @@ TEST(DenseOffsets, hasNothingForReferencesOutside) {
     }
 }
 
-TEST(DenseAdjustments, findsByTheRowThatTheKeysStartWith) {
-    const std::map<std::tuple<int, Modulation>, int> adjustments = {{{0, Modulation::QAM4}, 200},
-                                                                    {{1, Modulation::QAM4}, 0}};
-    const DenseAdjustments<bandCount> dense(adjustments);
+TEST(DenseTable, hasTheCellsOfAWrittenTableAtTheirLabelsAndColumns) {
+    constexpr std::array rows = {dbRow(1, 2, -3), dbRow(0, 0, 4)};
+    constexpr std::array columns = {Modulation::QAM4, Modulation::QAM16, Modulation::QAM32};
+    constexpr DenseTable<bandCount> dense = denseTable<bandCount>(rows, columns);
 
-    EXPECT_EQ(lookUp(dense, 0U, Modulation::QAM4), 200);
-    EXPECT_EQ(lookUp(dense, 1U, Modulation::QAM4), 0);
+    EXPECT_EQ(lookUp(dense, 1U, Modulation::QAM4), 200);
+    EXPECT_EQ(lookUp(dense, 1U, Modulation::QAM16), -300);
+    EXPECT_EQ(lookUp(dense, 0U, Modulation::QAM4), 0);
+    EXPECT_EQ(lookUp(dense, 0U, Modulation::QAM16), 400);
+    EXPECT_EQ(lookUp(dense, 0U, Modulation::QAM32), untouched);
     EXPECT_EQ(lookUp(dense, 2U, Modulation::QAM4), untouched);
-    EXPECT_EQ(lookUp(dense, 0U, Modulation::QAM16), untouched);
 }
