@@ -26,6 +26,7 @@ BenchNode::BenchNode(const Scenario& scenario)
     BenchPlatform::setCompensation(scenario.compensation.data(),
                                    static_cast<std::uint32_t>(scenario.compensation.size()),
                                    scenario.compensationSize);
+    BenchPlatform::setCarrierAggregation(scenario.isCarrierAggregation);
 }
 
 BenchNode::~BenchNode() {

@@ -48,6 +48,11 @@ private:
             return handOut(table, count);
         }
 
+        bool isMaxAcmLimitedByHw() const override { return m_scenario.isLimitedByProfile; }
+        short getPerformanceProfileIndex() const override { return 1; }
+        Modulation getMaxModulationLimitedByHw(const std::vector<short>&, short) const override {
+            return m_scenario.radioMaximum;
+        }
         Modulation getMaxModulationWithoutLimitation(const EFrameFormatMarket&) const override {
             return m_scenario.radioMaximum;
         }
@@ -91,10 +96,10 @@ private:
         EDpdVersion getDpdVersion() const override { return m_scenario.dpdVersion; }
         EFrameFormatMarket getTelecomMarket() const override { return m_scenario.market; }
         void getPerformanceProfiles(std::vector<short>& profiles) const override {
-            profiles.clear();
+            profiles.assign({1, 2});
         }
         void getCarrierAggregationPerformanceProfiles(std::vector<short>& profiles) const override {
-            profiles.clear();
+            profiles.assign({1, 2});
         }
 
     private:
@@ -108,7 +113,7 @@ private:
         EReferenceSEC getReferenceSec() const override { return m_scenario.referenceSec; }
         bool getMinOutputPowerOffset(EChannelSpacingType, long& offset) const override {
             offset = m_scenario.minOutputPowerOffset;
-            return true;
+            return m_scenario.hasMinOutputPowerOffset;
         }
 
     private:
@@ -141,11 +146,11 @@ private:
         }
         void getPerformanceProfiles(RadioChannel, long,
                                     std::vector<short>& profiles) const override {
-            profiles.clear();
+            profiles.assign({1, 2});
         }
         void getCarrierAggregationPerformanceProfiles(RadioChannel, long,
                                                       std::vector<short>& profiles) const override {
-            profiles.clear();
+            profiles.assign({1, 2});
         }
 
     private:

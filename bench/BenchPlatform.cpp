@@ -14,6 +14,7 @@ namespace {
 const std::int32_t* compensationArray = nullptr;
 std::uint32_t compensationSize = 0;
 std::uint32_t compensationValidSize = 0;
+bool isCarrierAggregation = false;
 
 // The library has one trace object for each of its source files; they register before main().
 std::array<VelTrace*, 16> traces{};
@@ -26,6 +27,10 @@ void BenchPlatform::setCompensation(const std::int32_t* array, std::uint32_t siz
     compensationArray = array;
     compensationSize = size;
     compensationValidSize = validSize;
+}
+
+void BenchPlatform::setCarrierAggregation(bool isUsed) {
+    isCarrierAggregation = isUsed;
 }
 
 void BenchPlatform::setTraceLevel(int level) {
@@ -51,7 +56,7 @@ std::uint32_t CStorageManager_GetVariableContentAddressByName(const char* name,
 }
 
 bool os::bsp::rl::isFftypeCarrierAggregation() {
-    return false;
+    return isCarrierAggregation;
 }
 
 InterfaceBroker& InterfaceBroker::getInstance() {

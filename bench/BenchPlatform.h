@@ -10,6 +10,9 @@ public:
     static void setCompensation(const std::int32_t* array, std::uint32_t size,
                                 std::uint32_t validSize);
 
+    /// Whether the frame-format type is carrier aggregation.
+    static void setCarrierAggregation(bool isCarrierAggregation);
+
     /// Threshold of every trace; 0 is off.
     static void setTraceLevel(int level);
 };

@@ -5,9 +5,9 @@
 #include "PlainWay.h"
 #include "Scenario.h"
 
+#include <array>
 #include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 /// A query as callers put it.
@@ -21,8 +21,20 @@ enum class Query {
     SetTemporaryPowerCutback,
     SetTemperature,
     SetBoosterPresence,
+    SecondOutdoorFamily, ///< its calculator alone: no product number leads to it
     ConstructAndInitialize
 };
+
+/// The ways of computing.
+enum class Way {
+    Library,
+    Plain,
+    Fair,
+    Bare
+};
+
+/// The word of a way in the output.
+const char* nameOf(Way way);
 
 /// What is measured: a query on a scenario.
 struct Case {
@@ -30,10 +42,22 @@ struct Case {
     Scenario scenario;
     Query query;
     Modulation modulation = Modulation::QAM64; ///< the one that is asked
-    bool isTraced = false;                     ///< at level 6
+    long frameFormatId = 0;
+    int traceLevel = 3; ///< threshold; 3 is what a node's trace objects begin with
+    bool isMapFresh = false;
+    bool isTroubled = false; ///< something is traced at threshold 3
 
-    /// Whether the plain way and the limit know the query too.
-    bool hasYardsticks() const { return !isTraced && query < Query::SetPowerCutback; }
+    bool isArrayById() const { return query == Query::Array && frameFormatId > 0; }
+
+    /// Whether the limits know the query, and there is nothing to trace that they leave out.
+    bool hasLimits() const {
+        return query < Query::SetPowerCutback && traceLevel <= 3 && !isTroubled;
+    }
+
+    /// Whether the plain way does as well.
+    bool hasPlainWay() const {
+        return hasLimits() && !isArrayById() && !scenario.isLimitedByProfile;
+    }
 };
 
 /// Every case, each under a name of its own.
@@ -51,15 +75,16 @@ struct QueryAnswer {
     std::map<ModulationAndCoding, long> powerMap;
 };
 
-/// Puts a case's query to one of the three ways of computing.
-template <class Way>
-__attribute__((noinline)) void ask(Way& way, const Case& measured, QueryAnswer& answer);
+/// Puts a case's query to one of the ways of computing.
+template <class Computing>
+__attribute__((noinline)) void ask(Computing& way, const Case& measured, QueryAnswer& answer);
 
 extern template void ask(OutputPowerCalculator&, const Case&, QueryAnswer&);
 extern template void ask(const PlainWay&, const Case&, QueryAnswer&);
-extern template void ask(const Limit&, const Case&, QueryAnswer&);
+extern template void ask(const FairLimit&, const Case&, QueryAnswer&);
+extern template void ask(const BareLimit&, const Case&, QueryAnswer&);
 
-/// A case set up to be asked in all three ways.
+/// A case set up to be asked in every way.
 class PreparedCase {
 public:
     explicit PreparedCase(const Case& measured);
@@ -67,11 +92,16 @@ public:
     PreparedCase(const PreparedCase&) = delete;
     PreparedCase& operator=(const PreparedCase&) = delete;
 
-    void askLibrary() { ask(m_service, m_case, m_libraryAnswer); }
-    void askPlainWay() { ask(std::as_const(m_plainWay), m_case, m_plainAnswer); }
-    void askLimit() { ask(std::as_const(m_limit), m_case, m_limitAnswer); }
+    /// The ways that know the case's query.
+    std::vector<Way> ways() const;
 
-    /// Whether all three ways gave the same answer, as they must for a comparison to mean anything.
+    void askIn(Way way);
+
+    /// What a way needs before it is asked to be measured: it has answered before, and its map is
+    /// empty if the case is about a fresh one.
+    void warmUp(Way way);
+
+    /// Whether all ways gave the same answer, as they must for a comparison to mean anything.
     bool isAgreed() const;
 
 private:
@@ -79,8 +109,7 @@ private:
     BenchNode m_node;
     OutputPowerCalculator m_service;
     PlainWay m_plainWay;
-    Limit m_limit;
-    QueryAnswer m_libraryAnswer;
-    QueryAnswer m_plainAnswer;
-    QueryAnswer m_limitAnswer;
+    FairLimit m_fairLimit;
+    BareLimit m_bareLimit;
+    std::array<QueryAnswer, 4> m_answers; ///< by way
 };

@@ -63,10 +63,10 @@ PlainWay::Family PlainWay::family() const {
     return Family::Vo5;
 }
 
-PlainWay::PmaxTable PlainWay::pmaxTable(EDpdVersion dpdVersion, EFrameFormatMarket market) const {
+const PlainWay::PmaxTable& PlainWay::pmaxTable(EDpdVersion dpdVersion,
+                                               EFrameFormatMarket market) const {
     const int version = std::min(static_cast<int>(dpdVersion), 2);
-    const auto found = m_tables.find({version, market == EFrameFormatMarket::Ansi});
-    return found == m_tables.end() ? PmaxTable() : found->second;
+    return m_tables.at({version, market == EFrameFormatMarket::Ansi});
 }
 
 int PlainWay::pmaxOf(EDpdVersion dpdVersion, EFrameFormatMarket market, Modulation modulation,
@@ -93,13 +93,13 @@ long PlainWay::compensationOf(EChannelSpacingType spacing) const {
     CStorageManager_GetVariableContentAddressByName((prefix + "arraysize").c_str(), &arraySize,
                                                     nullptr);
     const auto* elements = static_cast<const std::int32_t*>(array);
-    std::map<int, long> bySpacing;
-    for (std::uint32_t i = 0; i + 1 < std::min(size, *static_cast<const std::uint32_t*>(arraySize));
-         i += 2) {
-        bySpacing.emplace(elements[i], elements[i + 1]);
+    size = std::min(size, *static_cast<const std::uint32_t*>(arraySize));
+    for (std::uint32_t i = 0; i + 1 < size; i += 2) {
+        if (elements[i] == static_cast<int>(spacing)) {
+            return elements[i + 1];
+        }
     }
-    const auto found = bySpacing.find(static_cast<int>(spacing));
-    return found == bySpacing.end() ? 0 : found->second;
+    return 0;
 }
 
 Modulation PlainWay::limited(Modulation available) const {
@@ -113,6 +113,11 @@ Modulation PlainWay::limited(Modulation available) const {
     return std::min(radio, available);
 }
 
+Modulation PlainWay::selectedMinimum(const ModulationAndCoding& min) const {
+    const Modulation modulation = convertCodeToModulation(min);
+    return modulation == Modulation::UNDEFINED ? m_node.frameFormat().getModulation() : modulation;
+}
+
 long PlainWay::minOutputPower() const {
     long offset = 0;
     m_node.systemPowerController().getMinOutputPowerOffset(m_node.frameFormat().getChannelSpacing(),
@@ -120,7 +125,7 @@ long PlainWay::minOutputPower() const {
     return *m_minOutputPower + offset;
 }
 
-int PlainWay::outdoor(Data data, long& power) const {
+int PlainWay::outdoor(const Data& data, long& power) const {
     const auto offsetOf = [&](Modulation modulation) {
         return m_kam.find({Modulation::QAM256, data.rsec, modulation});
     };
@@ -138,8 +143,8 @@ int PlainWay::outdoor(Data data, long& power) const {
     return success;
 }
 
-int PlainWay::outdoor3(Data data, long& power) const {
-    const std::map<EReferenceSEC, Modulation> caps = {
+int PlainWay::outdoor3(const Data& data, long& power) const {
+    static const std::map<EReferenceSEC, Modulation> caps = {
         {EReferenceSEC::Class4L, Modulation::QAM16},  {EReferenceSEC::Class4H, Modulation::QAM32},
         {EReferenceSEC::Class5B, Modulation::QAM64},  {EReferenceSEC::Class6B, Modulation::QAM64},
         {EReferenceSEC::Class5LB, Modulation::QAM64}, {EReferenceSEC::Class5HB, Modulation::QAM64},
@@ -163,7 +168,7 @@ int PlainWay::outdoor3(Data data, long& power) const {
     return success;
 }
 
-int PlainWay::radioUnit(Data data, bool isNewer, long& power) const {
+int PlainWay::radioUnit(const Data& data, bool isNewer, long& power) const {
     if (isNewer && data.selectedMax < data.actual) {
         return notApplicable;
     }
@@ -212,7 +217,7 @@ int PlainWay::adaptive(EDpdVersion dpdVersion, EFrameFormatMarket market, ERefer
                  0,
                  0,
                  compensation - cutback,
-                 {}};
+                 pmaxTable(dpdVersion, market)};
     if (pmaxOf(dpdVersion, market, selectedMin, data.pmaxSelectedMin) != success ||
         pmaxOf(dpdVersion, market, actual, data.pmaxActual) != success) {
         return noEntry;
@@ -226,7 +231,6 @@ int PlainWay::adaptive(EDpdVersion dpdVersion, EFrameFormatMarket market, ERefer
     if (pmaxOf(dpdVersion, market, data.refMax, data.pmaxRefMax) != success) {
         return noEntry;
     }
-    data.table = pmaxTable(dpdVersion, market);
     int result = success;
     switch (family) {
     case Family::Kam:
@@ -277,7 +281,7 @@ int PlainWay::calculatePowerCapabilities(Modulation modulation, long& minPower,
     ModulationAndCoding min{163};
     ModulationAndCoding max{163};
     m_node.acmHandler().getMinMaxModulationAndCode(min, max);
-    const Modulation selected = convertCodeToModulation(min);
+    const Modulation selected = selectedMinimum(min);
     const long compensation = compensationOf(m_node.frameFormat().getChannelSpacing());
     return fixed(m_node.frameFormat().getDpdVersion(), m_node.frameFormat().getTelecomMarket(),
                  selected, modulation, compensation, maxPower, true);
@@ -288,12 +292,16 @@ int PlainWay::calculateAdmodPowerCapabilities(Modulation actual, EReferenceSEC r
     ModulationAndCoding min{163};
     ModulationAndCoding max{163};
     m_node.acmHandler().getMinMaxModulationAndCode(min, max);
+    const Modulation selectedMin = selectedMinimum(min);
     const Modulation available = limited(m_node.frameFormat().getMaxAvailableModulation());
+    Modulation selectedMax = convertCodeToModulation(max);
+    if (selectedMax == Modulation::UNDEFINED) {
+        selectedMax = available;
+    }
     const long compensation = compensationOf(m_node.frameFormat().getChannelSpacing());
     const int result =
         adaptive(m_node.frameFormat().getDpdVersion(), m_node.frameFormat().getTelecomMarket(),
-                 rsec, convertCodeToModulation(min), convertCodeToModulation(max), available,
-                 actual, compensation, maxPower, true);
+                 rsec, selectedMin, selectedMax, available, actual, compensation, maxPower, true);
     if (result == success) {
         minPower = minOutputPower();
     }
@@ -301,7 +309,7 @@ int PlainWay::calculateAdmodPowerCapabilities(Modulation actual, EReferenceSEC r
 }
 
 int PlainWay::findPminPmax(long& pmin, long& pmax) const {
-    const PmaxTable table =
+    const PmaxTable& table =
         pmaxTable(m_node.frameFormat().getDpdVersion(), m_node.frameFormat().getTelecomMarket());
     pmax = std::max_element(table.begin(), table.end(), [](const auto& left, const auto& right) {
                return left.second < right.second;

@@ -13,9 +13,9 @@
 #include <vector>
 
 /// The queries as a straightforward first version would have them: maps keyed by tuples, product
-/// numbers compared one by one, names put together as strings, tables copied where that is
-/// convenient. It asks the same neighbours as often as the service does and traces nothing. It is
-/// the yardstick that the library must stay well below.
+/// numbers compared one by one, names put together as strings. Nothing is copied that such an
+/// engineer would not copy. It asks the same neighbours as often as the service does and traces
+/// nothing. It is the yardstick that the library must stay well below.
 class PlainWay {
 public:
     PlainWay(BenchNode& node, const Scenario& scenario);
@@ -49,25 +49,26 @@ private:
         long pmaxActual;
         long pmaxRefMax;
         long compensation;
-        PmaxTable table;
+        const PmaxTable& table;
     };
 
     Family family() const;
     bool usesBooster(Family family) const;
-    PmaxTable pmaxTable(EDpdVersion dpdVersion, EFrameFormatMarket market) const;
+    const PmaxTable& pmaxTable(EDpdVersion dpdVersion, EFrameFormatMarket market) const;
     int pmaxOf(EDpdVersion dpdVersion, EFrameFormatMarket market, Modulation modulation,
                long& power) const;
     long compensationOf(EChannelSpacingType spacing) const;
     Modulation limited(Modulation available) const;
+    Modulation selectedMinimum(const ModulationAndCoding& min) const;
     long minOutputPower() const;
     int adaptive(EDpdVersion dpdVersion, EFrameFormatMarket market, EReferenceSEC rsec,
                  Modulation selectedMin, Modulation selectedMax, Modulation available,
                  Modulation actual, long compensation, long& power, bool useCutback) const;
     int fixed(EDpdVersion dpdVersion, EFrameFormatMarket market, Modulation selected,
               Modulation modulation, long compensation, long& power, bool useCutback) const;
-    int outdoor(Data data, long& power) const;
-    int outdoor3(Data data, long& power) const;
-    int radioUnit(Data data, bool isNewer, long& power) const;
+    int outdoor(const Data& data, long& power) const;
+    int outdoor3(const Data& data, long& power) const;
+    int radioUnit(const Data& data, bool isNewer, long& power) const;
 
     BenchNode& m_node;
     long m_cutback;

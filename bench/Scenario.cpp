@@ -1,5 +1,7 @@
 #include "Scenario.h"
 
+#include <algorithm>
+
 const std::vector<ModulationAndCoding>& allCodes() {
     static const std::vector<ModulationAndCoding> codes = {
         {10},  {11},  {12},  {20},  {21},  {22},  {23},  {30},  {31},  {32},  {33},
@@ -11,7 +13,7 @@ const std::vector<ModulationAndCoding>& allCodes() {
 }
 
 Scenario scenarioOf(const std::string& name, const std::string& productNumber,
-                    std::size_t codeCount) {
+                    std::size_t codeCount, std::size_t firstCode) {
     Scenario scenario;
     scenario.name = name;
     scenario.productNumber = productNumber;
@@ -23,8 +25,20 @@ Scenario scenarioOf(const std::string& name, const std::string& productNumber,
         power -= 100;
     }
     scenario.pmaxCount = static_cast<int>(scenario.pmaxTable.size());
-    scenario.modulationAndCodes.assign(allCodes().begin(),
-                                       allCodes().begin() + static_cast<std::ptrdiff_t>(codeCount));
+    const auto first = allCodes().begin() + static_cast<std::ptrdiff_t>(firstCode);
+    scenario.modulationAndCodes.assign(first, first + static_cast<std::ptrdiff_t>(codeCount));
+    return scenario;
+}
+
+Scenario withoutPmaxOf64Qam(Scenario scenario, std::size_t codeCount) {
+    std::vector<int>& table = scenario.pmaxTable;
+    const auto row = std::find(table.begin(), table.end(), static_cast<int>(Modulation::QAM64));
+    table.erase(row, row + 2);
+    scenario.pmaxCount = static_cast<int>(table.size());
+    const std::vector<ModulationAndCoding> codesOf64Qam = {{53}, {60}, {61}, {62}};
+    std::vector<ModulationAndCoding>& codes = scenario.modulationAndCodes;
+    const auto begin = std::find(codes.begin(), codes.end(), codesOf64Qam.front());
+    codes.erase(begin + static_cast<std::ptrdiff_t>(codeCount), begin + 4);
     return scenario;
 }
 

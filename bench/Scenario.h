@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-/// One radio node with its operating inputs, as all three ways of computing see it: the library,
-/// the plain way and the limit. The defaults are a 28 MHz ETSI hop up to 4096QAM.
+/// One radio node with its operating inputs, as every way of computing sees it: the library,
+/// the plain way and the limits. The defaults are a 28 MHz ETSI hop up to 4096QAM.
 struct Scenario {
     std::string name;
 
@@ -33,7 +33,10 @@ struct Scenario {
     EDpdVersion dpdVersion = EDpdVersion::Dpd2;
     EFrameFormatMarket market = EFrameFormatMarket::Etsi;
     EReferenceSEC referenceSec = EReferenceSEC::Class5LB;
+    bool hasMinOutputPowerOffset = true;
     long minOutputPowerOffset = 100;
+    bool isLimitedByProfile = false;
+    bool isCarrierAggregation = false;
     std::vector<std::int32_t> compensation = {7, -50, 14, -25, 28, 25, 56, 50};
     std::uint32_t compensationSize = 8;
 
@@ -47,12 +50,15 @@ struct Scenario {
     Modulation boosterMaxModulation = Modulation::CW;
 };
 
-/// A node of a family, by its product number. Codes are the first `codeCount` of the 53 that exist.
+/// A node of a family, by its product number. Codes are `codeCount` of the 53 that exist.
 Scenario scenarioOf(const std::string& name, const std::string& productNumber,
-                    std::size_t codeCount = 39);
+                    std::size_t codeCount = 39, std::size_t firstCode = 0);
 
 /// Likewise, with a cutback and, where the family knows one, a booster.
 Scenario withBoosterAndCutback(Scenario scenario);
+
+/// Likewise, with `codeCount` codes of 64QAM, for which the radio has no Pmax.
+Scenario withoutPmaxOf64Qam(Scenario scenario, std::size_t codeCount);
 
 /// Every code, ascending.
 const std::vector<ModulationAndCoding>& allCodes();
