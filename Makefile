@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample worst-file valgrind bench bench-count bench-board docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
+.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample worst-file valgrind bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 MINUTES ?= 1
@@ -76,6 +76,10 @@ bench-count: ## count the instructions of every query and check them against the
 
 bench-board: ## likewise on the board, under the emulator
 	scripts/bench --board
+
+slow-down: ## slow each function of the library and look whether bench-count notices, which takes an hour
+	scripts/setup bench
+	scripts/slow-down
 
 docs: ## build the reference of the public headers and the guides as pages for a browser, in build/docs/html
 	scripts/setup docs
