@@ -26,7 +26,14 @@ class ISystemPowerController;
 /// are there, so they need a successful initialize(); the setters may be called at any time. The
 /// destructor withdraws the service.
 ///
-/// The service starts no thread and takes no lock. It borrows its neighbours and their tables.
+/// The service starts no thread and takes no lock. It borrows its neighbours and their tables. The
+/// first query of each hardware family creates the family's calculator, unguarded: let one thread
+/// make it before several do.
+///
+/// What is created once stays until the process ends, because a query or a destructor may come
+/// however late: the calculators, and the names that the channels are published under, less than
+/// 300 bytes in all. A host that unloads the library and loads it again leaves as much behind each
+/// time.
 class QOR_EXPORT OutputPowerCalculator : public IOutputPowerCalculator {
 public:
     /// Where a query takes the data of a frame format from.

@@ -1,7 +1,9 @@
 #include "Trace.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <new>
 
 TraceSource::TraceSource(const char* path)
     : m_trace("QOR.SPC.Calculator", 3, 256)
@@ -14,9 +16,13 @@ void TraceSource::write(int level, const char* function, int line, const char* c
         size += std::strlen(texts[i]);
     }
     std::string text;
-    text.reserve(size);
+    try {
+        text.reserve(size);
+    } catch (const std::bad_alloc&) {
+        // No answer fails for the sake of a trace: it shows as much as fits without heap.
+    }
     for (std::size_t i = 0; i < count; ++i) {
-        text += texts[i];
+        text.append(texts[i], std::min(std::strlen(texts[i]), text.capacity() - text.size()));
     }
     const TraceHeader header = {m_path, line, function};
     if (level == entry) {
