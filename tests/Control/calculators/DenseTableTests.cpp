@@ -138,9 +138,10 @@ TEST(DenseOffsets, hasNothingForReferencesOutside) {
 }
 
 TEST(DenseTable, hasTheCellsOfAWrittenTableAtTheirLabelsAndColumns) {
-    constexpr std::array rows = {dbRow(1, 2, -3), dbRow(0, 0, 4)};
+    // No constants, which nobody could see being made into the table.
+    std::array rows = {dbRow(1, 2, -3), dbRow(0, 0, 4)};
     constexpr std::array columns = {Modulation::QAM4, Modulation::QAM16, Modulation::QAM32};
-    constexpr DenseTable<bandCount> dense = denseTable<bandCount>(rows, columns);
+    const DenseTable<bandCount> dense = denseTable<bandCount>(rows, columns);
 
     EXPECT_EQ(lookUp(dense, 1U, Modulation::QAM4), 200);
     EXPECT_EQ(lookUp(dense, 1U, Modulation::QAM16), -300);
@@ -148,4 +149,16 @@ TEST(DenseTable, hasTheCellsOfAWrittenTableAtTheirLabelsAndColumns) {
     EXPECT_EQ(lookUp(dense, 0U, Modulation::QAM16), 400);
     EXPECT_EQ(lookUp(dense, 0U, Modulation::QAM32), untouched);
     EXPECT_EQ(lookUp(dense, 2U, Modulation::QAM4), untouched);
+}
+
+TEST(DenseOffsets, hasTheBlockThatWasEnteredAtItsReferenceAlone) {
+    constexpr std::array rows = {dbRow(EReferenceSEC::Class2, 2, -3)};
+    constexpr std::array columns = {Modulation::QAM4, Modulation::QAM16};
+    TwoReferences offsets;
+
+    offsets.enter(Modulation::QAM256, rows, columns);
+
+    EXPECT_EQ(lookUp(offsets, Modulation::QAM256, EReferenceSEC::Class2, Modulation::QAM16), -300);
+    EXPECT_EQ(lookUp(offsets, Modulation::QAM128, EReferenceSEC::Class2, Modulation::QAM16),
+              untouched);
 }

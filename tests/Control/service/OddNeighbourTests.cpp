@@ -62,6 +62,47 @@ public:
     }
 };
 
+/// A radio whose product numbers come in turn, a further one at each question.
+class OddProduct : public OddNeighbour {
+protected:
+    class Handler : public SimulatedCapabilityHandler {
+    public:
+        using SimulatedCapabilityHandler::SimulatedCapabilityHandler;
+
+        std::string getTmuHwProductNumber() const override {
+            return products[questions++ % products.size()];
+        }
+
+        std::vector<std::string> products;
+        mutable std::size_t questions = 0;
+    };
+
+    Powers powersWith(const std::vector<std::string>& products) {
+        Handler handler(node.answers.capabilityHandler);
+        handler.products = products;
+        OddHardware hardwareOf7;
+        InterfaceBroker& broker = InterfaceBroker::getInstance();
+        broker.registerInterface(IHardwareConfigurationHandler::interfaceName(), &hardwareOf7);
+        start(ICapabilityHandler::interfaceName(1), handler);
+        return powersById7();
+    }
+};
+
+TEST_F(OddProduct, thatChangesWithinAQueryHasEachModulationAnsweredByItsOwnFamily) {
+    // Their reference modulations differ. The first question is that of the compensation.
+    calibrate(1, {28, 0, 56, 0});
+    const std::string outdoor = "QZT 846 57";
+    const std::string radioUnit = "on no list";
+    Powers ofOutdoor = powersWith({outdoor});
+    Powers ofRadioUnit = powersWith({radioUnit});
+
+    const Powers changing = powersWith({outdoor, radioUnit});
+
+    EXPECT_NE(ofOutdoor, ofRadioUnit);
+    EXPECT_EQ(changing,
+              (Powers{{31, ofRadioUnit[31]}, {41, ofOutdoor[41]}, {61, ofRadioUnit[61]}}));
+}
+
 /// The hardware configuration with records of its own.
 class MinimumPowerById : public OddNeighbour {
 protected:
