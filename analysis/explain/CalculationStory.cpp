@@ -349,6 +349,7 @@ private:
         Step& step = m_waterfall.start(isOne ? Rule::PmaxRow : Rule::Unexplained, words,
                                        Waterfall::wrapped(lower));
         step.basis = Basis::Difference;
+        m_waterfall.leaveOpen(!isOne);
         takeCutback();
         addCompensation();
     }
@@ -555,6 +556,7 @@ private:
                 "the cap of RSEC " + rsecText() + ", Pmax of " +
                 convertAcmEnumToString(*family.cap) +
                 ", does not bind; the log does not tell how high it is");
+            m_waterfall.leaveOpen(false);
         }
         m_waterfall.expect("the capped power", family.capped);
     }
@@ -615,6 +617,7 @@ private:
                 "booster gain, or its highest input power: the log does not tell them",
                 std::int64_t{m_figures.radioUnit.atInput.value_or(0)} - m_waterfall.running());
             step.basis = Basis::Difference;
+            m_waterfall.leaveOpen(true);
             return;
         }
         const ExplanationContext::Booster& booster = *m_context.booster;
@@ -623,6 +626,13 @@ private:
         gain.pointer = booster.gainPointer;
         gain.source = booster.source;
         gain.basis = Basis::Input;
+        if (!booster.isInputKnown) {
+            m_waterfall.leaveOpen(false);
+            m_explanation.notes.emplace_back(
+                "the booster's highest input power does not bind; the log does not tell how high "
+                "it is");
+            return;
+        }
         Step& input =
             m_waterfall.bound(Rule::BoosterInputLimit, "at most the booster's highest input power",
                               booster.maxInputPower, booster.maxInputPowerPointer);

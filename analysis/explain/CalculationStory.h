@@ -25,6 +25,7 @@ struct ExplanationContext {
         std::string gainPointer = {};
         std::string maxInputPowerPointer = {};
         std::string source = {};
+        bool isInputKnown = true; ///< else only that maxInputPower does not bind
     };
 
     /// The radio that was asked, where there is a file of it.

@@ -79,6 +79,7 @@ struct Explanation {
     std::vector<Bound> bounds;   ///< in the order of the steps
     std::optional<std::size_t> bindingIndex;
     std::optional<std::size_t> runnerUpIndex; ///< the next lowest bound; nothing without one
+    bool hasOpenBound = false;                ///< a log does not tell one: no next one is known
     std::optional<std::int64_t> headroom;     ///< from the binding bound up to the runner-up
 
     std::optional<Rule> refusal; ///< why there is no power

@@ -66,8 +66,19 @@ void Waterfall::expectFigure(const std::string& what, std::int32_t figure,
 
 void Waterfall::finish(const std::optional<std::int32_t>& answer) {
     expect("the answer", answer);
-    m_explanation.bindingIndex = m_holder;
-    findRunnerUp();
+    if (m_holder >= m_unsureBounds) {
+        m_explanation.bindingIndex = m_holder;
+    }
+    if (!m_explanation.hasOpenBound) {
+        findRunnerUp();
+    }
+}
+
+void Waterfall::leaveOpen(bool mayBind) {
+    m_explanation.hasOpenBound = true;
+    if (mayBind) {
+        m_unsureBounds = m_explanation.bounds.size();
+    }
 }
 
 void Waterfall::findRunnerUp() {

@@ -33,6 +33,10 @@ public:
     void expectFigure(const std::string& what, std::int32_t figure,
                       const std::optional<std::int32_t>& reported);
 
+    /// A bound at this place is not told, so none is the next one.
+    /// @param mayBind whether it may be what the power is at so far.
+    void leaveOpen(bool mayBind);
+
     /// Names the binding bound and the runner-up, and compares with the library's answer.
     void finish(const std::optional<std::int32_t>& answer);
 
@@ -50,5 +54,6 @@ private:
     Explanation& m_explanation;
     std::int32_t m_running = 0;
     bool m_wraps = false;
-    std::size_t m_holder = 0; ///< the bound whose power is running
+    std::size_t m_holder = 0;       ///< the bound whose power is running
+    std::size_t m_unsureBounds = 0; ///< that a bound which is not told may be below
 };

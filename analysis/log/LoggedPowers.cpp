@@ -1,10 +1,13 @@
 #include "LoggedPowers.h"
 
 #include "CalculationStory.h"
+#include "Decibels.h"
 #include "ModulationAndCoding.h"
 #include "TraceText.h"
+#include "Waterfall.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -65,37 +68,22 @@ std::optional<std::int32_t> channelSpacingIn(const std::vector<TraceRecord>& rec
     return std::nullopt;
 }
 
-bool holdsEntries(const std::vector<TraceRecord>& records) {
-    return std::ranges::any_of(
-        records, [](const TraceRecord& record) { return record.kind == TraceRecord::Kind::Enter; });
-}
+using Cutback = std::optional<ExplanationContext::Cutback>;
+using Booster = std::optional<ExplanationContext::Booster>;
 
-void findGaps(const LoggedCall& call, LoggedPowers& powers) {
-    if (call.name.empty()) {
-        powers.gaps.emplace_back("the log does not show which call these traces belong to");
-    }
-    if (!powers.explanations.empty() || !powers.trace.failure.empty()) {
-        return;
-    }
-    if (!holdsEntries(call.records)) {
-        powers.gaps.emplace_back("the log holds no function entries here, which are traces of "
-                                 "level 6, so no step can be told");
-    } else if (TraceLog::isQuery(call.name)) {
-        powers.gaps.emplace_back("the log holds no calculation of this query");
-    }
-}
-
-} // namespace
-
-LoggedPowers LoggedPowers::of(const LoggedCall& call, const LoggedInputs& inputs) {
+LoggedPowers tell(const LoggedCall& call, const Cutback& cutback, const Booster& booster,
+                  bool tellsSpacing) {
     LoggedPowers powers;
     powers.call = call.name;
     powers.line = call.line;
     powers.arguments = call.arguments;
+    powers.process = call.process;
     powers.trace = QueryTrace::read(call.records);
 
-    ExplanationContext context{inputs.cutback(), inputs.booster(), channelSpacingIn(call.records),
-                               std::nullopt};
+    ExplanationContext context{cutback, booster, {}, std::nullopt};
+    if (tellsSpacing) {
+        context.channelSpacing = channelSpacingIn(call.records);
+    }
     // A query through the modulation-and-codes starts with 0 in hand; what a caller of the others
     // passed is not known.
     Power carried = call.name == "getMinMaxOutputPowerVsModulationArray" ? Power(0) : std::nullopt;
@@ -107,6 +95,223 @@ LoggedPowers LoggedPowers::of(const LoggedCall& call, const LoggedInputs& inputs
             carried = powers.explanations.back().answer;
         }
     }
-    findGaps(call, powers);
     return powers;
+}
+
+/// The figures of all calculations, those inside others included.
+std::vector<const CalculationFigures*> figuresOf(const QueryTrace& trace) {
+    std::vector<const CalculationFigures*> all;
+    for (const QueryTrace::Calculation& calculation : trace.calculations) {
+        all.push_back(&calculation.figures);
+        for (const CalculationFigures& inner : calculation.figures.inner) {
+            all.push_back(&inner);
+        }
+    }
+    return all;
+}
+
+/// What the figures of a query say of an input that the log tells before it.
+enum class Evidence {
+    None,
+    For,
+    Against
+};
+
+Evidence evidenceOf(const LoggedPowers& told, const ExplanationContext::Cutback& cutback) {
+    Evidence evidence = Evidence::None;
+    for (const Explanation& explanation : told.explanations) {
+        if (!explanation.addsUp()) {
+            return Evidence::Against;
+        }
+    }
+    for (const CalculationFigures* const figures : figuresOf(told.trace)) {
+        if (figures->cutbackCount == 0) {
+            continue;
+        }
+        // Their sums hold the cutback, and they add up.
+        if (figures->offsetFamily.pmaxReference || figures->capFamily.compensation) {
+            evidence = Evidence::For;
+        }
+        // Pmax of the reference modulation is never cut back.
+        const CalculationFigures::RadioUnit& unit = figures->radioUnit;
+        if (unit.pmaxActual && unit.pmaxReference && figures->lookups.size() > 2 &&
+            figures->modulation == figures->lookups[2].modulation &&
+            figures->modulation != Modulation::UNDEFINED) {
+            if (Waterfall::wrapped(std::int64_t{*unit.pmaxReference} - *unit.pmaxActual) !=
+                Waterfall::wrapped(cutback.amount)) {
+                return Evidence::Against;
+            }
+            evidence = Evidence::For;
+        }
+    }
+    return evidence;
+}
+
+/// The booster as far as the figures confirm it: its gain by a calculation that the input does not
+/// bound, its input by one that it does.
+Booster confirmed(const Booster& heard, const QueryTrace& trace) {
+    if (!heard) {
+        return std::nullopt;
+    }
+    bool isGainSure = false;
+    bool isInputSure = false;
+    for (const CalculationFigures* const figures : figuresOf(trace)) {
+        const CalculationFigures::RadioUnit& unit = figures->radioUnit;
+        if (!unit.atInput || !unit.withBandAdjustment) {
+            continue;
+        }
+        const std::int32_t after =
+            Waterfall::wrapped(std::int64_t{*unit.withBandAdjustment} - heard->gain);
+        if (*unit.atInput != std::min(after, heard->maxInputPower)) {
+            return std::nullopt;
+        }
+        isGainSure |= after < heard->maxInputPower;
+        isInputSure |= after > heard->maxInputPower;
+    }
+    if (!isGainSure) {
+        return std::nullopt;
+    }
+    Booster booster = heard;
+    booster->isInputKnown = isInputSure;
+    return booster;
+}
+
+bool isReplayed(const LoggedCall& call) {
+    return !call.answer.is_null();
+}
+
+/// What an explanation without a power and without a refusal lacks.
+void findUntold(LoggedPowers& powers) {
+    for (const Explanation& explanation : powers.explanations) {
+        if (!explanation.answer && !explanation.refusal) {
+            powers.gaps.push_back("the log does not tell the power of " +
+                                  convertAcmEnumToString(explanation.modulation));
+        }
+    }
+}
+
+/// Chooses what is known of cutback and booster, and explains with it.
+LoggedPowers tellConfirmed(const LoggedCall& call, const LoggedInputs& inputs,
+                           const CallCheck& check) {
+    const bool tellsSpacing = isReplayed(call) || check.isSpacingConfirmed;
+    const Cutback heard = inputs.cutback();
+    const Booster booster = inputs.booster();
+    LoggedPowers powers = tell(call, heard, booster, tellsSpacing);
+    const Booster sure = inputs.isBoosterGiven() ? booster : confirmed(booster, powers.trace);
+    if (!inputs.isBoosterGiven() && booster) {
+        powers = tell(call, heard, sure, tellsSpacing);
+    }
+    if (inputs.isCutbackGiven() || !heard) {
+        return powers;
+    }
+    const Evidence evidence = evidenceOf(powers, *heard);
+    if (evidence == Evidence::For) {
+        return powers;
+    }
+    const bool matters =
+        std::ranges::any_of(figuresOf(powers.trace), [](const CalculationFigures* figures) {
+            return figures->cutbackCount != 0;
+        });
+    powers = tell(call, std::nullopt, sure, tellsSpacing);
+    if (evidence == Evidence::Against) {
+        powers.trace.notes.push_back("the log sets a cutback of " + Decibels::dB(heard->amount) +
+                                     " before, but the figures hold another one: a line that sets "
+                                     "it is missing, or is of another service");
+    } else if (matters && heard->amount != 0) {
+        powers.trace.notes.push_back("the log sets a cutback of " + Decibels::dB(heard->amount) +
+                                     " before, which no figure of this query confirms and which "
+                                     "does not count; if it is right, give it");
+    }
+    return powers;
+}
+
+/// Whether a part of a text is the pattern, in which * is anything.
+bool contains(std::string_view text, std::string_view pattern) {
+    std::size_t place = 0;
+    while (!pattern.empty()) {
+        const std::size_t star = std::min(pattern.find('*'), pattern.size());
+        place = text.find(pattern.substr(0, star), place);
+        if (place == std::string_view::npos) {
+            return false;
+        }
+        place += star;
+        pattern.remove_prefix(std::min(star + 1, pattern.size()));
+    }
+    return true;
+}
+
+} // namespace
+
+LoggedPowers LoggedPowers::asTold(const LoggedCall& call, const LoggedInputs& inputs) {
+    return tell(call, inputs.cutback(), inputs.booster(), true);
+}
+
+LoggedPowers LoggedPowers::of(const LoggedCall& call, const LoggedInputs& inputs,
+                              const CallCheck& check) {
+    if (check.isWhole()) {
+        LoggedPowers powers = tellConfirmed(call, inputs, check);
+        if (!isReplayed(call)) {
+            powers.unconfirmed = check.unconfirmed;
+        }
+        findUntold(powers);
+        return powers;
+    }
+    LoggedCall whole = call;
+    whole.records.erase(whole.records.begin() + static_cast<std::ptrdiff_t>(check.wholeRecords),
+                        whole.records.end());
+    LoggedPowers powers = tellConfirmed(whole, inputs, check);
+    powers.keepFirst(check.calculations);
+    powers.gaps.push_back(check.trouble);
+    findUntold(powers);
+    return powers;
+}
+
+void LoggedPowers::keepFirst(std::size_t calculations) {
+    explanations.resize(std::min(calculations, explanations.size()));
+}
+
+LoggedQueries::LoggedQueries(Choice choice, Sink sink)
+    : m_choice(std::move(choice))
+    , m_sink(std::move(sink))
+    , m_log([this](const LoggedCall& call) { take(call); }) {}
+
+bool LoggedQueries::isChosen(const LoggedCall& call, const Process& process) {
+    m_isSince =
+        m_isSince || m_choice.since.empty() || (!call.time.empty() && call.time >= m_choice.since);
+    return m_isSince && (!m_choice.channel || process.inputs.channel() == m_choice.channel) &&
+           contains(call.process, m_choice.process) &&
+           (!m_choice.query || *m_choice.query == m_found);
+}
+
+void LoggedQueries::take(const LoggedCall& call) {
+    Process& process = m_processes[call.process];
+    process.inputs.fix(m_choice.inputs);
+    process.inputs.follow(call);
+    const CallCheck check = CallCheck::of(call);
+    const std::size_t brokenOff =
+        std::exchange(process.brokenOff, check.endsAtItsEnd ? 0 : call.line);
+    const bool isQuery = call.name.empty() || TraceLog::isQuery(call.name);
+    if (isQuery || !check.isWhole()) {
+        ++m_found;
+        if (isChosen(call, process)) {
+            LoggedPowers powers = LoggedPowers::of(call, process.inputs, check);
+            powers.number = m_found;
+            if (brokenOff != 0 && !isReplayed(call)) {
+                powers.gaps.push_back("the call before, line " + std::to_string(brokenOff) +
+                                      " of the log, breaks off, and its lines may stand among "
+                                      "these");
+                powers.keepFirst(0);
+            }
+            if (m_log.highestLevel() < TraceLog::neededLevel) {
+                powers.gaps.assign(1, "the log holds traces up to level " +
+                                          std::to_string(m_log.highestLevel()) +
+                                          " here, and steps are told by level 6: have " +
+                                          "QOR.SPC.Calculator trace at level 6");
+            }
+            m_sink(powers);
+        }
+    }
+    if (!check.isWhole()) {
+        process.inputs.forget();
+    }
 }

@@ -7,8 +7,21 @@
 namespace {
 
 Heading headingOf(const LoggedPowers& powers) {
-    Heading heading = {{"Query", (powers.call.empty() ? "not shown" : powers.call) + ", line " +
+    Heading heading = {{"Query", std::to_string(powers.number) + ", " +
+                                     (powers.call.empty() ? "not shown" : powers.call) + ", line " +
                                      std::to_string(powers.line) + " of the log"}};
+    if (!powers.process.empty()) {
+        heading.emplace_back("Process", oneLine(powers.process));
+    }
+    if (powers.isComplete()) {
+        heading.emplace_back("Complete", powers.unconfirmed.empty()
+                                             ? "every line of the query is there"
+                                             : "every line of the query is there, but a cut would "
+                                               "not show of:");
+    }
+    for (const std::string& number : powers.unconfirmed) {
+        heading.emplace_back("Unconfirmed", number);
+    }
     if (!powers.arguments.empty()) {
         heading.emplace_back("Asked for", oneLine(powers.arguments));
     }
@@ -32,10 +45,11 @@ Heading headingOf(const LoggedPowers& powers) {
     return heading;
 }
 
-std::string titleOf(const Explanation& explanation) {
+std::string titleOf(const Explanation& explanation, bool isComplete) {
     const std::string modulation = convertAcmEnumToString(explanation.modulation) + ": ";
     if (explanation.answer) {
-        return modulation + Decibels::dBm(*explanation.answer);
+        return modulation + Decibels::dBm(*explanation.answer) +
+               (isComplete ? "" : ", of an incomplete query");
     }
     return modulation + (explanation.refusal ? "no power" : "the log does not tell the power");
 }
@@ -45,7 +59,7 @@ std::string titleOf(const Explanation& explanation) {
 std::string textForm(const LoggedPowers& powers, const TextLook& look) {
     std::string text = textOf(headingOf(powers));
     for (const Explanation& explanation : powers.explanations) {
-        text += '\n' + textForm(titleOf(explanation), explanation, look);
+        text += '\n' + textForm(titleOf(explanation, powers.isComplete()), explanation, look);
     }
     const std::string legend = legendOf(powers.explanations);
     return legend.empty() ? text : text + '\n' + legend;
@@ -58,6 +72,8 @@ std::string jsonLine(const LoggedPowers& powers) {
         explanations.push_back(datumOf(explanation));
     }
     return jsonLine(Datum::Object{
+        {"query", powers.number},
+        {"process", Datum::orNothing(powers.process)},
         {"call", Datum::orNothing(powers.call)},
         {"line", powers.line},
         {"arguments", Datum::orNothing(powers.arguments)},
@@ -66,7 +82,9 @@ std::string jsonLine(const LoggedPowers& powers) {
         {"adaptive", powers.trace.isAdaptive},
         {"failure", Datum::orNothing(powers.trace.failure)},
         {"notes", powers.trace.notes},
+        {"complete", powers.isComplete()},
         {"gaps", powers.gaps},
+        {"unconfirmed", powers.unconfirmed},
         {"explanations", std::move(explanations)},
     });
 }

@@ -10,6 +10,8 @@
 #include <array>
 #include <cctype>
 #include <iterator>
+#include <set>
+#include <sstream>
 #include <string_view>
 #include <utility>
 
@@ -73,6 +75,10 @@ std::optional<TraceRecord> recordOf(const nlohmann::json& json) {
     return record;
 }
 
+std::size_t sizeOf(const TraceRecord& record) {
+    return record.file.size() + record.function.size() + record.text.size();
+}
+
 /// The last words before a place, split at blanks.
 std::string_view wordBefore(std::string_view text, std::size_t end) {
     const std::size_t blank = text.substr(0, end).find_last_of(" \t");
@@ -86,15 +92,19 @@ bool TraceLog::isQuery(const std::string& name) {
     return isOneOf(name, queries);
 }
 
-std::optional<TraceRecord> TraceLog::recordIn(const std::string& line) {
+std::optional<TraceRecord> TraceLog::recordIn(const std::string& line, std::string* before) {
     for (const char* const word : {"enter", "msg", "raw"}) {
         const std::string mark = std::string(" ") + word + " ";
         const std::size_t place = line.find(mark);
         if (place == std::string::npos) {
             continue;
         }
-        const auto level = TraceText::number(wordBefore(line, place));
-        const std::string_view rest = std::string_view(line).substr(place + mark.size());
+        const std::string_view levelText = wordBefore(line, place);
+        const auto level = TraceText::number(levelText);
+        std::string_view rest = std::string_view(line).substr(place + mark.size());
+        while (rest.ends_with('\r') || rest.ends_with('\n')) {
+            rest.remove_suffix(1);
+        }
         const std::size_t fileEnd = rest.find(' ');
         const std::size_t functionEnd = rest.find(':', fileEnd);
         if (!level || *level < 1 || *level > 6 || fileEnd == std::string_view::npos ||
@@ -108,6 +118,9 @@ std::optional<TraceRecord> TraceLog::recordIn(const std::string& line) {
         }
         std::string_view text = rest.substr(functionEnd + 1);
         text.remove_prefix(text.starts_with(' ') ? 1 : 0);
+        if (before != nullptr) {
+            *before = line.substr(0, place - levelText.size());
+        }
         return TraceRecord{kindNamed(word).value_or(Kind::Raw),
                            static_cast<int>(*level),
                            0,
@@ -119,18 +132,71 @@ std::optional<TraceRecord> TraceLog::recordIn(const std::string& line) {
     return std::nullopt;
 }
 
-void TraceLog::begin(const std::string& name, const std::string& arguments) {
-    end();
-    m_call = {name, m_line, arguments, {}, {}};
-    m_callSize = 0;
-    m_calculations = 0;
-    m_isOpen = true;
+std::string TraceLog::processIn(const std::string& before) {
+    static const std::set<std::string> names = {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul",
+                                                "Aug", "Sep", "Oct", "Nov", "Dec", "Mon", "Tue",
+                                                "Wed", "Thu", "Fri", "Sat", "Sun"};
+    std::istringstream words(before);
+    std::string process;
+    for (std::string word; process.size() < maxProcessName && words >> word;) {
+        const bool isTimeOrNumber =
+            word.find_first_not_of("0123456789.,:;-+/TZ[]()#") == std::string::npos &&
+            !(word.starts_with('[') && word.find_first_of(".:") == std::string::npos);
+        if (!isTimeOrNumber && !names.contains(word)) {
+            process += (process.empty() ? "" : " ") + word;
+        }
+    }
+    process.resize(std::min(process.size(), maxProcessName));
+    return process;
+}
+
+std::string TraceLog::timeIn(const std::string& before) {
+    std::istringstream words(before);
+    for (std::string word; words >> word;) {
+        const std::size_t colon = word.find(':');
+        const auto isDigit = [&word](std::size_t place) {
+            return place < word.size() && word[place] >= '0' && word[place] <= '9';
+        };
+        if (colon != std::string::npos && colon >= 2 && isDigit(colon - 1) && isDigit(colon + 1)) {
+            return word;
+        }
+    }
+    return {};
+}
+
+TraceLog::OpenCall& TraceLog::begin(const std::string& process, const std::string& name,
+                                    const std::string& arguments) {
+    end(process);
+    if (m_open.size() == maxProcesses) {
+        fail("traces of more than " + std::to_string(maxProcesses) + " processes");
+    }
+    OpenCall& open = m_open[process];
+    open.call = {name, m_line, arguments, {}, {}, process, {}, {}, false};
+    std::swap(open.call.isBehindGap, m_isBehindGap[process]);
+    return open;
+}
+
+void TraceLog::end(const std::string& process) {
+    const auto found = m_open.find(process);
+    if (found == m_open.end()) {
+        return;
+    }
+    const LoggedCall call = std::move(found->second.call);
+    m_open.erase(found);
+    for (const TraceRecord& record : call.records) {
+        m_size -= sizeOf(record);
+    }
+    m_sink(call);
 }
 
 void TraceLog::end() {
-    if (m_isOpen) {
-        m_isOpen = false;
-        m_sink(std::exchange(m_call, {}));
+    std::vector<std::pair<std::size_t, std::string>> processes;
+    for (const auto& [process, open] : m_open) {
+        processes.emplace_back(open.call.line, process);
+    }
+    std::ranges::sort(processes);
+    for (const auto& [line, process] : processes) {
+        end(process);
     }
 }
 
@@ -144,42 +210,72 @@ void TraceLog::read(const std::string& line, bool isTooLong) {
     if (isTooLong) {
         fail("longer than " + std::to_string(maxSize) + " bytes");
     }
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (m_line == 1 && line.starts_with(byteOrderMark)) {
+        --m_line;
+        read(line.substr(byteOrderMark.size()));
+        return;
+    }
     if (line.find_first_not_of(" \t\r") == std::string::npos || readReplayLine(line)) {
         return;
     }
-    if (const auto record = recordIn(line)) {
-        readRecord(*record);
-    } else {
-        ++m_leftOut;
+    std::string before;
+    if (const auto record = recordIn(line, &before)) {
+        readRecord(*record, before);
+        return;
+    }
+    ++m_leftOut;
+    if (line.front() == '{') {
+        // A whole call may have stood here.
+        for (auto& [process, isBehindGap] : m_isBehindGap) {
+            isBehindGap = true;
+        }
+        m_isBehindGap[""] = true;
     }
 }
 
-void TraceLog::readRecord(const TraceRecord& record) {
+void TraceLog::readRecord(const TraceRecord& record, const std::string& before) {
     ++m_records;
+    m_highestLevel = std::max(m_highestLevel, record.level);
+    const std::string process = processIn(before);
+    auto open = m_open.find(process);
+    const bool isNew = open == m_open.end();
     if (beginsCall(record)) {
-        begin(record.function, record.kind == Kind::Enter ? record.text : "");
-    } else if (!m_isOpen) {
-        begin("", "");
+        begin(process, record.function, record.kind == Kind::Enter ? record.text : "");
+    } else if (isNew) {
+        begin(process, "", "");
     }
-    keep(record);
+    open = m_open.find(process);
+    if (open->second.call.records.empty()) {
+        open->second.call.time = timeIn(before);
+    }
+    keep(open->second, record);
 }
 
-void TraceLog::keep(const TraceRecord& record) {
-    const std::size_t size = record.file.size() + record.function.size() + record.text.size();
-    m_callSize += size;
+void TraceLog::keep(OpenCall& open, const TraceRecord& record) {
+    if (open.call.name.empty() && !open.call.records.empty()) {
+        // Nothing can be told of traces without their call; only how they end counts.
+        m_size -= sizeOf(open.call.records.back());
+        open.call.records.clear();
+        open.call.lines.clear();
+        open.calculations = 0;
+    }
+    const std::size_t size = sizeOf(record);
+    m_size += size;
     if (size > maxTraceSize) {
         fail("a trace longer than " + std::to_string(maxTraceSize) + " bytes");
     }
-    if (m_callSize > maxSize) {
+    if (m_size > maxSize) {
         fail("traces of more than " + std::to_string(maxSize) + " bytes in one call");
     }
-    if (m_call.records.size() == maxTraces) {
+    if (open.call.records.size() == maxTraces) {
         fail("more than " + std::to_string(maxTraces) + " traces in one call");
     }
-    if (CalculationFigures::isStart(record) && ++m_calculations > maxCalculations) {
+    if (CalculationFigures::isStart(record) && ++open.calculations > maxCalculations) {
         fail("more than " + std::to_string(maxCalculations) + " calculations in one call");
     }
-    m_call.records.push_back(record);
+    open.call.records.push_back(record);
+    open.call.lines.push_back(m_line);
 }
 
 nlohmann::json TraceLog::objectIn(const std::string& line) const {
@@ -202,7 +298,7 @@ bool TraceLog::readReplayLine(const std::string& line) {
         return false;
     }
     if (const auto record = recordOf(json)) {
-        readRecord(*record);
+        readRecord(*record, "");
         return true;
     }
     if (!json.contains("trace") || !json["trace"].is_array() ||
@@ -211,25 +307,30 @@ bool TraceLog::readReplayLine(const std::string& line) {
     }
     const nlohmann::json trace = std::move(json["trace"]);
     json.erase("trace");
-    begin(json["call"].get<std::string>(), "");
+    OpenCall& open = begin("", json["call"].get<std::string>(), "");
     for (const nlohmann::json& entry : trace) {
         if (const auto record = recordOf(entry)) {
             ++m_records;
+            m_highestLevel = std::max(m_highestLevel, record->level);
             if (beginsCall(*record) && record->kind == Kind::Enter) {
-                m_call.arguments = record->text;
+                open.call.arguments = record->text;
             }
-            keep(*record);
+            keep(open, *record);
         }
     }
-    m_call.answer = std::move(json);
-    end();
+    open.call.answer = std::move(json);
+    end("");
     return true;
 }
 
 // Operating inputs
 
-void LoggedInputs::follow(const LoggedCall& call, bool isFirst) {
-    if (isFirst && call.name == "initialize") {
+void LoggedInputs::follow(const LoggedCall& call) {
+    if (call.isBehindGap) {
+        forget();
+    }
+    if (call.name == "initialize") {
+        forget();
         m_permanent = 0;
         m_temporary = OperatingInputs::TemporaryCutback();
         m_booster = ExplanationContext::Booster();
@@ -239,9 +340,20 @@ void LoggedInputs::follow(const LoggedCall& call, bool isFirst) {
     }
 }
 
+void LoggedInputs::forget() {
+    m_permanent.reset();
+    m_temporary.reset();
+    m_booster.reset();
+    m_channel.reset();
+}
+
 void LoggedInputs::followRecord(const TraceRecord& record) {
     const std::string& text = record.text;
-    if (TraceText::isEntryOf(record, "setPowerCutback")) {
+    if (record.kind == Kind::Raw && record.function == "initialize") {
+        if (const auto channel = TraceText::numberBehind(text, " for channel ")) {
+            m_channel = channel;
+        }
+    } else if (TraceText::isEntryOf(record, "setPowerCutback")) {
         if (const auto cutback = TraceText::number(text)) {
             m_permanent = static_cast<std::uint32_t>(*cutback);
         }

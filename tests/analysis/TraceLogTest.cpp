@@ -90,12 +90,10 @@ std::vector<LoggedPowers> powersOf(const Lines& lines, const OperatingInputs& gi
     std::vector<LoggedPowers> powers;
     LoggedInputs inputs;
     inputs.fix(given);
-    bool isFirst = true;
     for (const LoggedCall& call : callsOf(lines)) {
-        inputs.follow(call, isFirst);
-        isFirst = false;
+        inputs.follow(call);
         if (TraceLog::isQuery(call.name) || call.name.empty()) {
-            powers.push_back(LoggedPowers::of(call, inputs));
+            powers.push_back(LoggedPowers::asTold(call, inputs));
         }
     }
     return powers;
@@ -346,15 +344,26 @@ TEST(ALogOfAFailure, NamesTheRule) {
     EXPECT_EQ(sut.refusalWords, "the Pmax table has no row for 4QAM, the selected minimum");
 }
 
-TEST(ALogWithoutEntries, SaysSo) {
-    const std::vector<LoggedPowers> sut = powersOf(
+/// What is told of every query of a log.
+std::vector<LoggedPowers> queriesOf(const Lines& lines, LoggedQueries::Choice choice = {}) {
+    std::vector<LoggedPowers> queries;
+    LoggedQueries sut(std::move(choice),
+                      [&queries](const LoggedPowers& powers) { queries.push_back(powers); });
+    for (const std::string& line : lines) {
+        sut.read(line);
+    }
+    sut.end();
+    return queries;
+}
+
+TEST(ALogWithoutEntries, SaysWhichLevelItHasAndHowToGetMore) {
+    const std::vector<LoggedPowers> sut = queriesOf(
         {from("CalculatorKam", 5, "getMaxPower std::min parameters: 2200,2050,1950,2400")});
 
     ASSERT_THAT(sut, SizeIs(1));
     EXPECT_THAT(sut[0].gaps,
-                ElementsAre("the log does not show which call these traces belong to",
-                            "the log holds no function entries here, which are traces of level 6, "
-                            "so no step can be told"));
+                ElementsAre("the log holds traces up to level 5 here, and steps are told by level "
+                            "6: have QOR.SPC.Calculator trace at level 6"));
 }
 
 TEST(ALogThatBreaksOff, ExplainsNothingOfItsLastCalculation) {

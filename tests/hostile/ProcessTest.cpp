@@ -242,24 +242,34 @@ TEST(HostileLog, withATraceWithoutEndIsRefused) {
 
 TEST(HostileLog, withACallOfTooManyTracesIsRefused) {
     HostileFile log;
-    log.add(100000, "5 msg a:1 b: c\n");
+    log.add("6 enter a:1 getUnrestrictedPmax:\n").add(100000, "5 msg a:1 b: c\n");
 
     expectBadLog(log, "line 32769: more than 32768 traces in one call");
 }
 
 TEST(HostileLog, withACallOfTooLongTracesIsRefused) {
     HostileFile log;
-    log.add(1000, "5 msg a:1 b: " + std::string(32766, 'c') + "\n");
+    log.add("6 enter a:1 getUnrestrictedPmax:\n")
+        .add(1000, "5 msg a:1 b: " + std::string(32766, 'c') + "\n");
 
     // Two more bytes of each are the file's and the function's names.
     expectBadLog(log, "line 257: traces of more than 8388608 bytes in one call");
 }
 
+TEST(HostileLog, ofTooManyProcessesIsRefused) {
+    HostileFile log;
+    for (int process = 0; process < 100; ++process) {
+        log.add("qor[" + std::to_string(process) + "] 5 msg a:1 b: c\n");
+    }
+
+    expectBadLog(log, "line 65: traces of more than 64 processes");
+}
+
 TEST(HostileLog, withACallOfTooManyCalculationsIsRefused) {
     HostileFile log;
-    log.add(10000, "6 enter a:1 getFixModMaxPower: \n");
+    log.add("6 enter a:1 getUnrestrictedPmax:\n").add(10000, "6 enter a:1 getFixModMaxPower: \n");
 
-    expectBadLog(log, "line 8193: more than 8192 calculations in one call");
+    expectBadLog(log, "line 8194: more than 8192 calculations in one call");
 }
 
 /// A radio that starts, with so many requests that their answers fill any pipe.

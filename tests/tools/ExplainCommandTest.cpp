@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 // Explanations of logs; those of radio files are answers, tested in tests/analysis.
 
@@ -35,24 +36,37 @@ TEST(ExplainCommand, ExplainsOneLineOfJsonForEachQueryOfALog) {
     EXPECT_EQ(result.status, done);
 }
 
+/// A whole query of the first outdoor family, as a node writes it: 20.00 + 0.50 - 3.00 + 2.00.
+std::string textLog(const std::string& before) {
+    const std::string folder = "Control/OutputPowerCalculator/private/";
+    const std::string enter = before + " 6 enter " + folder + "OutputPowerCalculator:1 ";
+    const std::string detail = before + " 6 msg " + folder + "OutputPowerCalculator:1 ";
+    const std::string family = before + " 5 msg " + folder + "CalculatorKam:1 getMaxPower: ";
+    const std::string table = enter + "getMaxPowerArray: dpdVersion=1, market=Etsi\n";
+    const std::string lookUp = enter + "getMaxPower: dpdVersion=1, market=Etsi, modulationType=";
+    const std::string cut = enter + "applyCutbackToMaxPower: \n";
+    const std::string select = detail + "getCalculator: Using KaM max power algorithm\n";
+    return enter +
+           "calculateAdmodPowerCapabilities: actualModulation=16QAM, "
+           "convertRsecEnumToString(rsec)=2\n" +
+           enter + "limitMaxModDueToRadioCapability: 0\n" + detail +
+           "limitMaxModDueToRadioCapability:  usePerformaceProfiles: No\n" + detail +
+           "limitMaxModDueToRadioCapability:  modemMaxAvailableModulation: 256QAM "
+           "radioMaxAvailableModulation: 256QAM\n" +
+           select + before + " 6 enter " + folder +
+           "CalculatorKam:1 getCompensationForChannelSpacing: 28\n" + enter +
+           "getAdModMaxPower: dpdVersion=1, market=Etsi, convertRsecEnumToString(rsec)=2, "
+           "selectedMinMod=4QAM, selectedMaxMod=256QAM, availableMaxMod=256QAM, actualMod=16QAM, "
+           "csPowerCompensation=50\n" +
+           cut + lookUp + "4QAM\n" + table + cut + lookUp + "16QAM\n" + table + cut + select +
+           lookUp + "256QAM\n" + table + table + family +
+           "getMaxPower std::min parameters: 2200,2050,1950,2400\n" + family +
+           "getMaxPower Max power for modulation 16QAM, rsec 0 and max modulation 2000 = 1950\n" +
+           enter + "getMinOutputPower: 28\n";
+}
+
 TEST(ExplainCommand, ExplainsTextWithTimesInFrontAndTheCutbackThatIsGiven) {
-    const std::string before = "2026-03-01 12:00:00.123 node-17 6 enter "
-                               "Control/OutputPowerCalculator/private/OutputPowerCalculator:1 ";
-    const std::string family =
-        "2026-03-01 12:00:00.124 node-17 5 msg "
-        "Control/OutputPowerCalculator/private/CalculatorKam:1 getMaxPower: ";
-    // 20.00 + 0.50 - 3.00 + 2.00
-    const std::string log =
-        before + "calculateAdmodPowerCapabilities: actualModulation=16QAM\n" + before +
-        "getAdModMaxPower: dpdVersion=1, market=Etsi, convertRsecEnumToString(rsec)=2, "
-        "selectedMinMod=4QAM, selectedMaxMod=256QAM, availableMaxMod=256QAM, actualMod=16QAM, "
-        "csPowerCompensation=50\n" +
-        before + "applyCutbackToMaxPower: \n" + before +
-        "getMaxPower: dpdVersion=1, market=Etsi, modulationType=4QAM\n" + before +
-        "getMaxPower: dpdVersion=1, market=Etsi, modulationType=16QAM\n" + before +
-        "getMaxPower: dpdVersion=1, market=Etsi, modulationType=256QAM\n" + family +
-        "getMaxPower std::min parameters: 2200,2050,1950,2400\n" + family +
-        "getMaxPower Max power for modulation 16QAM, rsec 0 and max modulation 2000 = 1950\n";
+    const std::string log = textLog("2026-03-01 12:00:00.123 node-17");
 
     const ToolResult right =
         ToolProcess({"explain", "--trace-log", "-", "--temporary-cutback", "3"})
@@ -64,7 +78,7 @@ TEST(ExplainCommand, ExplainsTextWithTimesInFrontAndTheCutbackThatIsGiven) {
             .run();
 
     EXPECT_EQ(right.status, done) << right;
-    EXPECT_NE(right.output.find("16QAM: 19.50 dBm"), std::string::npos) << right;
+    EXPECT_NE(right.output.find("16QAM: 19.50 dBm\n"), std::string::npos) << right;
     EXPECT_EQ(wrong.status, otherTrouble);
     EXPECT_NE(wrong.output.find("DOES NOT ADD UP"), std::string::npos) << wrong;
     EXPECT_EQ(
@@ -72,6 +86,36 @@ TEST(ExplainCommand, ExplainsTextWithTimesInFrontAndTheCutbackThatIsGiven) {
         "qor-power: standard input, line 1: the steps for 16QAM do not add up: the power by "
         "the offset table at the selected minimum is 21.50 dBm by the steps, 20.50 dBm by the "
         "library\n");
+}
+
+TEST(ExplainCommand, TellsNoPowerOfACutLogAndHasStatusOne) {
+    const std::string log = textLog("node-17");
+
+    const ToolResult result = ToolProcess({"explain", "--trace-log", "-"})
+                                  .withInput(log.substr(0, log.find("getMaxPower Max power")))
+                                  .run();
+
+    EXPECT_EQ(result.output.find("dBm"), std::string::npos) << result;
+    EXPECT_NE(result.output.find("Incomplete"), std::string::npos) << result;
+    EXPECT_EQ(result.status, answerIsNo);
+}
+
+TEST(ExplainCommand, ChoosesQueriesOfALog) {
+    const std::string log = textLog("12:00:01 node-17 qor[1]") + textLog("12:00:02 node-17 qor[2]");
+    const auto linesWith = [&log](const std::vector<std::string>& options) {
+        std::vector<std::string> words{"explain", "--trace-log", "-", "--format", "json"};
+        words.insert(words.end(), options.begin(), options.end());
+        const ToolResult result = ToolProcess(words).withInput(log).run();
+        return std::count(result.output.begin(), result.output.end(), '\n');
+    };
+
+    EXPECT_EQ(linesWith({}), 2);
+    EXPECT_EQ(linesWith({"--process", "node*qor[2]"}), 1);
+    EXPECT_EQ(linesWith({"--process", "qor[3]"}), 0);
+    EXPECT_EQ(linesWith({"--since", "12:00:02"}), 1);
+    EXPECT_EQ(linesWith({"--call", "2"}), 1);
+    EXPECT_EQ(linesWith({"--call", "3"}), 0);
+    EXPECT_EQ(linesWith({"--channel", "1"}), 0);
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include "TraceLog.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,7 +24,13 @@ struct ExplainOptions {
     std::vector<std::string> modulations;
     std::string format = "text";
     std::optional<std::string> traceLog;
+    std::optional<std::string> channel;
+    std::optional<std::string> process;
+    std::optional<std::string> since;
+    std::optional<std::string> call;
     QueryOptions query;
+
+    bool choosesQueries() const { return channel || process || since || call; }
 };
 
 const std::vector<std::string> explainFormats{"text", "json"};
@@ -39,6 +46,11 @@ bool complainOfMismatches(const std::string& where, const std::vector<Explanatio
 }
 
 Outcome explainFile(const ExplainOptions& options, Output& output) {
+    if (options.choosesQueries()) {
+        throw QuestionError(
+            "--channel, --process, --since and --call choose queries of a log: they go with "
+            "--trace-log");
+    }
     if (!options.file) {
         throw QuestionError("FILE is missing; try qor-power explain --help");
     }
@@ -48,6 +60,21 @@ Outcome explainFile(const ExplainOptions& options, Output& output) {
     radio.query = options.query;
     radio.question.modulations = options.modulations;
     return radio.run(output);
+}
+
+LoggedQueries::Choice choiceOf(const ExplainOptions& options) {
+    LoggedQueries::Choice choice;
+    if (options.channel) {
+        choice.channel = Arguments::integer("--channel", *options.channel, 1, 2);
+    }
+    choice.process = options.process.value_or("");
+    choice.since = options.since.value_or("");
+    if (options.call) {
+        choice.query = static_cast<std::size_t>(
+            Arguments::integer("--call", *options.call, 1, std::int64_t{1} << 53));
+    }
+    choice.inputs = options.query.query().inputs;
+    return choice;
 }
 
 Outcome explainLog(const ExplainOptions& options, Output& output) {
@@ -65,18 +92,9 @@ Outcome explainLog(const ExplainOptions& options, Output& output) {
             "traces tell modulations, not codes; name modulations with --trace-log");
     }
     const std::string name = inputName(*options.traceLog);
-    LoggedInputs inputs;
-    inputs.fix(options.query.query().inputs);
     Outcome outcome = Outcome::Done;
-    bool isFirst = true;
     std::size_t explained = 0;
-
-    TraceLog log([&](const LoggedCall& call) {
-        inputs.follow(call, std::exchange(isFirst, false));
-        if (!TraceLog::isQuery(call.name) && !call.name.empty()) {
-            return;
-        }
-        LoggedPowers powers = LoggedPowers::of(call, inputs);
+    LoggedQueries queries(choiceOf(options), [&](LoggedPowers powers) {
         if (!wanted.isEverything()) {
             std::erase_if(powers.explanations, [&wanted](const Explanation& explanation) {
                 return !wanted.includes(explanation.modulation);
@@ -88,17 +106,21 @@ Outcome explainLog(const ExplainOptions& options, Output& output) {
             output.write((explained == 0 ? "" : "\n") + textForm(powers, output.terminal().look()));
         }
         ++explained;
-        if (!complainOfMismatches(name + ", line " + std::to_string(call.line),
+        if (!powers.isComplete()) {
+            outcome = worst(outcome, Outcome::AnswerIsNo);
+        }
+        if (!complainOfMismatches(name + ", line " + std::to_string(powers.line),
                                   powers.explanations)) {
             outcome = Outcome::OtherTrouble;
         }
     });
+    const TraceLog& log = queries.log();
     LineReader reader(*options.traceLog, TraceLog::maxSize);
     try {
         while (const auto line = reader.next()) {
-            log.read(line->text, line->isTooLong);
+            queries.read(line->text, line->isTooLong);
         }
-        log.end();
+        queries.end();
     } catch (const TraceLogError& error) {
         output.flush();
         throw AnalysisError(Outcome::OtherTrouble, name + ": " + error.what());
@@ -108,6 +130,12 @@ Outcome explainLog(const ExplainOptions& options, Output& output) {
     if (log.leftOut() != 0) {
         complain(name + ": " + std::to_string(log.leftOut()) + " of " +
                  std::to_string(log.lines()) + " lines are no traces and were left out");
+    }
+    if (explained == 0 && queries.found() != 0) {
+        throw AnalysisError(Outcome::OtherTrouble,
+                            name + ": none of its " + std::to_string(queries.found()) +
+                                " queries is one that --channel, --process, --since and --call "
+                                "choose");
     }
     if (explained == 0) {
         throw AnalysisError(Outcome::OtherTrouble,
@@ -146,10 +174,13 @@ Command Commands::explain() {
                   "that holds "
                   "is marked with >. Figures from the radio file are named by their JSON Pointer.",
                   "With --trace-log a log is explained that was captured on a node, without a "
-                  "radio file: "
-                  "the lines of qor-power replay --trace 6, or traces as lines of text. What the "
-                  "log does "
-                  "not tell of cutbacks and booster can be given as options."},
+                  "radio file. Two forms of lines are taken, also mixed: those of qor-power replay "
+                  "--trace 6, and traces as lines of text, LEVEL KIND FILE:LINE FUNCTION: TEXT, "
+                  "where KIND is enter, msg or raw and anything may stand before LEVEL. Each query "
+                  "says whether all its lines are there, or which one is missing, cut or foreign; "
+                  "powers are told only where the lines are whole. What the log does not tell of "
+                  "cutbacks and booster can be given as options. The exit status is 1 if "
+                  "something could not be told."},
         .options = options->query.behind(
             {{"FILE", "", "Radio file; - for standard input", &options->file, false,
               CommandOption::Completion::Files},
@@ -160,7 +191,18 @@ Command Commands::explain() {
               modulationTextForms().texts()},
              CommonOptions::format(options->format, explainFormats),
              {"--trace-log", "LOG", "Explain a log of traces; - for standard input",
-              &options->traceLog, false, CommandOption::Completion::Files}}),
+              &options->traceLog, false, CommandOption::Completion::Files},
+             {"--channel", "NUMBER",
+              "Of a log only the queries of a service that started on this radio channel, 1 or 2",
+              &options->channel},
+             {"--process", "PATTERN",
+              "Of a log only the queries of a process whose words before the traces hold this; * "
+              "is anything",
+              &options->process},
+             {"--since", "TIME",
+              "Of a log only the queries from this time on, written as in the log",
+              &options->since},
+             {"--call", "NUMBER", "Of a log only this query, counted from 1", &options->call}}),
         .run = [options](Output& output) { return explainPowers(*options, output); },
     };
 }

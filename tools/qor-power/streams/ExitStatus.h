@@ -19,8 +19,10 @@ struct ExitStatusMeaning {
 inline constexpr std::array exitStatusTable{
     ExitStatusMeaning{Outcome::Done,
                       "done; the answer to a yes-or-no question (check, diff, why-not) is yes"},
-    ExitStatusMeaning{Outcome::AnswerIsNo,
-                      "the answer is no: check found something, diff a difference, why-not no way"},
+    ExitStatusMeaning{
+        Outcome::AnswerIsNo,
+        "the answer is no: check found something, diff a difference, why-not no way, explain a "
+        "gap in its log"},
     ExitStatusMeaning{Outcome::BadRadioFile, "a bad radio file; for batch, a bad line"},
     ExitStatusMeaning{Outcome::ServiceDidNotStart, "the service did not start"},
     ExitStatusMeaning{
