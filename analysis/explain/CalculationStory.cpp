@@ -336,7 +336,10 @@ private:
             return;
         }
         const bool isOne = m_figures.modulation == m_figures.selectedMin;
-        std::string words = isOne ? "Pmax of " + own
+        const Lookup* const row = lookup(Rule::PmaxRow);
+        const bool isMissing = row != nullptr && row->missing.has_value();
+        const Rule ownRule = isMissing ? row->missing.value_or(Rule::PmaxRow) : Rule::PmaxRow;
+        std::string words = isOne ? "Pmax of " + own + (isMissing ? ", which counts as 0 dBm" : "")
                                   : "the lower of Pmax of " + own + " and of " +
                                         convertAcmEnumToString(m_figures.selectedMin) +
                                         ", the selected modulation";
@@ -346,7 +349,7 @@ private:
         } else {
             words += ", less a cutback that the log does not tell";
         }
-        Step& step = m_waterfall.start(isOne ? Rule::PmaxRow : Rule::Unexplained, words,
+        Step& step = m_waterfall.start(isOne ? ownRule : Rule::Unexplained, words,
                                        Waterfall::wrapped(lower));
         step.basis = Basis::Difference;
         m_waterfall.leaveOpen(!isOne);

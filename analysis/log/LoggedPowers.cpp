@@ -216,7 +216,7 @@ LoggedPowers tellConfirmed(const LoggedCall& call, const LoggedInputs& inputs,
     if (evidence == Evidence::Against) {
         powers.trace.notes.push_back("the log sets a cutback of " + Decibels::dB(heard->amount) +
                                      " before, but the figures hold another one: a line that sets "
-                                     "it is missing, or is of another service");
+                                     "it may be missing, or of another service");
     } else if (matters && heard->amount != 0) {
         powers.trace.notes.push_back("the log sets a cutback of " + Decibels::dB(heard->amount) +
                                      " before, which no figure of this query confirms and which "

@@ -59,14 +59,10 @@ std::vector<std::string> textOf(const std::vector<std::string>& replay) {
     return lines;
 }
 
-/// A log, and adds what is true of it.
+/// A log, and adds what is told of it as it stands.
 Log logOf(const std::vector<std::string>& lines, unsigned number, Truth& truth) {
-    LoggedInputs inputs;
-    TraceLog whole([&](const LoggedCall& call) {
-        inputs.follow(call);
-        if (TraceLog::isQuery(call.name)) {
-            truth.insert_or_assign({number, call.line}, LoggedPowers::asTold(call, inputs));
-        }
+    LoggedQueries whole({}, [&](const LoggedPowers& powers) {
+        truth.insert_or_assign({number, powers.line}, powers);
     });
     Log log;
     for (const std::string& line : lines) {

@@ -21,8 +21,7 @@ inline constexpr std::array exitStatusTable{
                       "done; the answer to a yes-or-no question (check, diff, why-not) is yes"},
     ExitStatusMeaning{
         Outcome::AnswerIsNo,
-        "the answer is no: check found something, diff a difference, why-not no way, explain a "
-        "gap in its log"},
+        "no: check found something, diff a difference, why-not no way, explain a gap"},
     ExitStatusMeaning{Outcome::BadRadioFile, "a bad radio file; for batch, a bad line"},
     ExitStatusMeaning{Outcome::ServiceDidNotStart, "the service did not start"},
     ExitStatusMeaning{
