@@ -138,7 +138,7 @@ int writeWithin(const std::string& place, std::string_view text) {
         return errno;
     }
     const std::optional<std::string> before = contentOf(file);
-    int error = before ? overwrite(file, text) : errno;
+    const int error = before ? overwrite(file, text) : errno;
     if (error != 0 && before) {
         overwrite(file, *before);
     }
@@ -171,16 +171,16 @@ void FileWriter::add(const std::string& path, std::string_view text) {
     const auto link = statusOf(path, true);
     const auto status = statusOf(path, false);
     file.isThere = link.has_value();
-    if (descriptorOf(path)) {
+    const bool isOtherThanFile = link && status && !S_ISREG(status->st_mode);
+    if (descriptorOf(path) ||
+        (isOtherThanFile && m_ifThere == IfThere::Replace && !S_ISDIR(status->st_mode))) {
         file.way = Way::Through;
     } else if (link && m_ifThere == IfThere::Refuse) {
         failToWrite(path, std::string(std::strerror(EEXIST)) + "; --force overwrites it");
     } else if (link && !status) {
         failToWrite(path, "it is a link that leads to nothing; remove it");
-    } else if (link && S_ISDIR(status->st_mode)) {
+    } else if (isOtherThanFile) {
         failToWrite(path, EISDIR);
-    } else if (link && !S_ISREG(status->st_mode)) {
-        file.way = Way::Through;
     } else if (link && ::access(path.c_str(), W_OK) != 0) {
         // Its folder would let it be replaced all the same, against what its owner said.
         failToWrite(path, errno);
@@ -244,7 +244,7 @@ void FileWriter::move(File& file) {
 
 template <class Act>
 void FileWriter::forEach(Way way, Act act) {
-    for (File& file : m_files) {
+    for (auto& file : m_files) {
         if (file.way == way) {
             act(file);
         }
@@ -252,7 +252,7 @@ void FileWriter::forEach(Way way, Act act) {
 }
 
 void FileWriter::undo() {
-    for (File& file : m_files) {
+    for (const File& file : m_files) {
         if (!file.beside.empty()) {
             ::unlink(file.beside.c_str());
         }
