@@ -1,6 +1,5 @@
 #include "Trace.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cstring>
 #include <new>
@@ -19,10 +18,11 @@ void TraceSource::write(int level, const char* function, int line, const char* c
     try {
         text.reserve(size);
     } catch (const std::bad_alloc&) {
-        // No answer fails for the sake of a trace: it shows as much as fits without heap.
+        // No answer fails for the sake of a trace, which goes without its text.
+        count = 0;
     }
     for (std::size_t i = 0; i < count; ++i) {
-        text.append(texts[i], std::min(std::strlen(texts[i]), text.capacity() - text.size()));
+        text += texts[i];
     }
     const TraceHeader header = {m_path, line, function};
     if (level == entry) {
