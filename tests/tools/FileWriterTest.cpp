@@ -6,14 +6,17 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -59,6 +62,35 @@ std::string errorOf(Write write) {
     }
     return "";
 }
+
+/// Does something while a descriptor is that of another file.
+template <class Act>
+void whileLedTo(int file, int descriptor, Act act) {
+    const int kept = ::dup(descriptor);
+    ::dup2(file, descriptor);
+    act();
+    ::dup2(kept, descriptor);
+    ::close(kept);
+}
+
+/// What renames do besides: the linker leads them here.
+std::function<int(unsigned flags)> s_atRename; ///< @return an error, or 0 to rename
+
+/// A way of renaming, while it lives.
+class RenameThat {
+public:
+    explicit RenameThat(std::function<int(unsigned)> act) { s_atRename = std::move(act); }
+    ~RenameThat() { s_atRename = nullptr; }
+    RenameThat(const RenameThat&) = delete;
+    RenameThat& operator=(const RenameThat&) = delete;
+};
+
+/// A file system that cannot refuse to replace, as a network's often cannot.
+int cannotRefuse(unsigned flags) {
+    return flags == 0 ? 0 : EINVAL;
+}
+
+volatile std::sig_atomic_t s_interrupts = 0;
 
 // A folder of its own for each test, with the umask that is usual.
 class FileWriterTest : public testing::Test {
@@ -155,6 +187,45 @@ TEST_F(FileWriterTest, TakesBackWhatIsNewWhenAPlaceIsTakenMeanwhile) {
     EXPECT_EQ(filesInFolder(), 1U);
 }
 
+TEST_F(FileWriterTest, NeitherReplacesNorLeavesAnythingWhereRenamesCannotRefuse) {
+    const RenameThat rename(cannotRefuse);
+    FileWriter writer(IfThere::Refuse);
+    writer.add(path("a.svg"), "picture");
+    writer.add(path("b.svg"), "picture");
+    writer.publish();
+    FileWriter late(IfThere::Refuse);
+    late.add(path("c.svg"), "picture");
+    late.add(path("d.svg"), "picture");
+    std::ofstream(path("d.svg")) << "another's";
+
+    EXPECT_EQ(errorOf([&late] { late.publish(); }),
+              path("d.svg") + ": cannot be written: File exists");
+
+    EXPECT_EQ(contentOf(path("a.svg")), "picture");
+    EXPECT_EQ(contentOf(path("b.svg")), "picture");
+    EXPECT_EQ(contentOf(path("d.svg")), "another's");
+    EXPECT_EQ(filesInFolder(), 3U);
+}
+
+TEST_F(FileWriterTest, IsInterruptedBeforeOrAfterItWritesButNotWithin) {
+    const auto before = std::signal(SIGTERM, [](int) { s_interrupts = s_interrupts + 1; });
+    int interruptsWithin = -1;
+    s_interrupts = 0;
+    {
+        const RenameThat rename([&interruptsWithin](unsigned) {
+            std::raise(SIGTERM);
+            interruptsWithin = s_interrupts;
+            return 0;
+        });
+        writeFile(path("new.svg"), "picture");
+    }
+    std::signal(SIGTERM, before);
+
+    EXPECT_EQ(interruptsWithin, 0);
+    EXPECT_EQ(s_interrupts, 1);
+    EXPECT_EQ(contentOf(path("new.svg")), "picture");
+}
+
 TEST_F(FileWriterTest, LooksAtAllPlacesBeforeItWritesToOne) {
     std::ofstream(path("old.svg")) << "before";
     fs::create_symlink(path("nothing"), path("dangling.svg"));
@@ -200,10 +271,13 @@ TEST_F(FileWriterTest, WritesToAnOpenFileWhereItStands) {
     std::ofstream(path("log")) << "before ";
     const int log = ::open(path("log").c_str(), O_WRONLY | O_APPEND);
 
-    writeFile("/proc/self/fd/" + std::to_string(log), "picture");
+    writeFile("/proc/self/fd/" + std::to_string(log), "one ");
+    writeFile("/dev/fd/" + std::to_string(log), "two ");
+    whileLedTo(log, STDOUT_FILENO, [] { writeFile("/dev/stdout", "three "); });
+    whileLedTo(log, STDERR_FILENO, [] { writeFile("/dev/stderr", "four"); });
 
     ::close(log);
-    EXPECT_EQ(contentOf(path("log")), "before picture");
+    EXPECT_EQ(contentOf(path("log")), "before one two three four");
 }
 
 TEST_F(FileWriterTest, TakesTheLongestNameThatThereIs) {
@@ -282,3 +356,23 @@ TEST_F(FileWriterTest, RefusesAFolderAndAPathBelowNothing) {
 }
 
 } // namespace
+
+extern "C" {
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
+int __real_renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+                     unsigned flags);
+
+int __wrap_renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+                     unsigned flags);
+
+int __wrap_renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+                     unsigned flags) {
+    if (const int error = s_atRename ? s_atRename(flags) : 0; error != 0) {
+        errno = error;
+        return -1;
+    }
+    return __real_renameat2(fromFolder, from, toFolder, to, flags);
+}
+// NOLINTEND(bugprone-reserved-identifier)
+}
