@@ -2,6 +2,8 @@
 #include "DeskTrace.h"
 #include "InterfaceBroker.h"
 #include "Operations.h"
+#include "Trace.h"
+#include "TraceCapture.h"
 
 #include <gtest/gtest.h>
 
@@ -167,6 +169,20 @@ INSTANTIATE_TEST_SUITE_P(EveryFamily, AllocationDrill,
                                     (std::get<2>(place.param) ? "Adaptive" : "Fixed") +
                                     (std::get<3>(place.param) == 0 ? "Untraced" : "Traced");
                          });
+
+TEST(TraceWithoutRoom, isWrittenWithoutItsText) {
+    TraceSource source("Control/OutputPowerCalculator/private/OutputPowerCalculator");
+    const std::string text(4000, 'x');
+    TraceCapture trace(6);
+
+    FailingHeap::failFrom(text.size());
+    EXPECT_NO_THROW(source.message(TraceLevel::Error, "getMaxPower", 1, text.c_str()));
+    const bool hasFailed = FailingHeap::hasFailed();
+    FailingHeap::failFrom(0);
+
+    EXPECT_TRUE(hasFailed);
+    EXPECT_EQ(trace.lines(), std::vector<std::string>{"1 msg OutputPowerCalculator.getMaxPower: "});
+}
 
 TEST(Destruction, takesNothingFromTheHeap) {
     for (const unsigned long channel : {1UL, 2UL}) {

@@ -6,6 +6,7 @@
 namespace {
 
 std::size_t s_failAt;
+std::size_t s_failFrom;
 std::size_t s_taken;
 std::size_t s_live;
 bool s_hasFailed;
@@ -17,6 +18,11 @@ namespace FailingHeap {
 void failAt(std::size_t nth) {
     s_failAt = nth;
     s_taken = 0;
+    s_hasFailed = false;
+}
+
+void failFrom(std::size_t bytes) {
+    s_failFrom = bytes;
     s_hasFailed = false;
 }
 
@@ -38,7 +44,7 @@ std::size_t live() {
 
 void* operator new(std::size_t size) {
     ++s_taken;
-    if (s_taken == s_failAt) {
+    if (s_taken == s_failAt || (s_failFrom != 0 && size >= s_failFrom)) {
         s_hasFailed = true;
         throw std::bad_alloc();
     }

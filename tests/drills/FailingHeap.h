@@ -10,6 +10,9 @@ namespace FailingHeap {
 /// @param nth which one, counted from now: 1 is the next. 0 calls an outstanding failure off.
 void failAt(std::size_t nth);
 
+/// Makes every allocation of at least so many bytes fail; 0 calls that off.
+void failFrom(std::size_t bytes);
+
 /// Whether the failure asked for last has come.
 bool hasFailed();
 

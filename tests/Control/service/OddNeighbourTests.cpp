@@ -224,6 +224,49 @@ TEST_F(OddNeighbour, selectionWrittenByAHandlerCountsUpToTheHighestCodeBelowFail
     }
 }
 
+TEST_F(OddNeighbour, selectionThatIsNotWrittenIsUndefined) {
+    class Handler : public IAcmHandler {
+    public:
+        unsigned getMinMaxModulationAndCode(ModulationAndCoding&, ModulationAndCoding&) override {
+            return 0;
+        }
+    } handler;
+    start("IAcmHandler_1", handler);
+    ModulationAndCoding min{71};
+    ModulationAndCoding max{72};
+
+    EXPECT_EQ(Inside::getSelectedMinMaxAcm(sut, min, max), 0);
+    EXPECT_EQ(min.code, 163);
+    EXPECT_EQ(max.code, 163);
+}
+
+TEST_F(OddNeighbour, codeThatStandsTwiceCountsOnceAndNothingBehindTheMapIsWritten) {
+    class Handler : public OddHardware {
+    public:
+        unsigned getModulationAndCodeArray(RadioChannel, long,
+                                           std::vector<ModulationAndCoding>& codes) const override {
+            codes = {{31}, {31}};
+            return 0;
+        }
+    } handler;
+    start(handler);
+    // Behind its last entry a map keeps their number, which must not be taken for a code.
+    struct {
+        std::map<ModulationAndCoding, long> map;
+        long behind = untouched;
+    } powers;
+    for (int code = 0; code < 30; ++code) {
+        powers.map[{code}] = untouched;
+    }
+
+    EXPECT_EQ(sut.getMinMaxOutputPowerVsModulationArray(7, noCode, noCode, rsec2, minOutputPower,
+                                                        powers.map),
+              0U);
+    EXPECT_EQ(powers.map.size(), 31U);
+    EXPECT_EQ(powers.map[{31}], powersById7()[31]);
+    EXPECT_EQ(powers.behind, untouched);
+}
+
 TEST_F(OddNeighbour, offsetThatIsFoundAndNotWrittenCountsAs0) {
     class Controller : public SimulatedSystemPowerController {
     public:
