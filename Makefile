@@ -16,7 +16,7 @@ demo: ## set up, build the tool, and print the power table of an example radio (
 	scripts/setup build
 	test -e build/release/build.ninja || cmake --preset release -DQOR_TESTS=OFF
 	cmake --build --preset release --target qor-power
-	build/release/bin/qor-power table $(RADIO)
+	build/release/bin/qor-power table "$(RADIO)"
 
 build: ## build libraries, tool and tests into build/release
 	scripts/setup test
