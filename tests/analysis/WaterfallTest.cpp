@@ -64,9 +64,14 @@ TEST(Mismatches, OfASweepAreAmongItsTroubles) {
 }
 
 TEST(Mismatches, MakeALineOfABatchBad) {
-    EXPECT_EQ(BatchResult::errorOf({{}, explanationsWithMismatch()}),
-              "the steps for 16QAM do not add up: 1 is not 2");
-    EXPECT_EQ(BatchResult::errorOf({{}, {Explanation()}}), "");
+    BatchResult result;
+    result.setPowers({{}, {Explanation()}});
+    EXPECT_FALSE(result.isBad());
+
+    result.setPowers({{}, explanationsWithMismatch()});
+
+    EXPECT_EQ(result.trouble, BatchResult::Trouble::Contradiction);
+    EXPECT_EQ(result.error, "the steps for 16QAM do not add up: 1 is not 2");
 }
 
 TEST(AWaterfall, ComparesTheAnswer) {

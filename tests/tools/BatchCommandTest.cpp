@@ -4,9 +4,14 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include <unistd.h>
 
 // The powers are those that tests/analysis/facts/table.json works out by hand.
 
@@ -175,6 +180,8 @@ TEST(Batch, TellsAtTheEndHowManyNodesEachRuleLimits) {
         runBatch("../analysis/radios/outdoor1.json\n../analysis/radios/outdoor1.json\n\n");
 
     EXPECT_EQ(result.errors, "qor-power: 3 lines: 2 nodes, 1 bad\n"
+                             "qor-power: Bad because                Lines\n"
+                             "qor-power: no radio file on the line      1\n"
                              "qor-power: Limited by      Nodes  Codes  In words\n"
                              "qor-power: pmax-row            2      4  Pmax of the modulation\n"
                              "qor-power: offset-table        2      6  offset table of the family\n"
@@ -261,6 +268,130 @@ TEST(BatchCsv, LeavesTheColumnNamesOutWhereParallelRunsWouldRepeatThem) {
 
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_TRUE(lines[0].starts_with(",../analysis/radios/outdoor1.json,"));
+}
+
+/// A list of many lines, some of them bad.
+std::string longList() {
+    std::string list;
+    for (int number = 0; number < 300; ++number) {
+        list +=
+            "node " + std::to_string(number) +
+            (number % 7 == 0 ? "\tno-such-file.json\n" : "\t../analysis/radios/outdoor1.json\n");
+    }
+    return list;
+}
+
+TEST(BatchJobs, ChangeNoByteOfWhatIsSaid) {
+    const ToolResult one = runBatch(longList(), {"--jobs", "1"});
+    for (const char* const jobs : {"2", "5"}) {
+        const ToolResult several = runBatch(longList(), {"--jobs", jobs});
+
+        EXPECT_EQ(several.output, one.output) << jobs;
+        EXPECT_EQ(several.errors, one.errors) << jobs;
+        EXPECT_EQ(several.status, one.status) << jobs;
+    }
+    EXPECT_EQ(documentsOf(one.output).size(), 300U);
+}
+
+TEST(BatchForms, ByCodeHaveALineForEachCodeAndOneForABadRadio) {
+    const ToolResult result = runBatch(
+        "7\t../analysis/radios/outdoor1.json\n8\tno-such-file.json\n", {"--long", "--quiet"});
+
+    const std::vector<nlohmann::json> lines = documentsOf(result.output);
+    ASSERT_EQ(lines.size(), 7U) << result;
+    EXPECT_EQ(lines[3]["id"], "7");
+    EXPECT_EQ(lines[3]["productNumber"], "QZT 846 001");
+    EXPECT_EQ(lines[3]["name"], "64QAM");
+    EXPECT_EQ(lines[3]["maxPowerCentiDbm"], 2100);
+    EXPECT_EQ(lines[3]["rule"], "pmax-row");
+    EXPECT_TRUE(lines[3]["error"].is_null());
+    EXPECT_EQ(lines[6]["id"], "8");
+    EXPECT_TRUE(lines[6]["name"].is_null());
+    EXPECT_TRUE(lines[6]["error"].get<std::string>().starts_with("no-such-file.json: cannot"));
+}
+
+TEST(BatchForms, HaveTheColumnsThatAreSelectedInTheirOrder) {
+    const std::string list = "7\t../analysis/radios/outdoor1.json\n";
+    EXPECT_EQ(runBatch(list, {"--quiet", "--select", "minPowerCentiDbm,id"}).output,
+              "{\"minPowerCentiDbm\":-750,\"id\":\"7\"}\n");
+    EXPECT_EQ(
+        runBatch(list, {"--quiet", "--format", "csv", "--select", "max_power_64QAM_dBm,id"}).output,
+        "max_power_64QAM_dBm,id\n21.00,7\n");
+    EXPECT_TRUE(runBatch(list, {"--quiet", "--format", "csv", "--long", "--select", "id,name,rule"})
+                    .output.starts_with("id,name,rule\n7,4QAM_STRONG,offset-table\n"));
+    const ToolResult unknown = runBatch(list, {"--select", "id,maxPower"});
+    EXPECT_EQ(unknown.status, 4);
+    EXPECT_TRUE(unknown.errors.starts_with("qor-power: --select \"maxPower\": unknown")) << unknown;
+}
+
+TEST(BatchForms, OfErrorsOnlyLeaveOutWhatIsGood) {
+    const ToolResult result = runBatch(longList(), {"--errors-only"});
+
+    const std::vector<nlohmann::json> lines = documentsOf(result.output);
+    ASSERT_EQ(lines.size(), 43U);
+    EXPECT_EQ(lines[1]["id"], "node 7");
+    EXPECT_TRUE(result.errors.starts_with("qor-power: 300 lines: 257 nodes, 43 bad\n")) << result;
+}
+
+/// A run that was interrupted: the beginning of its answers in a file.
+class BatchResume : public testing::Test {
+protected:
+    ToolResult resumeWith(const std::string& answers, std::vector<std::string> arguments = {},
+                          const std::string& list = longList()) {
+        std::ofstream(m_path, std::ios::binary) << answers;
+        arguments.insert(arguments.end(), {"--resume", m_path});
+        return runBatch(list, arguments);
+    }
+
+    std::string answers() const {
+        std::ifstream file(m_path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    ~BatchResume() override { std::remove(m_path.c_str()); }
+
+private:
+    std::string m_path = testing::TempDir() + "qor-resumed-" + std::to_string(::getpid());
+};
+
+TEST_F(BatchResume, GoesOnBehindTheLastWholeLine) {
+    for (const char* const format : {"ndjson", "csv"}) {
+        const std::string whole = runBatch(longList(), {"--format", format}).output;
+        for (const std::size_t size :
+             {std::size_t{0}, std::size_t{5}, whole.size() / 2, whole.size() - 1, whole.size()}) {
+            const ToolResult result = resumeWith(whole.substr(0, size), {"--format", format});
+
+            EXPECT_EQ(answers(), whole) << format << " cut at " << size << '\n' << result;
+            EXPECT_EQ(result.output, "");
+        }
+    }
+}
+
+TEST_F(BatchResume, SaysHowMuchWasAnsweredBefore) {
+    const std::string whole = runBatch(longList()).output;
+    const std::size_t two = whole.find('\n', whole.find('\n') + 1) + 1;
+
+    EXPECT_TRUE(resumeWith(whole.substr(0, two + 10))
+                    .errors.starts_with("qor-power: 2 lines answered before\n"
+                                        "qor-power: 298 lines: 256 nodes, 42 bad\n"));
+}
+
+TEST_F(BatchResume, RefusesTheAnswersOfAnotherList) {
+    const std::string whole = runBatch(longList()).output;
+    const std::string withoutFirst = whole.substr(whole.find('\n') + 1);
+    const auto isRefused = [this](const ToolResult& result, const std::string& before,
+                                  const std::string& why) {
+        EXPECT_EQ(result.status, 4);
+        EXPECT_NE(result.errors.find("cannot go on: " + why), std::string::npos) << result;
+        EXPECT_EQ(answers(), before);
+    };
+    isRefused(resumeWith(withoutFirst), withoutFirst,
+              "its line 299 does not answer line 299 of the list");
+    isRefused(resumeWith(whole + whole), whole + whole,
+              "it holds more answers than the list has lines");
+    isRefused(resumeWith(whole, {"--format", "csv"}), whole,
+              "its first line is not that of these columns");
+    EXPECT_EQ(resumeWith("", {"--errors-only"}).status, 4);
 }
 
 TEST(BatchProgress, IsShownOnATerminalAndTakenAwayAtTheEnd) {

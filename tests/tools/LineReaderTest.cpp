@@ -77,14 +77,34 @@ TEST(LineReader, GoesOnBehindALineOfManyBlocks) {
 }
 
 TEST(LineReader, KnowsWhetherItHasToWaitForALine) {
-    const TextFile file("a\nb\nc");
+    int pipe[2];
+    ASSERT_EQ(::pipe(pipe), 0);
+    const auto write = [&pipe](const std::string& text) {
+        EXPECT_EQ(::write(pipe[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    };
+    write("a\nb");
+    LineReader sut("/dev/fd/" + std::to_string(pipe[0]), 10);
+
+    EXPECT_TRUE(sut.isReady());
+    EXPECT_EQ(sut.next()->text, "a");
+    EXPECT_FALSE(sut.isReady());
+    write("c\n");
+    EXPECT_TRUE(sut.isReady());
+    EXPECT_EQ(sut.next()->text, "bc");
+    EXPECT_FALSE(sut.isReady());
+    ::close(pipe[1]);
+    EXPECT_TRUE(sut.isReady());
+    EXPECT_FALSE(sut.next());
+    ::close(pipe[0]);
+}
+
+TEST(LineReader, KnowsHowMuchOfAFileIsRead) {
+    const TextFile file("a\nb\n");
     LineReader sut(file.path(), 10);
 
-    EXPECT_FALSE(sut.holdsLine());
+    EXPECT_EQ(sut.share(), 0.0);
     sut.next();
-    EXPECT_TRUE(sut.holdsLine());
-    sut.next();
-    EXPECT_FALSE(sut.holdsLine());
+    EXPECT_EQ(sut.share(), 1.0);
 }
 
 TEST(LineReader, RefusesAPathThatCannotBeRead) {

@@ -3,24 +3,33 @@
 #include "Commands.h"
 #include "CommonOptions.h"
 #include "Input.h"
+#include "Interrupts.h"
 #include "LineReader.h"
 #include "Messages.h"
 #include "OneLine.h"
+#include "OrderedWorkers.h"
 #include "PowerTableQuery.h"
 #include "RadioFileReader.h"
 #include "Terminal.h"
-#include "TextColumns.h"
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <memory>
-#include <sstream>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
+#include <sys/file.h>
+#include <sys/types.h>
 #include <unistd.h>
 
 namespace {
@@ -29,6 +38,11 @@ struct BatchOptions {
     std::string file = "-";
     std::string format = "ndjson";
     bool withoutHeader = false;
+    bool byCode = false;
+    bool errorsOnly = false;
+    std::optional<std::string> select;
+    std::optional<std::string> jobs;
+    std::optional<std::string> resume;
     bool progress = false;
     bool quiet = false;
     QueryOptions query;
@@ -52,8 +66,9 @@ public:
     BatchProgress(const BatchProgress&) = delete;
     BatchProgress& operator=(const BatchProgress&) = delete;
 
-    /// To be called after every line.
-    void show(std::uint64_t lines, std::uint64_t bad) {
+    /// To be called again and again.
+    /// @param share of the input that is read, from 0 to 1, if that is known.
+    void show(std::uint64_t lines, std::uint64_t bad, std::optional<double> share) {
         const Clock::time_point now = Clock::now();
         if (!m_isOn || now < m_due) {
             return;
@@ -61,8 +76,13 @@ public:
         const std::chrono::duration<double> passed = now - m_start;
         const auto rate = static_cast<std::uint64_t>(static_cast<double>(lines) /
                                                      std::max(passed.count(), 0.001));
-        const std::string text = counted(lines, "line") + ", " + std::to_string(bad) + " bad, " +
-                                 std::to_string(rate) + " lines/s";
+        std::string text = counted(lines, "line") + ", " + std::to_string(bad) + " bad, " +
+                           std::to_string(rate) + " lines/s";
+        if (share && *share > 0) {
+            text += ", " + std::to_string(static_cast<int>(*share * 100)) + " %, " +
+                    std::to_string(static_cast<long>(passed.count() * (1 / *share - 1))) +
+                    " s to go";
+        }
         if (!m_terminal.isTerminal()) {
             m_due = now + elsewhere;
             complain(text);
@@ -102,40 +122,6 @@ BatchProgress::~BatchProgress() {
     clear();
 }
 
-/// The totals of a batch.
-struct Totals {
-    std::uint64_t lines = 0;
-    std::uint64_t bad = 0;
-    RuleCounts rules;
-
-    void add(const BatchResult& result) {
-        ++lines;
-        if (result.isBad()) {
-            ++bad;
-        } else if (result.powers) {
-            rules.add(*result.powers);
-        }
-    }
-
-    void tell() const {
-        complain(counted(lines, "line") + ": " + counted(lines - bad, "node") + ", " +
-                 std::to_string(bad) + " bad");
-        std::vector<std::vector<std::string>> table{{"Limited by", "Nodes", "Codes", "In words"}};
-        for (const RuleCounts::Count& count : rules.sortedBy(&RuleCounts::Count::nodes)) {
-            table.push_back({codeOf(count.rule), std::to_string(count.nodes),
-                             std::to_string(count.codes), wordsFor(count.rule)});
-        }
-        if (table.size() == 1) {
-            return;
-        }
-        std::istringstream text(
-            alignedColumns({Align::Left, Align::Right, Align::Right, Align::Left}, table));
-        for (std::string line; std::getline(text, line);) {
-            complain(line);
-        }
-    }
-};
-
 /// Takes the node's id off the beginning of a line, if there is one in front of a tab.
 std::string takeId(std::string& line) {
     // Inside a document a tab is nothing special.
@@ -149,11 +135,8 @@ std::string takeId(std::string& line) {
 }
 
 BatchResult answerTo(const LineReader::Line& line, const PowerTableQuery& query) {
+    using enum BatchResult::Trouble;
     BatchResult result;
-    const auto explain = [&](const std::string& radioFile) {
-        result.powers = query.explain(RadioFileReader::read(radioFile));
-        result.error = BatchResult::errorOf(*result.powers);
-    };
     std::string text = line.text;
     result.id = takeId(text);
     const bool isDocument = text.starts_with('{');
@@ -162,63 +145,265 @@ BatchResult answerTo(const LineReader::Line& line, const PowerTableQuery& query)
     }
     try {
         if (line.isTooLong) {
-            result.error = "longer than " + std::to_string(RadioFileReader::maxSize) + " bytes";
+            result.fail(Line, "longer than " + std::to_string(RadioFileReader::maxSize) + " bytes");
         } else if (text.empty()) {
-            result.error = "an empty line";
-        } else if (isDocument) {
-            explain(text);
-        } else if (text.find('\0') != std::string::npos) {
-            result.error = "cannot be read: a path holds no NUL";
+            result.fail(Line, "an empty line");
+        } else if (text.find('\0') != std::string::npos && !isDocument) {
+            result.fail(Unreadable, "cannot be read: a path holds no NUL");
         } else {
             // Standard input is not for radio files here.
-            explain(readText(text == standardInput ? "./-" : text));
+            const auto read = [&text] { return readText(text == standardInput ? "./-" : text); };
+            result.setPowers(query.explain(RadioFileReader::read(isDocument ? text : read())));
         }
     } catch (const RadioFileError& error) {
-        result.error =
-            oneLine(error.problem() + (error.remedy().empty() ? "" : "; " + error.remedy()));
-        result.place = error.place();
+        result.fail(
+            BadRadioFile,
+            oneLine(error.problem() + (error.remedy().empty() ? "" : "; " + error.remedy())),
+            error.place());
+    } catch (const AnalysisError& error) {
+        result.fail(error.outcome() == Outcome::ServiceDidNotStart ? NotStarted : Unreadable,
+                    oneLine(error.what()));
     } catch (const std::exception& error) {
-        result.error = oneLine(error.what());
+        result.fail(Other, oneLine(error.what()));
     }
     return result;
 }
 
+/// Some lines of a list on their way to a process, and their answers on the way back.
+class Lot {
+public:
+    void add(const LineReader::Line& line) {
+        m_text += line.isTooLong ? '+' : '=';
+        m_text += std::to_string(line.text.size()) + ':' + line.text;
+        ++m_count;
+    }
+
+    bool isEmpty() const { return m_count == 0; }
+
+    /// So many that handing them over costs little beside answering them.
+    bool isFull() const { return m_count == 64 || m_text.size() > std::size_t{256} << 10; }
+
+    std::string take() {
+        m_count = 0;
+        return std::exchange(m_text, "");
+    }
+
+    static std::vector<LineReader::Line> linesOf(const std::string& text) {
+        std::vector<LineReader::Line> lines;
+        for (std::size_t at = 0; at < text.size();) {
+            const bool isTooLong = text[at] == '+';
+            const std::size_t colon = text.find(':', at);
+            const std::size_t size = std::stoul(text.substr(at + 1, colon - at - 1));
+            lines.push_back({text.substr(colon + 1, size), isTooLong});
+            at = colon + 1 + size;
+        }
+        return lines;
+    }
+
+    /// The totals, a line end, and what is printed.
+    static std::string answersTo(const std::string& text, const PowerTableQuery& query,
+                                 const BatchForm& form) {
+        BatchTotals totals;
+        std::string answers;
+        for (const LineReader::Line& line : linesOf(text)) {
+            const BatchResult result = answerTo(line, query);
+            totals.add(result);
+            answers += form.linesOf(result);
+        }
+        return totals.packed() + '\n' + answers;
+    }
+
+private:
+    std::string m_text;
+    std::size_t m_count = 0;
+};
+
+/// The answers of a run that was interrupted, to which those that are missing are added.
+class AnswersSoFar {
+public:
+    explicit AnswersSoFar(std::string path)
+        : m_path(std::move(path))
+        , m_file(std::fopen(m_path.c_str(), "a+e")) {
+        if (m_file == nullptr) {
+            fail(std::strerror(errno));
+        }
+        if (::flock(descriptor(), LOCK_EX | LOCK_NB) != 0) {
+            fail("another run is writing it");
+        }
+        readWholeLines();
+    }
+
+    ~AnswersSoFar() { std::fclose(m_file); }
+    AnswersSoFar(const AnswersSoFar&) = delete;
+    AnswersSoFar& operator=(const AnswersSoFar&) = delete;
+
+    std::FILE* file() const { return m_file; }
+    int descriptor() const { return ::fileno(m_file); }
+    std::uint64_t lines() const { return m_lines; }
+    const std::string& first() const { return m_first; }
+    const std::string& last() const { return m_last; }
+
+    [[noreturn]] void fail(const std::string& why) const {
+        throw AnalysisError(Outcome::OtherTrouble, oneLine(m_path) + ": cannot go on: " + why);
+    }
+
+private:
+    void readWholeLines() {
+        off_t whole = 0;
+        std::string line;
+        std::array<char, std::size_t{64} << 10> block{};
+        while (const std::size_t count = std::fread(block.data(), 1, block.size(), m_file)) {
+            std::string_view text(block.data(), count);
+            for (std::size_t end = text.find('\n'); end != std::string_view::npos;
+                 end = text.find('\n')) {
+                line += text.substr(0, end + 1);
+                text.remove_prefix(end + 1);
+                whole += static_cast<off_t>(line.size());
+                if (m_lines++ == 0) {
+                    m_first = line;
+                }
+                m_last = std::exchange(line, "");
+            }
+            line += text;
+        }
+        // What was written of the line that the run broke off in is written again.
+        if (std::ferror(m_file) != 0 || ::ftruncate(descriptor(), whole) != 0) {
+            fail(std::strerror(errno));
+        }
+    }
+
+    std::string m_path;
+    std::FILE* m_file;
+    std::uint64_t m_lines = 0;
+    std::string m_first;
+    std::string m_last;
+};
+
+/// Leaves out the lines that are answered already.
+/// @return how many.
+std::uint64_t skipAnswered(LineReader& lines, const AnswersSoFar& answers, const BatchForm& form) {
+    std::uint64_t answered = answers.lines();
+    if (answered > 0 && !form.header().empty()) {
+        if (answers.first() != form.header()) {
+            answers.fail("its first line is not that of these columns");
+        }
+        --answered;
+    }
+    std::optional<LineReader::Line> line;
+    for (std::uint64_t count = 0; count < answered; ++count) {
+        line = lines.next();
+        if (!line) {
+            answers.fail("it holds more answers than the list has lines");
+        }
+    }
+    if (line) {
+        // Whether the last answer can be that of the line.
+        const BatchResult result = answerTo(*line, PowerTableQuery());
+        BatchResult names;
+        names.id = result.id;
+        names.radioFile = result.radioFile;
+        if (!form.haveSameNames(answers.last(), form.linesOf(names))) {
+            answers.fail("its line " + std::to_string(answers.lines()) + " does not answer line " +
+                         std::to_string(answered) + " of the list");
+        }
+    }
+    return answered;
+}
+
+BatchForm formOf(const BatchOptions& options) {
+    if (options.resume && (options.errorsOnly || options.byCode || options.select)) {
+        throw QuestionError("--resume counts a line of output for each line of input: it goes "
+                            "without --errors-only, --long and --select");
+    }
+    BatchForm::Choice choice;
+    choice.isCsv = Arguments::word("--format", options.format, batchFormats) == "csv";
+    choice.isByCode = options.byCode;
+    choice.hasErrorsOnly = options.errorsOnly;
+    if (options.select) {
+        choice.columns = Arguments::splitAt(',', *options.select);
+        choice.columnsOption = "--select";
+    }
+    return BatchForm(std::move(choice));
+}
+
 /// The powers of any number of radio files, one line of input and one line of output for each. A
-/// filter in constant memory: what is read is answered before more is read. A bad line is answered
-/// in its place, and the next one follows.
+/// filter in constant memory: what is read is answered before much more is read. A bad line is
+/// answered in its place, and the next one follows.
 /// @return BadRadioFile if any line was bad.
-Outcome answerLines(const BatchOptions& options, Output& output) {
-    const bool isCsv = Arguments::word("--format", options.format, batchFormats) == "csv";
+Outcome answerLines(const BatchOptions& options, Output& standardOutput) {
     const PowerTableQuery query = options.query.query();
+    const BatchForm form = formOf(options);
     if (options.progress && options.quiet) {
         throw QuestionError("--progress and --quiet exclude each other");
     }
-    LineReader lines(options.file, RadioFileReader::maxSize);
+    const auto processes =
+        options.jobs ? static_cast<std::size_t>(Arguments::integer("--jobs", *options.jobs, 1, 256))
+                     : OrderedWorkers::processors();
+    std::optional<AnswersSoFar> answers;
+    std::optional<Output> file;
+    if (options.resume) {
+        answers.emplace(*options.resume);
+        file.emplace(answers->file());
+    }
+    Output& output = file ? *file : standardOutput;
+    LineReader lines(options.file, RadioFileReader::maxSize,
+                     answers ? answers->descriptor() : STDOUT_FILENO);
+    const std::uint64_t skipped = answers ? skipAnswered(lines, *answers, form) : 0;
     // Where the results go to the same terminal they show by themselves how far it has come.
     const bool isSeen = Terminal(STDERR_FILENO).isTerminal() && !output.terminal().isTerminal();
     BatchProgress progress(options.progress || (isSeen && !options.quiet));
-    Totals totals;
-    if (isCsv && !options.withoutHeader) {
-        output.write(batchCsvHeader());
-    }
-    while (true) {
-        if (!lines.holdsLine()) {
-            // Who sends one line and waits for its result gets it.
-            output.flush();
-        }
-        const std::optional<LineReader::Line> line = lines.next();
-        if (!line) {
-            break;
-        }
-        const BatchResult result = answerTo(*line, query);
-        output.write(isCsv ? batchCsvLine(result) : batchJsonLine(result));
-        totals.add(result);
-        progress.show(totals.lines, totals.bad);
+    if (!options.withoutHeader && (!answers || answers->lines() == 0)) {
+        output.write(form.header());
     }
     output.flush();
+
+    OrderedWorkers workers(processes, [&query, &form](const std::string& lot) {
+        return Lot::answersTo(lot, query, form);
+    });
+    const InterruptsRemembered interrupts;
+    BatchTotals totals;
+    Lot lot;
+    bool isAtEnd = false;
+    while ((!isAtEnd || !workers.isIdle()) && !InterruptsRemembered::isInterrupted()) {
+        while (!isAtEnd && !lot.isFull() && workers.hasRoom() && lines.isReady()) {
+            if (const std::optional<LineReader::Line> line = lines.next()) {
+                lot.add(*line);
+            } else {
+                isAtEnd = true;
+            }
+        }
+        if (!lot.isEmpty()) {
+            workers.give(lot.take());
+        }
+        while (const std::optional<std::string> result = workers.take()) {
+            const std::size_t end = result->find('\n');
+            totals.add(BatchTotals::unpacked(result->substr(0, end)));
+            output.write(std::string_view(*result).substr(end + 1));
+            // Who sends one line and waits for its result gets it.
+            output.flush();
+            progress.show(totals.lines, totals.bad, lines.share());
+        }
+        const bool takesMore = !isAtEnd && workers.hasRoom();
+        if (!takesMore || !lines.isReady()) {
+            const InterruptsHeld held;
+            if (!InterruptsRemembered::isInterrupted()) {
+                workers.wait(takesMore ? lines.descriptor() : -1, held.before());
+            }
+        }
+    }
     progress.clear();
+    if (InterruptsRemembered::isInterrupted()) {
+        complain("interrupted behind " + counted(skipped + totals.lines, "line") +
+                 " of the list; --resume goes on in a file that holds their answers");
+        InterruptsRemembered::obey();
+    }
     if (!options.quiet) {
-        totals.tell();
+        if (skipped > 0) {
+            complain(counted(skipped, "line") + " answered before");
+        }
+        for (const std::string& line : totals.inWords()) {
+            complain(line);
+        }
     }
     return totals.bad == 0 ? Outcome::Done : Outcome::BadRadioFile;
 }
@@ -251,6 +436,18 @@ Command Commands::batch() {
             CommonOptions::format(options->format, batchFormats),
             {"--no-header", "", "Leave out the line of column names of csv",
              &options->withoutHeader},
+            {"--long", "", "A line for each code of each radio, as data frames want it",
+             &options->byCode},
+            {"--errors-only", "", "Print the bad lines alone", &options->errorsOnly},
+            {"--select", "COLUMNS", "Only these keys or columns, with commas between",
+             &options->select},
+            {"--jobs", "N",
+             "Answer in so many processes; as many as there are processors otherwise",
+             &options->jobs},
+            {"--resume", "FILE",
+             "Go on behind the last whole line of FILE, the output of a run that was interrupted, "
+             "and add to it",
+             &options->resume, false, CommandOption::Completion::Files},
             {"--progress", "",
              "Tell on standard error how far it has come, also where that is no terminal",
              &options->progress},

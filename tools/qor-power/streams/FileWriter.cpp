@@ -1,13 +1,13 @@
 #include "FileWriter.h"
 
 #include "AnalysisError.h"
+#include "Interrupts.h"
 #include "OneLine.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
-#include <csignal>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -145,25 +145,6 @@ int writeWithin(const std::string& place, std::string_view text) {
     return firstOf(error, errorOf(::close(file)));
 }
 
-/// Nobody ends the tool between a file beside another and its place, where it would stay.
-class InterruptsHeld {
-public:
-    InterruptsHeld() {
-        sigset_t held;
-        sigemptyset(&held);
-        for (const int number : {SIGHUP, SIGINT, SIGTERM}) {
-            sigaddset(&held, number);
-        }
-        ::sigprocmask(SIG_BLOCK, &held, &m_before);
-    }
-    ~InterruptsHeld() { ::sigprocmask(SIG_SETMASK, &m_before, nullptr); }
-    InterruptsHeld(const InterruptsHeld&) = delete;
-    InterruptsHeld& operator=(const InterruptsHeld&) = delete;
-
-private:
-    sigset_t m_before{};
-};
-
 } // namespace
 
 void FileWriter::add(const std::string& path, std::string_view text) {
@@ -271,6 +252,7 @@ void FileWriter::publish() {
         };
     };
     {
+        // Nobody ends the tool between a file beside another and its place, where it would stay.
         const InterruptsHeld held;
         try {
             forEach(Way::Beside, stage);

@@ -87,12 +87,23 @@ std::size_t InputFile::read(char* bytes, std::size_t size) {
     return got;
 }
 
-bool InputFile::isStandardOutput() const {
-    struct stat output {};
+bool InputFile::isSameAs(int output) const {
+    struct stat status {};
     // Without a standard output the file itself may have got its number.
-    return m_descriptor != STDOUT_FILENO && S_ISREG(m_status.st_mode) &&
-           ::fstat(STDOUT_FILENO, &output) == 0 &&
-           std::tie(output.st_dev, output.st_ino) == std::tie(m_status.st_dev, m_status.st_ino);
+    return m_descriptor != output && S_ISREG(m_status.st_mode) && ::fstat(output, &status) == 0 &&
+           std::tie(status.st_dev, status.st_ino) == std::tie(m_status.st_dev, m_status.st_ino);
+}
+
+bool InputFile::isReady() const {
+    pollfd input{m_descriptor, POLLIN, 0};
+    return ::poll(&input, 1, 0) != 0;
+}
+
+std::optional<double> InputFile::share() const {
+    if (!m_left || m_status.st_size == 0) {
+        return std::nullopt;
+    }
+    return 1.0 - static_cast<double>(*m_left) / static_cast<double>(m_status.st_size);
 }
 
 void InputFile::awaitWriter(std::chrono::milliseconds patience) const {

@@ -42,8 +42,16 @@ public:
     /// @throw AnalysisError OtherTrouble
     std::size_t read(char* bytes, std::size_t size);
 
-    /// Whether what is written to standard output is added to this very file.
-    bool isStandardOutput() const;
+    /// Whether what is written to a descriptor is added to this very file.
+    bool isSameAs(int output) const;
+
+    /// Whether read() need not wait for who writes.
+    bool isReady() const;
+
+    int descriptor() const { return m_descriptor; }
+
+    /// How much of a plain file is read, from 0 to 1; nothing for others.
+    std::optional<double> share() const;
 
 private:
     void awaitWriter(std::chrono::milliseconds patience) const;

@@ -4,40 +4,56 @@
 
 #include <utility>
 
-LineReader::LineReader(const std::string& path, std::size_t limit)
+LineReader::LineReader(const std::string& path, std::size_t limit, int output)
     : m_file(path, InputFile::Growth::IsLeftOut)
     , m_limit(limit) {
-    if (m_file.isStandardOutput()) {
+    if (m_file.isSameAs(output)) {
         throw AnalysisError(Outcome::OtherTrouble,
                             inputName(path) + ": the answers would be added to it, and be read as "
                                               "lines; let them go to another file");
     }
 }
 
-void LineReader::append(Line& line, std::string_view text) const {
-    const std::size_t room = m_limit - line.text.size();
-    line.isTooLong = line.isTooLong || text.size() > room;
-    line.text += text.substr(0, room);
+void LineReader::append(std::string_view text) {
+    const std::size_t room = m_limit - m_begun.text.size();
+    m_begun.isTooLong = m_begun.isTooLong || text.size() > room;
+    m_begun.text += text.substr(0, room);
+    m_isBegun = true;
+}
+
+void LineReader::readOn() {
+    if (m_start < m_end) {
+        append(pending());
+    }
+    m_start = 0;
+    m_end = m_file.read(m_block.data(), m_block.size());
+    m_isAtEnd = m_end == 0;
+}
+
+bool LineReader::isReady() {
+    while (!m_isAtEnd && !holdsLine()) {
+        if (!m_file.isReady()) {
+            return false;
+        }
+        readOn();
+    }
+    return true;
 }
 
 std::optional<LineReader::Line> LineReader::next() {
-    Line line;
-    bool isBegun = false;
-    while (true) {
-        const std::size_t length = pending().find('\n');
-        append(line, pending().substr(0, length));
-        isBegun = isBegun || m_start < m_end;
-        if (length != std::string_view::npos) {
-            m_start += length + 1;
-            if (line.text.ends_with('\r')) {
-                line.text.pop_back();
-            }
-            return line;
-        }
-        m_start = 0;
-        m_end = m_file.read(m_block.data(), m_block.size());
-        if (m_end == 0) {
-            return isBegun ? std::optional(std::move(line)) : std::nullopt;
-        }
+    while (!m_isAtEnd && !holdsLine()) {
+        readOn();
     }
+    if (holdsLine()) {
+        const std::size_t length = pending().find('\n');
+        append(pending().substr(0, length));
+        m_start += length + 1;
+        if (m_begun.text.ends_with('\r')) {
+            m_begun.text.pop_back();
+        }
+    } else if (!m_isBegun) {
+        return std::nullopt;
+    }
+    m_isBegun = false;
+    return std::exchange(m_begun, Line());
 }
