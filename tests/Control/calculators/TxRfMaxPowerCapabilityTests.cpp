@@ -445,16 +445,17 @@ TEST_F(TableOfOneRadio, NeverTakesAPowerForAModulation) {
 }
 
 TEST_F(TableOfOneRadio, ComparesEveryRowThatBeginsBelowTheCount) {
-    const std::vector<int> rows = {4, 2500, 16, 2400, 32, 2300};
-    // A row counts as soon as its modulation lies below the count.
-    const std::vector<std::pair<int, int>> countAndRows = {
-        {intMin, 0}, {-2, 0}, {-1, 0}, {0, 0}, {1, 1}, {2, 1}, {3, 2}, {4, 2}, {5, 3}, {6, 3}};
-    for (const auto& [count, rowCount] : countAndRows) {
+    const std::vector<int> rows = {4,    2500, 16,   2400, 32,   2300, 64,   2200, 128,
+                                   2100, 256,  2000, 512,  1900, 1024, 1800, 2048, 1700};
+    const auto most = static_cast<int>(rows.size());
+    for (const int count : {intMin, -2, -1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 15, 16, 17}) {
         const TxRfMaxPowerCapability sut = viewOf(rows, count);
 
-        EXPECT_EQ(isUnknown(sut, 4), rowCount < 1) << count;
-        EXPECT_EQ(isUnknown(sut, 16), rowCount < 2) << count;
-        EXPECT_EQ(isUnknown(sut, 32), rowCount < 3) << count;
+        for (int place = 0; place < most; place += 2) {
+            // A row counts as soon as its modulation lies below the count.
+            const int modulation = rows[static_cast<std::size_t>(place)];
+            EXPECT_EQ(isUnknown(sut, modulation), place >= count) << modulation << ' ' << count;
+        }
     }
 }
 

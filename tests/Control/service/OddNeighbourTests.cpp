@@ -103,6 +103,25 @@ TEST_F(OddProduct, thatChangesWithinAQueryHasEachModulationAnsweredByItsOwnFamil
               (Powers{{31, ofRadioUnit[31]}, {41, ofOutdoor[41]}, {61, ofRadioUnit[61]}}));
 }
 
+TEST_F(OddProduct, thatChangesWithinAQueryLeavesNoReferenceBehind) {
+    // That of the outdoor family is 64QAM, that of the radio unit 256QAM, which has no row.
+    calibrate(1, {28, 0, 56, 0});
+    node.answers.capabilityHandler.pmaxDpd2Etsi = std::vector<int>{4, 2900, 16, 2700, 64, 2500};
+    node.apply();
+    TraceCapture trace(1);
+
+    const Powers powers = powersWith({"QZT 846 57", "QZT 846 57", "on no list", "QZT 846 57"});
+
+    EXPECT_EQ(powers.count(31), 1U);
+    EXPECT_EQ(powers.count(41), 0U);
+    EXPECT_EQ(powers.count(61), 1U);
+    EXPECT_EQ(trace.lines(),
+              (Lines{"1 raw 0x8008 TxRfMaxPowerCapability.getPower: getPower, unknown modulation "
+                     "type: 256QAM",
+                     msg(1, "getAdModMaxPower",
+                         "Could not get max output power for reference offset 0QAM")}));
+}
+
 /// The hardware configuration with records of its own.
 class MinimumPowerById : public OddNeighbour {
 protected:
