@@ -89,6 +89,9 @@ using Any =
 struct Request {
     Calls::Any call;
     std::int32_t preset = 0; ///< what every power output holds before the call
+
+    /// The answer that was recorded, as JSON: keys of the line that replay prints; empty: none.
+    std::string expect{};
 };
 
 /// A radio file, read and checked: a node, and what to ask of the service in it.
@@ -100,4 +103,6 @@ struct RadioFile {
     /// Keys of the Pmax tables that the file gives as flat integers, not as rows: the same table
     /// stands in another place then.
     std::set<std::string> flatPmaxTables;
+
+    std::vector<std::string> notes; ///< what whoever wrote the file has to say of it
 };

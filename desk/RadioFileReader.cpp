@@ -375,10 +375,11 @@ std::set<std::string> flatPmaxTables(const json& file) {
 
 std::vector<std::string_view> optionalKeys() {
     std::vector<std::string_view> keys;
-    keys.reserve(sections.size() + 1);
+    keys.reserve(sections.size() + 2);
     for (const Section& section : sections) {
         keys.emplace_back(section.key);
     }
+    keys.emplace_back("notes");
     keys.emplace_back("requests");
     return keys;
 }
@@ -414,7 +415,7 @@ public:
     /// before.
     const NodeAnswers& merge(const JsonValue& patch) {
         patch.expectObject();
-        for (const char* const key : {"channel", "requests"}) {
+        for (const char* const key : {"channel", "notes", "requests"}) {
             if (patch.has(key)) {
                 patch.member(key).fail("a patch cannot change \"" + std::string(key) + "\"");
             }
@@ -469,6 +470,7 @@ struct CallForm {
     const char* name;
     std::vector<std::string_view> required;
     std::vector<std::string_view> optional;
+    std::vector<std::string_view> outputs; ///< beside the result
     Calls::Any (*read)(const JsonValue& request, PatchedFile& file);
 };
 
@@ -502,15 +504,21 @@ Calls::Any readCallWithoutArguments(const JsonValue&, PatchedFile&) {
 
 const std::vector<CallForm>& callForms() {
     static const std::vector<CallForm> forms{
-        {Calls::Initialize::name, {}, {}, readCallWithoutArguments<Calls::Initialize>},
+        {Calls::Initialize::name,
+         {},
+         {},
+         {"registered"},
+         readCallWithoutArguments<Calls::Initialize>},
         {Calls::SetPowerCutback::name,
          {"cutback"},
+         {},
          {},
          [](const JsonValue& request, PatchedFile&) -> Calls::Any {
              return Calls::SetPowerCutback{request.member("cutback").integer<std::uint32_t>()};
          }},
         {Calls::SetTemporaryPowerCutback::name,
          {"use", "cutback"},
+         {},
          {},
          [](const JsonValue& request, PatchedFile&) -> Calls::Any {
              return Calls::SetTemporaryPowerCutback{
@@ -519,11 +527,13 @@ const std::vector<CallForm>& callForms() {
         {Calls::SetTemperature::name,
          {"temperature"},
          {},
+         {},
          [](const JsonValue& request, PatchedFile&) -> Calls::Any {
              return Calls::SetTemperature{request.member("temperature").integer<std::int32_t>()};
          }},
         {Calls::SetBoosterPresence::name,
          {"presence", "gain", "maxInputPower", "maxModulation"},
+         {},
          {},
          [](const JsonValue& request, PatchedFile&) -> Calls::Any {
              return Calls::SetBoosterPresence{
@@ -535,29 +545,38 @@ const std::vector<CallForm>& callForms() {
         {Calls::CalculatePowerCapabilities::name,
          {"modulation"},
          {},
+         {"minPower", "maxPower"},
          [](const JsonValue& request, PatchedFile&) -> Calls::Any {
              return Calls::CalculatePowerCapabilities{readModulation(request.member("modulation"))};
          }},
         {Calls::CalculateAdmodPowerCapabilities::name,
          {"modulation", "rsec"},
          {},
+         {"minPower", "maxPower"},
          [](const JsonValue& request, PatchedFile&) -> Calls::Any {
              return Calls::CalculateAdmodPowerCapabilities{
                  readModulation(request.member("modulation")),
                  readReferenceSec(request.member("rsec"))};
          }},
-        {Calls::FindPminPmax::name, {}, {}, readCallWithoutArguments<Calls::FindPminPmax>},
+        {Calls::FindPminPmax::name,
+         {},
+         {},
+         {"pmin", "pmax"},
+         readCallWithoutArguments<Calls::FindPminPmax>},
         {Calls::GetUnrestrictedPmax::name,
          {},
          {},
+         {"pmax"},
          readCallWithoutArguments<Calls::GetUnrestrictedPmax>},
         {Calls::GetMinMaxOutputPowerVsModulationArray::name,
          {},
          {"frameFormatId", "minModulationAndCode", "maxModulationAndCode", "referenceSec",
           "powerMap"},
+         {"minOutputPower", "powerMap"},
          readGetMinMaxOutputPowerVsModulationArray},
         {Calls::Patch::name,
          {"file"},
+         {},
          {},
          [](const JsonValue& request, PatchedFile& file) -> Calls::Any {
              return Calls::Patch{file.merge(request.member("file"))};
@@ -579,12 +598,36 @@ const CallForm& formOf(const JsonValue& call) {
 }
 
 std::vector<std::string_view> argumentsOfAllCalls() {
-    std::vector<std::string_view> arguments{"preset"};
+    std::vector<std::string_view> arguments{"preset", "expect"};
     for (const CallForm& form : callForms()) {
         arguments.insert(arguments.end(), form.required.begin(), form.required.end());
         arguments.insert(arguments.end(), form.optional.begin(), form.optional.end());
     }
     return arguments;
+}
+
+/// Checks the recorded answer of a request: keys of the line that replay prints.
+std::string readExpectation(const JsonValue& value, const CallForm& form) {
+    value.expectKeys({"result"}, form.outputs);
+    value.member("result").integer<std::uint32_t>();
+    for (const std::string_view key : form.outputs) {
+        if (!value.has(key)) {
+            continue;
+        }
+        const JsonValue output = value.member(key);
+        if (key == "registered") {
+            output.flag();
+        } else if (key != "powerMap") {
+            output.integer<std::int32_t>();
+        } else {
+            readList(output, [](const JsonValue& entry) {
+                entry.expectKeys({"code", "maxPower"});
+                return entry.member("code").integer<std::int32_t>() +
+                       std::int64_t{entry.member("maxPower").integer<std::int32_t>()};
+            });
+        }
+    }
+    return value.json().dump();
 }
 
 Request readRequest(const JsonValue& value, PatchedFile& file) {
@@ -598,11 +641,17 @@ Request readRequest(const JsonValue& value, PatchedFile& file) {
     required.insert(required.end(), form.required.begin(), form.required.end());
     std::vector<std::string_view> optional{form.optional};
     optional.emplace_back("preset");
+    // A patch asks nothing.
+    if (form.name != std::string_view(Calls::Patch::name)) {
+        optional.emplace_back("expect");
+    }
     value.expectKeys(required, optional);
 
     Request request{form.read(value, file)};
     readIfAny(request.preset, value, "preset",
               [](const JsonValue& preset) { return preset.integer<std::int32_t>(); });
+    readIfAny(request.expect, value, "expect",
+              [&form](const JsonValue& expect) { return readExpectation(expect, form); });
     return request;
 }
 
@@ -619,6 +668,10 @@ RadioFile RadioFileReader::read(std::string_view text) {
         section.read(document, section.key, radioFile.node);
     }
     radioFile.flatPmaxTables = flatPmaxTables(file);
+
+    readIfAny(radioFile.notes, document, "notes", [](const JsonValue& notes) {
+        return readList(notes, [](const JsonValue& note) { return note.string(); });
+    });
 
     if (document.has("requests")) {
         // What the patches are merged into holds no requests. `document` still names their place.

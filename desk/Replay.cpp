@@ -52,10 +52,13 @@ void addTrace(std::string& text) {
 /// Makes each call of a request and the line that reports it.
 class Player {
 public:
-    Player(std::uint32_t channel, Node& node, OutputPowerCalculator& service)
+    Player(std::uint32_t channel, Node& node, OutputPowerCalculator& service,
+           const std::function<void()>& attach)
         : m_serviceName(IOutputPowerCalculator::interfaceName(Node::servedChannel(channel)))
         , m_node(node)
-        , m_service(service) {}
+        , m_service(service)
+        , m_asked(&service)
+        , m_attach(attach) {}
 
     Line play(const Request& request) {
         m_preset = request.preset;
@@ -80,32 +83,39 @@ private:
         Line line = answerOf(call, m_service.initialize());
         const auto* const published =
             InterfaceBroker::getInstance().getInterface<IOutputPowerCalculator>(m_serviceName);
-        line["registered"] = published == &m_service;
+        // What was put before the service is the service to whoever looks it up.
+        line["registered"] =
+            published != nullptr && (published == &m_service || published == m_asked);
+        if (m_attach && published != nullptr) {
+            m_attach();
+            m_asked =
+                InterfaceBroker::getInstance().getInterface<IOutputPowerCalculator>(m_serviceName);
+        }
         return line;
     }
 
     Line play(const Calls::SetPowerCutback& call) {
-        return answerOf(call, m_service.setPowerCutback(call.cutback));
+        return answerOf(call, m_asked->setPowerCutback(call.cutback));
     }
 
     Line play(const Calls::SetTemporaryPowerCutback& call) {
-        return answerOf(call, m_service.setTemporaryPowerCutback(call.use, call.cutback));
+        return answerOf(call, m_asked->setTemporaryPowerCutback(call.use, call.cutback));
     }
 
     Line play(const Calls::SetTemperature& call) {
-        return answerOf(call, m_service.setTemperature(call.temperature));
+        return answerOf(call, m_asked->setTemperature(call.temperature));
     }
 
     Line play(const Calls::SetBoosterPresence& call) {
-        return answerOf(call, m_service.setBoosterPresence(call.presence, call.gain,
-                                                           call.maxInputPower, call.maxModulation));
+        return answerOf(call, m_asked->setBoosterPresence(call.presence, call.gain,
+                                                          call.maxInputPower, call.maxModulation));
     }
 
     Line play(const Calls::CalculatePowerCapabilities& call) {
         long minPower = m_preset;
         long maxPower = m_preset;
         Line line = answerOf(
-            call, m_service.calculatePowerCapabilities(call.modulation, minPower, maxPower));
+            call, m_asked->calculatePowerCapabilities(call.modulation, minPower, maxPower));
         line["minPower"] = minPower;
         line["maxPower"] = maxPower;
         return line;
@@ -114,7 +124,7 @@ private:
     Line play(const Calls::CalculateAdmodPowerCapabilities& call) {
         long minPower = m_preset;
         long maxPower = m_preset;
-        Line line = answerOf(call, m_service.calculateAdmodPowerCapabilities(
+        Line line = answerOf(call, m_asked->calculateAdmodPowerCapabilities(
                                        call.modulation, call.rsec, minPower, maxPower));
         line["minPower"] = minPower;
         line["maxPower"] = maxPower;
@@ -124,7 +134,7 @@ private:
     Line play(const Calls::FindPminPmax& call) {
         long pmin = m_preset;
         long pmax = m_preset;
-        Line line = answerOf(call, m_service.findPminPmax(pmin, pmax));
+        Line line = answerOf(call, m_asked->findPminPmax(pmin, pmax));
         line["pmin"] = pmin;
         line["pmax"] = pmax;
         return line;
@@ -132,7 +142,7 @@ private:
 
     Line play(const Calls::GetUnrestrictedPmax& call) {
         long pmax = m_preset;
-        Line line = answerOf(call, m_service.getUnrestrictedPmax(pmax));
+        Line line = answerOf(call, m_asked->getUnrestrictedPmax(pmax));
         line["pmax"] = pmax;
         return line;
     }
@@ -140,7 +150,7 @@ private:
     Line play(const Calls::GetMinMaxOutputPowerVsModulationArray& call) {
         long minOutputPower = m_preset;
         std::map<ModulationAndCoding, long> powerMap = call.powerMap;
-        Line line = answerOf(call, m_service.getMinMaxOutputPowerVsModulationArray(
+        Line line = answerOf(call, m_asked->getMinMaxOutputPowerVsModulationArray(
                                        call.frameFormatId, call.minModulationAndCode,
                                        call.maxModulationAndCode, call.referenceSec, minOutputPower,
                                        powerMap));
@@ -163,6 +173,8 @@ private:
     std::string m_serviceName;
     Node& m_node;
     OutputPowerCalculator& m_service;
+    IOutputPowerCalculator* m_asked;
+    const std::function<void()>& m_attach;
     long m_preset = 0;
 };
 
@@ -175,7 +187,10 @@ bool Replay::play(const RadioFile& file, const LineSink& sink) const {
     const DeskTraceScope traceScope(m_traceLevel);
     Node node(file.channel, file.node);
     OutputPowerCalculator service(file.channel);
-    Player player(file.channel, node, service);
+    Player player(file.channel, node, service, m_attach);
+    if (m_attach) {
+        m_attach();
+    }
 
     const auto report = [&](const Request& request) {
         const Line line = player.play(request);

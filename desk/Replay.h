@@ -5,6 +5,7 @@
 #include <functional>
 #include <iosfwd>
 #include <string>
+#include <utility>
 
 /// Plays radio files: builds the node, creates a service in it, and puts the requests to it one by
 /// one.
@@ -21,6 +22,10 @@ public:
     /// @param traceLevel traces up to this level are reported; 0: none, and lines have no "trace".
     explicit Replay(int traceLevel = 0);
 
+    /// What to do once the node stands, and whenever the service has been started: the requests
+    /// then go to whatever the broker has under the service's name, as those of a node do.
+    void whenStarted(std::function<void()> attach) { m_attach = std::move(attach); }
+
     /// Plays a file in a fresh node with a fresh service.
     ///
     /// The first line is the service's start; when that fails it is the only one. Afterwards the
@@ -33,4 +38,5 @@ public:
 
 private:
     int m_traceLevel;
+    std::function<void()> m_attach;
 };

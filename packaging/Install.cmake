@@ -2,12 +2,15 @@
 #
 #   Runtime          the library
 #   Development      what a program is built against: headers, CMake package, pkg-config file
+#   RecorderRuntime      the flight recorder's library
+#   RecorderDevelopment  its headers, its CMake target and its pkg-config file
 #   DeskRuntime      the desk platform's library
 #   DeskDevelopment  what a test on a desk is built against: desk platform, simulated neighbours
 #   Tool             qor-power with its manual, completions for shells, the example radios and
 #                    the schema of radio files
 #
-# The board gets the first alone; nothing of the desk is ever needed there.
+# The board gets the first alone, and the flight recorder where it records; nothing of the desk is ever
+# needed there.
 #
 # With `way` set, the names of components and exports begin with it, and who installs everything does not
 # install them (not_by_itself).
@@ -69,6 +72,24 @@ install(
         "${CMAKE_CURRENT_BINARY_DIR}/QorOutputPowerCalculatorConfigVersion.cmake"
     DESTINATION "${cmake_package}" COMPONENT ${way}Development ${not_by_itself})
 qor_install_pkgconfig(qor-output-power-calculator Development)
+
+# The flight recorder
+
+qor_install_library(QorRadioFileRecorder
+    QorOutputPowerCalculatorRecorderTargets RecorderRuntime RecorderDevelopment)
+qor_install_export(QorOutputPowerCalculatorRecorderTargets RecorderDevelopment)
+file(GLOB recorder_headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/recorder/*.h")
+install(FILES ${recorder_headers} DESTINATION "${headers}"
+    COMPONENT ${way}RecorderDevelopment ${not_by_itself})
+qor_install_pkgconfig(qor-radio-file-recorder RecorderDevelopment)
+
+set(recorder_documents "${CMAKE_INSTALL_DATAROOTDIR}/doc/libqorradiofilerecorder-dev")
+install(FILES "${PROJECT_SOURCE_DIR}/docs/how-to/field-case.md"
+    DESTINATION "${recorder_documents}" COMPONENT ${way}RecorderDevelopment ${not_by_itself})
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/recorder"
+    DESTINATION "${recorder_documents}/examples" COMPONENT ${way}RecorderDevelopment ${not_by_itself}
+    PATTERN build-with-pkg-config PERMISSIONS
+        OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
 if(NOT QOR_TOOLS)
     return()

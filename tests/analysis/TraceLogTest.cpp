@@ -1,9 +1,12 @@
 #include "TraceLog.h"
 
 #include "ExplanationAudit.h"
+#include "LogImport.h"
 #include "LoggedPowers.h"
 #include "RadioFileReader.h"
+#include "RecordedAnswers.h"
 #include "Replay.h"
+#include "reference/RandomRadioFile.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -413,3 +416,22 @@ TEST(AReplay, BecomesOneLineOfJsonForEachQuery) {
 }
 
 } // namespace
+
+// Whatever a log tells, the file that is made of it is one.
+TEST(LogImport, aRandomReplayBecomesARadioFile) {
+    int alike = 0;
+    for (std::uint64_t seed = 0; seed < 60; ++seed) {
+        LogImport sut;
+        TraceLog log([&sut](const LoggedCall& call) { sut.read(call); });
+        Replay(6).play(RadioFileReader::read(reference::randomRadioFile(seed).dump()),
+                       [&log](const std::string& line) { log.read(line); });
+        log.end();
+
+        const RadioFile file = RadioFileReader::read(sut.radioFile());
+        Lines lines;
+        Replay().play(file, [&lines](const std::string& line) { lines.push_back(line); });
+        alike += RecordedAnswers::differences(file, lines).empty() ? 1 : 0;
+    }
+    RecordProperty("alike", alike);
+    EXPECT_GT(alike, 5);
+}

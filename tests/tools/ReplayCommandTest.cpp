@@ -49,6 +49,47 @@ TEST(Replay, AnswersWithHandWorkedPowers) {
     EXPECT_EQ(result.status, done);
 }
 
+// 64QAM as above without a cutback: 24.00 and 1.50 of compensation.
+const std::string recorded64Qam =
+    R"([{"call": "setPowerCutback", "cutback": 0, "expect": {"result": 0}},
+    {"call": "calculatePowerCapabilities", "modulation": "64QAM",
+     "expect": {"result": 0, "minPower": -750, "maxPower": )";
+
+TEST(Replay, VerifyIsSilentWhenEveryRecordedAnswerComesOutAgain) {
+    const ToolResult result = ToolProcess({"replay", "--verify", "-"})
+                                  .withInput(outdoorWith(recorded64Qam + "2550}}]"))
+                                  .run();
+
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.status, done);
+}
+
+TEST(Replay, VerifyPrintsTheOutputsThatDifferAndSaysNo) {
+    const ToolResult result = ToolProcess({"replay", "--verify", "-"})
+                                  .withInput(outdoorWith(recorded64Qam + "2540}}]"))
+                                  .run();
+
+    EXPECT_EQ(result.output, R"({"request":1,"call":"calculatePowerCapabilities",)"
+                             R"("recorded":{"maxPower":2540},"replayed":{"maxPower":2550}})"
+                             "\n");
+    EXPECT_EQ(result.errors, "qor-power: standard input: 1 of 2 recorded answers differ\n");
+    EXPECT_EQ(result.status, answerIsNo);
+}
+
+TEST(Replay, VerifyNeedsARecordedAnswerAndPrintsNoTraces) {
+    const ToolResult nothing =
+        runTool({"replay", "--verify", "../analysis/radios/fixed-modulation.json"});
+    const ToolResult traced =
+        runTool({"replay", "--verify", "--trace", "6", "../analysis/radios/fixed-modulation.json"});
+
+    EXPECT_EQ(nothing.output + traced.output, "");
+    EXPECT_NE(nothing.errors.find("no request has a recorded answer"), std::string::npos);
+    EXPECT_NE(traced.errors.find("leave out --trace"), std::string::npos);
+    EXPECT_EQ(nothing.status, otherTrouble);
+    EXPECT_EQ(traced.status, otherTrouble);
+}
+
 TEST(Replay, PlaysSeveralFilesInOrderEachInAFreshService) {
     // Had the second file the first one's service, its powers would be 3 dB lower.
     const ToolResult result = ToolProcess({"replay", "../analysis/radios/fixed-modulation.json",

@@ -33,6 +33,7 @@ Command diff();       ///< what tells the powers of two radios apart, and why
 Command plot();       ///< a picture of the powers over modulation
 Command check();      ///< what is wrong with radio files, or likely not meant
 Command replay();     ///< what a node answered, call by call
+Command importLog();  ///< a radio file of what a log tells
 Command batch();      ///< the powers of many radio files, a line for each
 Command examples();   ///< the example radio files
 Command manual();     ///< the manual page

@@ -1,0 +1,168 @@
+#pragma once
+
+#include "Decorator.h"
+#include "IAcmHandler.h"
+#include "ICapabilityHandler.h"
+#include "IFrameFormat.h"
+#include "IHardwareConfigurationHandler.h"
+#include "ISystemPowerController.h"
+#include "KnownAnswer.h"
+
+/// An answer of one word that a decorator compares and, if it is another one, notes.
+template <Question question>
+class NotedWord {
+public:
+    void note(const Decorator& decorator, std::int32_t word) const {
+        // Without a recording nothing is known.
+        if (!m_known.is(word)) {
+            noteNew(decorator, word);
+        }
+        RequestUnderWay::asked |= Recording::bitOf(question);
+    }
+
+    void forget() { m_known.forget(); }
+
+private:
+    __attribute__((noinline)) void noteNew(const Decorator& decorator, std::int32_t word) const {
+        Recording* const recording = decorator.recording();
+        if (recording != nullptr && recording->isAsking()) {
+            recording->noteKnown(question, 0, KnownAnswer<1>::Words{word}, m_known);
+        }
+    }
+
+    mutable KnownAnswer<1> m_known;
+};
+
+class RecordedCapabilityHandler final : public ICapabilityHandler, public Decorator {
+public:
+    explicit RecordedCapabilityHandler(ICapabilityHandler& real)
+        : m_real(real) {}
+    IInterface* face() override { return this; }
+    IInterface* real() override { return &m_real; }
+
+    std::string getTmuHwProductNumber() const override;
+    unsigned getMinOutputPower(const int** table) const override;
+    unsigned getPmaxCapabilityDpd1Ansi(const int** table, const int** count) const override;
+    unsigned getPmaxCapabilityDpd2Ansi(const int** table, const int** count) const override;
+    unsigned getPmaxCapabilityDpd1Etsi(const int** table, const int** count) const override;
+    unsigned getPmaxCapabilityDpd2Etsi(const int** table, const int** count) const override;
+    bool isMaxAcmLimitedByHw() const override;
+    short getPerformanceProfileIndex() const override;
+    Modulation getMaxModulationLimitedByHw(const std::vector<short>& performanceProfiles,
+                                           short performanceProfileIndex) const override;
+    Modulation getMaxModulationWithoutLimitation(const EFrameFormatMarket& market) const override;
+
+private:
+    friend class Decorators<ICapabilityHandler, RecordedCapabilityHandler>;
+    void forget() override;
+    void noteProductNumber(Recording& recording, const std::string& number) const;
+    void notePmax(Question question, unsigned result, const int* const* table,
+                  const int* const* count, const int* tableBefore, const int* countBefore) const;
+    void noteByKey(Question question, Question last, std::int32_t key, Modulation modulation,
+                   KnownAnswer<2>& known) const;
+
+    ICapabilityHandler& m_real;
+    mutable KnownText m_productNumber;
+    NotedWord<Question::MaxAcmLimitedByHw> m_maxAcmLimitedByHw;
+    NotedWord<Question::CarrierAggregation> m_carrierAggregation;
+    NotedWord<Question::PerformanceProfileIndex> m_performanceProfileIndex;
+    mutable KnownAnswer<2> m_limited;
+    mutable KnownAnswer<2> m_withoutLimitation;
+};
+
+class RecordedAcmHandler final : public IAcmHandler, public Decorator {
+public:
+    explicit RecordedAcmHandler(IAcmHandler& real)
+        : m_real(real) {}
+    IInterface* face() override { return this; }
+    IInterface* real() override { return &m_real; }
+
+    unsigned getMinMaxModulationAndCode(ModulationAndCoding& min,
+                                        ModulationAndCoding& max) override;
+
+private:
+    friend class Decorators<IAcmHandler, RecordedAcmHandler>;
+    void forget() override { m_selection.forget(); }
+
+    IAcmHandler& m_real;
+    KnownAnswer<3> m_selection;
+};
+
+class RecordedFrameFormat final : public IFrameFormat, public Decorator {
+public:
+    explicit RecordedFrameFormat(IFrameFormat& real)
+        : m_real(real) {}
+    IInterface* face() override { return this; }
+    IInterface* real() override { return &m_real; }
+
+    Modulation getModulation() const override;
+    Modulation getMaxAvailableModulation() const override;
+    void
+    getModulationAndCodeArray(std::vector<ModulationAndCoding>& modulationAndCodes) const override;
+    EChannelSpacingType getChannelSpacing() const override;
+    EDpdVersion getDpdVersion() const override;
+    EFrameFormatMarket getTelecomMarket() const override;
+    void getPerformanceProfiles(std::vector<short>& performanceProfiles) const override;
+    void getCarrierAggregationPerformanceProfiles(
+        std::vector<short>& performanceProfiles) const override;
+
+private:
+    friend class Decorators<IFrameFormat, RecordedFrameFormat>;
+    void forget() override;
+
+    IFrameFormat& m_real;
+    NotedWord<Question::Modulation> m_modulation;
+    NotedWord<Question::MaxAvailableModulation> m_maxAvailableModulation;
+    NotedWord<Question::ChannelSpacing> m_channelSpacing;
+    NotedWord<Question::DpdVersion> m_dpdVersion;
+    NotedWord<Question::Market> m_market;
+};
+
+class RecordedSystemPowerController final : public ISystemPowerController, public Decorator {
+public:
+    explicit RecordedSystemPowerController(ISystemPowerController& real)
+        : m_real(real) {}
+    IInterface* face() override { return this; }
+    IInterface* real() override { return &m_real; }
+
+    EReferenceSEC getReferenceSec() const override;
+    bool getMinOutputPowerOffset(EChannelSpacingType channelSpacing, long& offset) const override;
+
+private:
+    friend class Decorators<ISystemPowerController, RecordedSystemPowerController>;
+    void forget() override;
+
+    ISystemPowerController& m_real;
+    NotedWord<Question::ReferenceSec> m_referenceSec;
+    mutable KnownAnswer<3> m_offset;
+};
+
+/// One for the whole unit: what it is asked belongs to the channel whose request is under way.
+class RecordedHardwareConfigurationHandler final : public IHardwareConfigurationHandler,
+                                                   public Decorator {
+public:
+    explicit RecordedHardwareConfigurationHandler(IHardwareConfigurationHandler& real)
+        : m_real(real) {}
+    IInterface* face() override { return this; }
+    IInterface* real() override { return &m_real; }
+
+    void getFrameFormatRecords(bool flag, std::vector<FrameFormatRecord>& records) const override;
+    EDpdVersion getDpdVersion(RadioChannel channel, long frameFormatId) const override;
+    unsigned getTelecomMarket(RadioChannel channel, long frameFormatId,
+                              EFrameFormatMarket& market) const override;
+    unsigned
+    getModulationAndCodeArray(RadioChannel channel, long frameFormatId,
+                              std::vector<ModulationAndCoding>& modulationAndCodes) const override;
+    unsigned getChannelSpacing(RadioChannel channel, long frameFormatId,
+                               EChannelSpacingType& channelSpacing) const override;
+    void getPerformanceProfiles(RadioChannel channel, long frameFormatId,
+                                std::vector<short>& performanceProfiles) const override;
+    void getCarrierAggregationPerformanceProfiles(
+        RadioChannel channel, long frameFormatId,
+        std::vector<short>& performanceProfiles) const override;
+
+private:
+    friend class Decorators<IHardwareConfigurationHandler, RecordedHardwareConfigurationHandler>;
+
+    IHardwareConfigurationHandler& m_real;
+};

@@ -1,0 +1,209 @@
+#pragma once
+
+#include "IHardwareConfigurationHandler.h"
+#include "KnownAnswer.h"
+#include "RadioChannel.h"
+#include "RecordingTriggers.h"
+#include "Tape.h"
+
+#include <array>
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+class Recording;
+
+/// Marks a variable that every call touches: its place in a thread is fixed when the library is
+/// loaded.
+#define QOR_OF_THREAD thread_local __attribute__((tls_model("initial-exec")))
+
+/// A request of this thread.
+struct RequestUnderWay {
+    Recording* recording;
+    RequestUnderWay* outer; ///< whose neighbour makes this one
+    std::uint32_t askedByOuter;
+    std::uint32_t changesExpected; ///< the recording's, if nobody else changes anything
+    std::uint16_t doubt;
+
+    static QOR_OF_THREAD RequestUnderWay* ofThread;
+    static QOR_OF_THREAD std::uint32_t asked; ///< questions of the request, as bits
+};
+
+/// What a recorder's decorators write to: a tape, its lock, and the trigger.
+class Recording {
+public:
+    /// @param requestMissed is called, with the owner, when a neighbour is asked outside of a
+    ///        request.
+    Recording(RadioChannel channel, std::size_t bytes, void (*requestMissed)(void*), void* owner);
+
+    static constexpr std::uint32_t bitOf(Question question) {
+        return 1U << static_cast<unsigned>(question);
+    }
+
+    /// Whether a request of this recording is under way on this thread.
+    bool isAsking() const {
+        return RequestUnderWay::ofThread != nullptr && RequestUnderWay::ofThread->recording == this;
+    }
+
+    /// Notes an answer. Call with the lock held, and within a request or a start.
+    /// @return whether it is kept.
+    bool noteLocked(Question question, std::int32_t argument, const void* bytes,
+                    std::size_t length) noexcept;
+
+    /// Likewise, with the lock taken.
+    bool note(Question question, std::int32_t argument, const void* bytes,
+              std::size_t length) noexcept;
+
+    /// Whether the last answer to a question for a table was no refusal.
+    bool hasSucceeded(Question question) noexcept;
+
+    /// Notes an answer of a first word and a list; nothing for one that is too long.
+    template <class Element, class ToWord>
+    void noteList(Question question, std::int32_t argument, const Element* elements,
+                  std::size_t count, ToWord toWord) noexcept;
+
+    /// Notes an answer of a few words, the first `keyCount` of which (0 or 1) are its argument, and
+    /// that it is known now.
+    template <std::size_t count>
+    void noteKnown(Question question, std::size_t keyCount,
+                   const std::array<std::int32_t, count>& words,
+                   KnownAnswer<count>& known) noexcept {
+        const std::lock_guard<BriefLock> lock(m_lock);
+        if (noteLocked(question, keyCount > 0 ? words[0] : 0, words.data() + keyCount,
+                       (count - keyCount) * sizeof(Tape::Word))) {
+            known.set(words);
+        }
+    }
+
+    /// Notes a modulation that was asked by a key, as that of the key and as the last one.
+    void noteByKey(Question question, Question last, const KnownAnswer<2>::Words& words,
+                   KnownAnswer<2>& known) noexcept;
+
+    void noteText(Question question, const std::string& text, KnownText& known) noexcept;
+
+    /// @param table at least `count` integers, in whole rows.
+    void notePmax(Question question, const int* table, int count) noexcept;
+
+    void noteRecords(const std::vector<FrameFormatRecord>& records) noexcept;
+
+    /// Reads the variables that the families with a calibration read.
+    void noteVariables() noexcept;
+
+    /// Notes that the service fetches its tables.
+    void start(bool isRefused) noexcept;
+
+    /// Notes a question that belongs to no request.
+    void noteOutside() noexcept;
+
+    /// Notes a request, and lets the trigger see it.
+    void request(const Tape::Word* words, std::size_t count, std::uint16_t doubt,
+                 const std::map<ModulationAndCoding, long>* powerMap) noexcept;
+
+    std::uint32_t changes() const { return m_changes.load(std::memory_order_relaxed); }
+
+    /// Copies what write() has to write.
+    /// @return false if there is nothing.
+    bool copyTo(Tape& tape) const noexcept;
+
+    bool arm(RecordingTrigger trigger);
+    bool isTriggered() const { return m_isTriggered.load(std::memory_order_acquire); }
+    std::size_t requestCount() const noexcept;
+    std::size_t size() const { return m_tape.size(); }
+    bool hasMemory() const { return m_tape.hasMemory(); }
+    RadioChannel channel() const { return m_channel; }
+
+private:
+    void pullTrigger(const Tape::Word* words,
+                     const std::map<ModulationAndCoding, long>* powerMap) noexcept;
+    void noteVariable(Question question, const char* name, bool isArray);
+
+    RadioChannel m_channel;
+    void (*m_requestMissed)(void*);
+    void* m_owner;
+    mutable BriefLock m_lock;
+    Tape m_tape;
+    std::atomic<std::uint32_t> m_changes{0};
+    std::atomic<bool> m_isArmed{false};
+    std::atomic<bool> m_isTriggered{false};
+    std::unique_ptr<Tape> m_kept; ///< of the trigger
+    RecordingTrigger m_trigger;
+    std::array<char, 64> m_arrayName{};
+    std::array<char, 64> m_sizeName{};
+};
+
+/// A request from its beginning to its end; without an end it has thrown.
+class RequestScope {
+public:
+    RequestScope(Recording& recording, Call call)
+        : m_call(call)
+        , m_this{&recording, RequestUnderWay::ofThread, RequestUnderWay::asked, recording.changes(),
+                 0} {
+        RequestUnderWay::ofThread = &m_this;
+        RequestUnderWay::asked = 0;
+    }
+
+    ~RequestScope() {
+        if (!m_hasEnded) {
+            const Tape::Word words[] = {static_cast<Tape::Word>(m_call), 0, 0, 0};
+            leave();
+            m_this.recording->request(words, 4, Doubt::threw, nullptr);
+        }
+    }
+
+    RequestScope(const RequestScope&) = delete;
+    RequestScope& operator=(const RequestScope&) = delete;
+
+    /// A number as a word of the recording.
+    template <class Number>
+    Tape::Word word(Number number) {
+        if constexpr (sizeof(Number) > sizeof(Tape::Word)) {
+            const auto narrow = static_cast<Tape::Word>(number);
+            if (static_cast<Number>(narrow) != number &&
+                static_cast<Number>(static_cast<std::uint32_t>(narrow)) != number) {
+                m_this.doubt |= Doubt::tooWide;
+            }
+        }
+        return static_cast<Tape::Word>(number);
+    }
+
+    void doubt(std::uint16_t what) { m_this.doubt |= what; }
+
+    void end(const Tape::Word* words, std::size_t count,
+             const std::map<ModulationAndCoding, long>* powerMap = nullptr) {
+        leave();
+        if (m_this.recording->changes() != m_this.changesExpected) {
+            m_this.doubt |= Doubt::changedMeanwhile;
+        }
+        m_this.recording->request(words, count, m_this.doubt, powerMap);
+    }
+
+private:
+    void leave() {
+        m_hasEnded = true;
+        RequestUnderWay::ofThread = m_this.outer;
+        RequestUnderWay::asked = m_this.askedByOuter;
+    }
+
+    Call m_call;
+    bool m_hasEnded = false;
+    RequestUnderWay m_this;
+};
+
+template <class Element, class ToWord>
+void Recording::noteList(Question question, std::int32_t argument, const Element* elements,
+                         std::size_t count, ToWord toWord) noexcept {
+    const std::lock_guard<BriefLock> lock(m_lock);
+    // Longer lists have no place in a radio file.
+    constexpr std::size_t mostElements = 256;
+    Tape::Word* const words = m_tape.scratch(count <= mostElements ? count + 1 : ~std::size_t{0});
+    if (words == nullptr) {
+        return;
+    }
+    words[0] = static_cast<Tape::Word>(Shape::Value);
+    for (std::size_t index = 0; index < count; ++index) {
+        words[index + 1] = toWord(elements[index]);
+    }
+    noteLocked(question, argument, words, (count + 1) * sizeof(Tape::Word));
+}
