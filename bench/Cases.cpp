@@ -2,11 +2,14 @@
 
 #include "BenchPlatform.h"
 #include "CalculatorKamV2.h"
+#include "InterfaceBroker.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace {
+
+constexpr std::size_t recorderSize = 8192;
 
 struct Family {
     const char* name;
@@ -70,7 +73,7 @@ void askOther(OutputPowerCalculator& service, const Case& measured, QueryAnswer&
     }
 }
 
-unsigned askArray(OutputPowerCalculator& service, const Case& measured, QueryAnswer& answer) {
+unsigned askArray(IOutputPowerCalculator& service, const Case& measured, QueryAnswer& answer) {
     return service.getMinMaxOutputPowerVsModulationArray(
         measured.frameFormatId, {ModulationAndCoding::UNDEFINED}, {ModulationAndCoding::UNDEFINED},
         EReferenceSEC::UNDEFINED, answer.first, answer.powerMap);
@@ -84,6 +87,31 @@ template <class Answers>
 int askArray(const LimitBy<Answers>& way, const Case& measured, QueryAnswer& answer) {
     return way.getMinMaxOutputPowerVsModulationArray(measured.frameFormatId, answer.first,
                                                      answer.powerMap);
+}
+
+/// Adds what a node asks while a flight recorder is attached and nothing changes.
+void addRecorded(std::vector<Case>& cases) {
+    const auto add = [&cases](const char* name, const Scenario& scenario, Query query) -> Case& {
+        cases.push_back(caseOf(std::string("recorded/") + name, scenario, query));
+        cases.back().isRecorded = true;
+        return cases.back();
+    };
+    const Scenario outdoor = scenarioOf("outdoor1", "QZT 846 57", 39);
+    const Scenario radioUnit = scenarioOf("newer-radio-unit", "QZT 860 13", 36, 6);
+    Scenario limited = radioUnit;
+    limited.isLimitedByProfile = true;
+    limited.radioMaximum = Modulation::QAM1024;
+    add("outdoor1/fixed", outdoor, Query::PowerCapabilities);
+    add("outdoor1/adaptive", outdoor, Query::AdmodPowerCapabilities);
+    add("outdoor1/unrestricted", outdoor, Query::UnrestrictedPmax);
+    add("outdoor1/pmin-pmax", outdoor, Query::FindPminPmax);
+    add("outdoor1/array-of-39", outdoor, Query::Array);
+    add("outdoor1/array/by-id", outdoor, Query::Array).frameFormatId = 1;
+    add("newer-radio-unit/fixed", radioUnit, Query::PowerCapabilities);
+    add("newer-radio-unit/adaptive", radioUnit, Query::AdmodPowerCapabilities);
+    add("newer-radio-unit/unrestricted", radioUnit, Query::UnrestrictedPmax);
+    add("newer-radio-unit/array-of-36", radioUnit, Query::Array);
+    add("limited/adaptive", limited, Query::AdmodPowerCapabilities);
 }
 
 } // namespace
@@ -119,6 +147,7 @@ void ask(Computing& way, const Case& measured, QueryAnswer& answer) {
     }
 }
 
+template void ask(IOutputPowerCalculator&, const Case&, QueryAnswer&);
 template void ask(OutputPowerCalculator&, const Case&, QueryAnswer&);
 template void ask(const PlainWay&, const Case&, QueryAnswer&);
 template void ask(const FairLimit&, const Case&, QueryAnswer&);
@@ -217,6 +246,7 @@ std::vector<Case> allCases() {
         add(std::string("product/") + name, scenarioOf("product", productNumber),
             Query::UnrestrictedPmax);
     }
+    addRecorded(cases);
     const Scenario any = scenarioOf("any", "");
     add("setPowerCutback", any, Query::SetPowerCutback);
     add("setTemporaryPowerCutback", any, Query::SetTemporaryPowerCutback);
@@ -246,12 +276,25 @@ PreparedCase::PreparedCase(const Case& measured)
     , m_fairLimit(m_node, m_case.scenario)
     , m_bareLimit(m_node, m_case.scenario) {
     BenchPlatform::setTraceLevel(0);
-    m_service.initialize();
-    m_service.setPowerCutback(m_case.scenario.cutback);
-    m_service.setBoosterPresence(m_case.scenario.boosterPresence, m_case.scenario.boosterGain,
-                                 m_case.scenario.boosterMaxInputPower,
-                                 m_case.scenario.boosterMaxModulation);
+    start(m_service);
+    if (m_case.isRecorded) {
+        m_recorder.emplace(1, recorderSize);
+        m_recorder->attach();
+        m_recordedService.emplace(1);
+        start(*m_recordedService);
+        m_recorder->attach();
+        m_recorded = InterfaceBroker::getInstance().getInterface<IOutputPowerCalculator>(
+            IOutputPowerCalculator::interfaceName(1));
+    }
     BenchPlatform::setTraceLevel(m_case.traceLevel);
+}
+
+void PreparedCase::start(OutputPowerCalculator& service) const {
+    service.initialize();
+    service.setPowerCutback(m_case.scenario.cutback);
+    service.setBoosterPresence(m_case.scenario.boosterPresence, m_case.scenario.boosterGain,
+                               m_case.scenario.boosterMaxInputPower,
+                               m_case.scenario.boosterMaxModulation);
 }
 
 PreparedCase::~PreparedCase() {
@@ -259,6 +302,9 @@ PreparedCase::~PreparedCase() {
 }
 
 std::vector<Way> PreparedCase::ways() const {
+    if (m_case.isRecorded) {
+        return {Way::Library, Way::Fair};
+    }
     std::vector<Way> ways = {Way::Library};
     if (m_case.hasPlainWay()) {
         ways.push_back(Way::Plain);
@@ -271,6 +317,10 @@ std::vector<Way> PreparedCase::ways() const {
 
 void PreparedCase::askIn(Way way) {
     QueryAnswer& answer = m_answers[static_cast<std::size_t>(way)];
+    if (m_case.isRecorded) {
+        ask(way == Way::Library ? *m_recorded : m_service, m_case, answer);
+        return;
+    }
     switch (way) {
     case Way::Library:
         ask(m_service, m_case, answer);
@@ -288,7 +338,11 @@ void PreparedCase::askIn(Way way) {
 }
 
 void PreparedCase::warmUp(Way way) {
-    askIn(way);
+    // A recorder in the field is full: each request makes the oldest one part of the state.
+    const std::size_t times = m_case.isRecorded ? recorderSize / 16 : 1;
+    for (std::size_t time = 0; time < times; ++time) {
+        askIn(way);
+    }
     if (m_case.isMapFresh) {
         m_answers[static_cast<std::size_t>(way)].powerMap.clear();
     }

@@ -3,10 +3,12 @@
 #include "Limit.h"
 #include "OutputPowerCalculator.h"
 #include "PlainWay.h"
+#include "RadioFileRecorder.h"
 #include "Scenario.h"
 
 #include <array>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -46,6 +48,7 @@ struct Case {
     int traceLevel = 3; ///< threshold; 3 is what a node's trace objects begin with
     bool isMapFresh = false;
     bool isTroubled = false; ///< something is traced at threshold 3
+    bool isRecorded = false; ///< with the flight recorder; its limit is the query without it
 
     bool isArrayById() const { return query == Query::Array && frameFormatId > 0; }
 
@@ -56,7 +59,7 @@ struct Case {
 
     /// Whether the plain way does as well.
     bool hasPlainWay() const {
-        return hasLimits() && !isArrayById() && !scenario.isLimitedByProfile;
+        return hasLimits() && !isArrayById() && !scenario.isLimitedByProfile && !isRecorded;
     }
 };
 
@@ -79,6 +82,7 @@ struct QueryAnswer {
 template <class Computing>
 __attribute__((noinline)) void ask(Computing& way, const Case& measured, QueryAnswer& answer);
 
+extern template void ask(IOutputPowerCalculator&, const Case&, QueryAnswer&);
 extern template void ask(OutputPowerCalculator&, const Case&, QueryAnswer&);
 extern template void ask(const PlainWay&, const Case&, QueryAnswer&);
 extern template void ask(const FairLimit&, const Case&, QueryAnswer&);
@@ -105,11 +109,16 @@ public:
     bool isAgreed() const;
 
 private:
+    void start(OutputPowerCalculator& service) const;
+
     Case m_case;
     BenchNode m_node;
     OutputPowerCalculator m_service;
     PlainWay m_plainWay;
     FairLimit m_fairLimit;
     BareLimit m_bareLimit;
-    std::array<QueryAnswer, 4> m_answers; ///< by way
+    std::optional<RadioFileRecorder> m_recorder;
+    std::optional<OutputPowerCalculator> m_recordedService;
+    IOutputPowerCalculator* m_recorded = nullptr; ///< before the service
+    std::array<QueryAnswer, 4> m_answers;         ///< by way
 };

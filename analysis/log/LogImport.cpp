@@ -1,6 +1,8 @@
 #include "LogImport.h"
 
+#include "CallCheck.h"
 #include "ModulationAndCoding.h"
+#include "OneLine.h"
 #include "QueryTrace.h"
 #include "TextForms.h"
 #include "TraceText.h"
@@ -15,6 +17,8 @@ using Json = LogImport::Json;
 using TraceText::isEntryOf;
 using TraceText::numberBehind;
 using TraceText::valueBehind;
+
+constexpr std::size_t mostNamed = 20; ///< calls that are not in the file
 
 constexpr const char* arrayQuery = "getMinMaxOutputPowerVsModulationArray";
 
@@ -84,11 +88,81 @@ std::optional<std::int32_t> messageOf(const LoggedCall& call, const char* beginn
 } // namespace
 
 void LogImport::read(const LoggedCall& call) {
-    if (call.name.empty()) {
-        noteOnce("traces before line " + std::to_string(call.line) +
-                 " belong to a call that the log does not show");
+    Process& process = m_processes[call.process];
+    process.inputs.follow(call);
+    const std::string trouble = whyIncomplete(call, process);
+    if (!isWanted(call, process)) {
+        ++m_ofOthers;
         return;
     }
+    if (call.isBehindGap) {
+        noteOnce("calls may be missing before line " + std::to_string(call.line) +
+                 ", where the log has a line that cannot be read");
+    }
+    if (trouble.empty()) {
+        take(call);
+    } else {
+        leaveOut(call, trouble);
+    }
+}
+
+bool LogImport::isWanted(const LoggedCall& call, Process& process) {
+    const auto channel = process.inputs.channel();
+    if (channel) {
+        process.channels.insert(*channel);
+    }
+    if (!m_source.includes(call, process.inputs)) {
+        return false;
+    }
+    process.isTaken = true;
+    if (channel) {
+        m_channels.insert(*channel);
+    }
+    return true;
+}
+
+std::string LogImport::whyIncomplete(const LoggedCall& call, Process& process) {
+    const CallCheck check = CallCheck::of(call);
+    const std::size_t brokenOff =
+        std::exchange(process.brokenOff, check.endsAtItsEnd ? 0 : call.line);
+    if (!check.isWhole()) {
+        return check.trouble;
+    }
+    return brokenOff != 0 && call.answer.is_null()
+               ? "the call before, line " + std::to_string(brokenOff) +
+                     ", breaks off, and its lines may stand among these"
+               : "";
+}
+
+void LogImport::leaveOut(const LoggedCall& call, const std::string& trouble) {
+    if (++m_incomplete <= mostNamed) {
+        noteOnce("line " + std::to_string(call.line) + ": " +
+                 (call.name.empty() ? "a call without its beginning" : oneLine(call.name)) +
+                 " is not in the file: " + trouble);
+    }
+    if (m_incomplete == 1) {
+        noteOnce(
+            "an operating input that was set in a missing line is not in the file: from line " +
+            std::to_string(call.line) + " on, figures that hold a cutback may be off by it");
+    }
+}
+
+std::string LogImport::mixture() const {
+    std::string processes;
+    std::size_t count = 0;
+    for (const auto& [name, process] : m_processes) {
+        if (process.isTaken) {
+            processes += (count++ == 0 ? "" : ", ") + (name.empty() ? "(no name)" : inQuotes(name));
+        }
+    }
+    if (count > 1) {
+        return "calls of " + std::to_string(count) + " processes, " + processes +
+               "; choose one with --process";
+    }
+    return m_channels.size() > 1 ? "services of several channels; choose one with --channel" : "";
+}
+
+void LogImport::take(const LoggedCall& call) {
     for (const TraceRecord& record : call.records) {
         if (const auto channel = numberBehind(record.text, " for channel ")) {
             m_channel = static_cast<std::uint32_t>(*channel);
@@ -662,6 +736,23 @@ std::vector<std::string> LogImport::notes() const {
     std::vector<std::string> notes{"Imported from a log. It holds what the library reported of a "
                                    "node, and no other data."};
     notes.insert(notes.end(), m_notes.begin(), m_notes.end());
+    if (m_ofOthers > 0) {
+        notes.push_back(std::to_string(m_ofOthers) +
+                        " calls of other services in the log, or of an unknown one, are not in "
+                        "the file");
+    }
+    for (const auto& [name, process] : m_processes) {
+        if (process.isTaken && process.channels.size() > 1) {
+            notes.emplace_back(
+                "services of several channels start in one process, whose traces do "
+                "not tell them apart: each call counts as the last one's that started");
+            break;
+        }
+    }
+    if (m_incomplete > mostNamed) {
+        notes.push_back(std::to_string(m_incomplete - mostNamed) +
+                        " more calls are not in the file because lines of them are missing");
+    }
     notes.emplace_back("the minimum power is told with its offset; the file has it as an offset");
     if (!untold.empty()) {
         std::string note = "The log does not tell, so these values are not the node's:";

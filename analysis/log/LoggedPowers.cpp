@@ -7,7 +7,6 @@
 #include "Waterfall.h"
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 namespace {
@@ -225,21 +224,6 @@ LoggedPowers tellConfirmed(const LoggedCall& call, const LoggedInputs& inputs,
     return powers;
 }
 
-/// Whether a part of a text is the pattern, in which * is anything.
-bool contains(std::string_view text, std::string_view pattern) {
-    std::size_t place = 0;
-    while (!pattern.empty()) {
-        const std::size_t star = std::min(pattern.find('*'), pattern.size());
-        place = text.find(pattern.substr(0, star), place);
-        if (place == std::string_view::npos) {
-            return false;
-        }
-        place += star;
-        pattern.remove_prefix(std::min(star + 1, pattern.size()));
-    }
-    return true;
-}
-
 } // namespace
 
 LoggedPowers LoggedPowers::asTold(const LoggedCall& call, const LoggedInputs& inputs) {
@@ -278,8 +262,7 @@ LoggedQueries::LoggedQueries(Choice choice, Sink sink)
 bool LoggedQueries::isChosen(const LoggedCall& call, const Process& process) {
     m_isSince =
         m_isSince || m_choice.since.empty() || (!call.time.empty() && call.time >= m_choice.since);
-    return m_isSince && (!m_choice.channel || process.inputs.channel() == m_choice.channel) &&
-           contains(call.process, m_choice.process) &&
+    return m_isSince && m_choice.source.includes(call, process.inputs) &&
            (!m_choice.query || *m_choice.query == m_found);
 }
 

@@ -47,8 +47,7 @@ struct LoggedPowers {
 class LoggedQueries {
 public:
     struct Choice {
-        std::optional<std::int64_t> channel; ///< of the service; nothing: all
-        std::string process = {};            ///< a part of the process's words, with * for anything
+        LogSource source = {};
         std::string since = {}; ///< of the time of the first trace; empty: from the beginning
         std::optional<std::size_t> query = {}; ///< its number; nothing: all
         OperatingInputs inputs = {};           ///< hold whatever the log says

@@ -79,6 +79,21 @@ std::size_t sizeOf(const TraceRecord& record) {
     return record.file.size() + record.function.size() + record.text.size();
 }
 
+/// Whether a part of a text is the pattern, in which * is anything.
+bool contains(std::string_view text, std::string_view pattern) {
+    std::size_t place = 0;
+    while (!pattern.empty()) {
+        const std::size_t star = std::min(pattern.find('*'), pattern.size());
+        place = text.find(pattern.substr(0, star), place);
+        if (place == std::string_view::npos) {
+            return false;
+        }
+        place += star;
+        pattern.remove_prefix(std::min(star + 1, pattern.size()));
+    }
+    return true;
+}
+
 /// The last words before a place, split at blanks.
 std::string_view wordBefore(std::string_view text, std::size_t end) {
     const std::size_t blank = text.substr(0, end).find_last_of(" \t");
@@ -399,4 +414,8 @@ std::optional<ExplanationContext::Booster> LoggedInputs::booster() const {
         return given;
     }
     return m_booster;
+}
+
+bool LogSource::includes(const LoggedCall& call, const LoggedInputs& inputs) const {
+    return (!channel || inputs.channel() == channel) && contains(call.process, process);
 }

@@ -165,3 +165,12 @@ private:
     std::optional<std::int64_t> m_channel;
     OperatingInputs m_fixed;
 };
+
+/// Whose calls of a log are wanted.
+struct LogSource {
+    std::optional<std::int64_t> channel; ///< of the service; nothing: all
+    std::string process = {};            ///< a part of the process's words, with * for anything
+
+    /// @param inputs of the call's process, which know the channel of its service.
+    bool includes(const LoggedCall& call, const LoggedInputs& inputs) const;
+};

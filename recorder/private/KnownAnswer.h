@@ -51,8 +51,8 @@ public:
     bool is(const std::string& text) const {
         const std::uint32_t version = m_version.load(std::memory_order_acquire);
         const std::size_t length = text.size();
-        if (version == 0 || version % 2 != 0 ||
-            m_length.load(std::memory_order_acquire) != length) {
+        // Without a known text the length is 0, and no text that is compared has that.
+        if (m_length.load(std::memory_order_acquire) != length || length == 0 || version % 2 != 0) {
             return false;
         }
         const char* const characters = text.data();
@@ -86,7 +86,12 @@ public:
         m_version.store((version | 1) + 1, std::memory_order_release);
     }
 
-    void forget() { m_version.store(0, std::memory_order_release); }
+    void forget() {
+        const std::uint32_t version = m_version.load(std::memory_order_relaxed);
+        m_version.store(version | 1, std::memory_order_relaxed);
+        m_length.store(0, std::memory_order_release);
+        m_version.store((version | 1) + 1, std::memory_order_release);
+    }
 
 private:
     using Word = std::size_t;

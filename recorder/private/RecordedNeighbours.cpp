@@ -7,11 +7,6 @@ namespace {
 
 using Word = Tape::Word;
 
-template <class Value>
-Word wordOf(Value value) {
-    return static_cast<Word>(value);
-}
-
 /// A functor, so that a list of codes is copied without a call for each.
 constexpr auto codeOf = [](const ModulationAndCoding& modulationAndCode) {
     return modulationAndCode.code;
@@ -41,27 +36,27 @@ void noteAnswer(Recording& recording, Question question, long argument, unsigned
 
 std::string RecordedCapabilityHandler::getTmuHwProductNumber() const {
     std::string number = m_real.getTmuHwProductNumber();
-    Recording* const recording = this->recording();
-    if (recording == nullptr) {
-        return number;
-    }
     constexpr std::uint32_t bit = Recording::bitOf(Question::ProductNumber);
-    const bool isFirst = (RequestUnderWay::asked & bit) == 0;
-    if (!m_productNumber.is(number)) {
-        noteProductNumber(*recording, number);
-    }
-    RequestUnderWay::asked |= bit;
-    if (isFirst) {
-        // A query chooses the family for the calibration first, and then reads that.
-        recording->noteVariables();
+    if ((RequestUnderWay::asked & bit) == 0 || !m_productNumber.is(number)) {
+        noteProductNumber(number);
     }
     return number;
 }
 
-void RecordedCapabilityHandler::noteProductNumber(Recording& recording,
-                                                  const std::string& number) const {
-    if (recording.isAsking()) {
-        recording.noteText(Question::ProductNumber, number, m_productNumber);
+void RecordedCapabilityHandler::noteProductNumber(const std::string& number) const {
+    Recording* const recording = this->recording();
+    if (recording == nullptr) {
+        return;
+    }
+    if (recording->isAsking() && !m_productNumber.is(number)) {
+        recording->noteText(Question::ProductNumber, number, m_productNumber);
+    }
+    constexpr std::uint32_t bit = Recording::bitOf(Question::ProductNumber);
+    const bool isFirst = (RequestUnderWay::asked & bit) == 0;
+    RequestUnderWay::asked |= bit;
+    if (isFirst) {
+        // A query chooses the family for the calibration first, and then reads that.
+        recording->noteVariables();
     }
 }
 

@@ -55,7 +55,7 @@ public:
 private:
     friend class Decorators<ICapabilityHandler, RecordedCapabilityHandler>;
     void forget() override;
-    void noteProductNumber(Recording& recording, const std::string& number) const;
+    __attribute__((noinline)) void noteProductNumber(const std::string& number) const;
     void notePmax(Question question, unsigned result, const int* const* table,
                   const int* const* count, const int* tableBefore, const int* countBefore) const;
     void noteByKey(Question question, Question last, std::int32_t key, Modulation modulation,

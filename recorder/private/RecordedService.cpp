@@ -6,11 +6,6 @@ namespace {
 
 using Word = Tape::Word;
 
-template <class Value>
-Word wordOf(Value value) {
-    return static_cast<Word>(value);
-}
-
 /// Entries of power maps before and after a query, together: every code twice, and some.
 constexpr std::size_t mostEntries = 128;
 
@@ -39,16 +34,25 @@ unsigned RecordedService::getMinMaxOutputPowerVsModulationArray(
     std::array<Word, fixed + 2 * mostEntries> words;
     std::size_t count = fixed;
     const auto addMap = [&] {
-        const std::size_t start = count;
-        for (const auto& [code, power] : powerMap) {
-            if (count + 2 > words.size()) {
-                scope.doubt(Doubt::longMap);
-                break;
-            }
-            words[count++] = code.code;
-            words[count++] = scope.word(power);
+        const std::size_t room = (words.size() - count) / 2;
+        std::size_t entries = powerMap.size();
+        if (entries > room) {
+            scope.doubt(Doubt::longMap);
+            entries = room;
         }
-        return wordOf((count - start) / 2);
+        Word* at = words.data() + count;
+        count += 2 * entries;
+        auto entry = powerMap.begin();
+        bool isTooWide = false;
+        for (std::size_t left = entries; left > 0; --left, ++entry) {
+            *at++ = entry->first.code;
+            *at++ = wordOf(entry->second);
+            isTooWide |= RequestScope::isTooWide(entry->second);
+        }
+        if (isTooWide) {
+            scope.doubt(Doubt::tooWide);
+        }
+        return wordOf(entries);
     };
     words[0] = wordOf(Call::GetMinMaxOutputPowerVsModulationArray);
     words[2] = scope.word(minOutputPower);

@@ -125,21 +125,43 @@ void Recording::noteVariables() noexcept {
     if (!isAsking()) {
         return;
     }
+    const void* array = nullptr;
+    const void* size = nullptr;
+    std::uint32_t count = 1;
+    std::uint32_t arrayStatus = 0;
+    std::uint32_t sizeStatus = 0;
+    bool hasThrown = false;
     try {
-        noteVariable(Question::CompensationArray, m_arrayName.data(), true);
-        noteVariable(Question::CompensationSize, m_sizeName.data(), false);
+        arrayStatus =
+            CStorageManager_GetVariableContentAddressByName(m_arrayName.data(), &array, &count);
+        sizeStatus =
+            CStorageManager_GetVariableContentAddressByName(m_sizeName.data(), &size, nullptr);
     } catch (...) {
         // A store that is out of memory for the recorder may have some for the service.
-        const std::lock_guard<BriefLock> lock(m_lock);
+        hasThrown = true;
+    }
+    const std::lock_guard<BriefLock> lock(m_lock);
+    if (hasThrown) {
         ++m_tape.losses().answersLost;
+        return;
+    }
+    if (!isVariableNow(Question::CompensationArray, arrayStatus, array, count)) {
+        noteVariable(Question::CompensationArray, arrayStatus, array, count);
+    }
+    if (!isVariableNow(Question::CompensationSize, sizeStatus, size, 1)) {
+        noteVariable(Question::CompensationSize, sizeStatus, size, 1);
     }
 }
 
-void Recording::noteVariable(Question question, const char* name, bool isArray) {
-    const void* address = nullptr;
-    std::uint32_t count = 1;
-    const std::uint32_t status =
-        CStorageManager_GetVariableContentAddressByName(name, &address, isArray ? &count : nullptr);
+bool Recording::isVariableNow(Question question, std::uint32_t status, const void* address,
+                              std::uint32_t count) noexcept {
+    const Tape::Slot* const slot = m_tape.slotOf(question, 0);
+    return slot != nullptr && address != nullptr && !ResultCode::isFailure(status) &&
+           m_tape.isNow(*slot, wordOf(Shape::Value), address, count * sizeof(Tape::Word));
+}
+
+void Recording::noteVariable(Question question, std::uint32_t status, const void* address,
+                             std::uint32_t count) noexcept {
     Shape shape = Shape::Value;
     if (ResultCode::isFailure(status)) {
         shape = Shape::ResultOnly;
@@ -148,10 +170,8 @@ void Recording::noteVariable(Question question, const char* name, bool isArray) 
         shape = Shape::NoAddress;
         count = 0;
     }
-    const auto first = static_cast<Tape::Word>(shape);
+    const Tape::Word first = wordOf(shape);
     const std::size_t length = count * sizeof(Tape::Word);
-
-    const std::lock_guard<BriefLock> lock(m_lock);
     Tape::Slot* const slot = m_tape.slotOf(question, 0);
     if (slot == nullptr || m_tape.isNow(*slot, first, address, length)) {
         return;

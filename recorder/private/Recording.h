@@ -117,7 +117,10 @@ public:
 private:
     void pullTrigger(const Tape::Word* words,
                      const std::map<ModulationAndCoding, long>* powerMap) noexcept;
-    void noteVariable(Question question, const char* name, bool isArray);
+    bool isVariableNow(Question question, std::uint32_t status, const void* address,
+                       std::uint32_t count) noexcept;
+    void noteVariable(Question question, std::uint32_t status, const void* address,
+                      std::uint32_t count) noexcept;
 
     RadioChannel m_channel;
     void (*m_requestMissed)(void*);
@@ -155,15 +158,19 @@ public:
     RequestScope(const RequestScope&) = delete;
     RequestScope& operator=(const RequestScope&) = delete;
 
+    /// Whether a number is not one that 32 bits hold, with a sign or without.
+    template <class Number>
+    static bool isTooWide(Number number) {
+        constexpr std::uint64_t half = std::uint64_t{1} << 31;
+        return sizeof(Number) > sizeof(Tape::Word) &&
+               static_cast<std::uint64_t>(number) + half >= 3 * half;
+    }
+
     /// A number as a word of the recording.
     template <class Number>
     Tape::Word word(Number number) {
-        if constexpr (sizeof(Number) > sizeof(Tape::Word)) {
-            const auto narrow = static_cast<Tape::Word>(number);
-            if (static_cast<Number>(narrow) != number &&
-                static_cast<Number>(static_cast<std::uint32_t>(narrow)) != number) {
-                m_this.doubt |= Doubt::tooWide;
-            }
+        if (isTooWide(number)) {
+            m_this.doubt |= Doubt::tooWide;
         }
         return static_cast<Tape::Word>(number);
     }
@@ -195,6 +202,10 @@ template <class Element, class ToWord>
 void Recording::noteList(Question question, std::int32_t argument, const Element* elements,
                          std::size_t count, ToWord toWord) noexcept {
     const std::lock_guard<BriefLock> lock(m_lock);
+    Tape::Slot* const slot = m_tape.slotOf(question, argument);
+    if (slot == nullptr || m_tape.isListNow(*slot, elements, count, toWord)) {
+        return;
+    }
     // Longer lists have no place in a radio file.
     constexpr std::size_t mostElements = 256;
     Tape::Word* const words = m_tape.scratch(count <= mostElements ? count + 1 : ~std::size_t{0});

@@ -94,13 +94,10 @@ void Tape::copyFrom(const Tape& other) noexcept {
     }
 }
 
-Tape::Slot* Tape::slotOf(Question question, std::int32_t argument) noexcept {
+Tape::Slot* Tape::findSlot(Question question, std::int32_t argument) noexcept {
     Head& parts = head();
     std::uint16_t& last = parts.slotOfQuestion[static_cast<std::size_t>(question)];
     Slot* const all = slots();
-    if (last > 0 && all[last - 1].argument == argument) {
-        return &all[last - 1];
-    }
     if (last > 0) {
         for (std::uint32_t index = 0; index < parts.slotCount; ++index) {
             if (all[index].question == question && all[index].argument == argument) {
@@ -122,12 +119,6 @@ bool Tape::holds(std::uint32_t id, const void* bytes, std::size_t length) const 
     const Value& known = value(id);
     return known.users > 0 && known.length == length &&
            (length == 0 || std::memcmp(pool() + known.place, bytes, length) == 0);
-}
-
-bool Tape::isNow(const Slot& slot, Word first, const void* rest, std::size_t length) const {
-    return slot.now != none && lengthOf(slot.now) == sizeof(Word) + length &&
-           wordsOf(slot.now)[0] == first &&
-           (length == 0 || std::memcmp(wordsOf(slot.now) + 1, rest, length) == 0);
 }
 
 bool Tape::answer(Slot& slot, const void* bytes, std::size_t length, bool isCounted) noexcept {
@@ -153,38 +144,16 @@ bool Tape::answer(Slot& slot, const void* bytes, std::size_t length, bool isCoun
     return true;
 }
 
-void Tape::request(const Word* words, std::size_t count, std::uint16_t doubt) noexcept {
-    Head& parts = head();
-    const auto begin = static_cast<std::uint32_t>(words[0] * 5 ^ words[3] ^ (words[3] >> 5));
-    std::uint32_t& recent = parts.recent[begin & 15];
-    const std::size_t length = count * sizeof(Word);
-    if (!holdsWords(recent, words, count)) {
-        const std::uint32_t id = intern(words, length);
-        if (id == none) {
-            ++parts.losses.requestsLost;
-            return;
-        }
-        recent = id;
+void Tape::requestNew(const Word* words, std::size_t count, std::uint16_t doubt,
+                      std::uint32_t& recent) noexcept {
+    const std::uint32_t id = intern(words, count * sizeof(Word));
+    if (id == none) {
+        ++head().losses.requestsLost;
+        return;
     }
-    ++value(recent).users;
-    push({Step::request, doubt, recent});
-}
-
-/// As holds(), for the few words of most requests.
-bool Tape::holdsWords(std::uint32_t id, const Word* words, std::size_t count) const {
-    const Value& known = value(id);
-    if (known.users == 0 || known.length != count * sizeof(Word)) {
-        return false;
-    }
-    const auto* const held = at<const Word>(head().poolAt + known.place);
-    if (count > 16) {
-        return std::memcmp(held, words, known.length) == 0;
-    }
-    Word difference = 0;
-    for (std::size_t index = 0; index < count; ++index) {
-        difference |= held[index] ^ words[index];
-    }
-    return difference == 0;
+    recent = id;
+    ++value(id).users;
+    push({Step::request, doubt, id});
 }
 
 void Tape::start(bool isRefused) noexcept {
@@ -230,19 +199,6 @@ const Tape::Word* Tape::wordsOf(std::uint32_t id) const {
 
 std::uint32_t Tape::lengthOf(std::uint32_t id) const {
     return value(id).length;
-}
-
-void Tape::push(const Step& step) noexcept {
-    Head& parts = head();
-    if (parts.stepCount == parts.stepCapacity) {
-        fold();
-    }
-    std::uint32_t place = parts.firstStep + parts.stepCount;
-    if (place >= parts.stepCapacity) {
-        place -= parts.stepCapacity;
-    }
-    at<Step>(parts.stepsAt)[place] = step;
-    ++parts.stepCount;
 }
 
 void Tape::fold() noexcept {

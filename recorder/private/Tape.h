@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 
 /// What a neighbour, the store or the board was asked. Some questions have an argument.
@@ -160,6 +161,11 @@ public:
     /// Whether the answer of a slot is this word and what follows it.
     bool isNow(const Slot& slot, Word first, const void* rest, std::size_t length) const;
 
+    /// Likewise a list, behind the word of a value.
+    template <class Element, class ToWord>
+    bool isListNow(const Slot& slot, const Element* elements, std::size_t count,
+                   ToWord toWord) const;
+
     /// Notes a request.
     void request(const Word* words, std::size_t count, std::uint16_t doubt) noexcept;
 
@@ -224,7 +230,9 @@ private:
     std::uint32_t intern(const void* bytes, std::size_t length) noexcept;
     std::uint32_t takeRoom(std::size_t length) noexcept;
     void compact() noexcept;
-    bool holdsWords(std::uint32_t id, const Word* words, std::size_t count) const;
+    Slot* findSlot(Question question, std::int32_t argument) noexcept;
+    void requestNew(const Word* words, std::size_t count, std::uint16_t doubt,
+                    std::uint32_t& recent) noexcept;
     void release(std::uint32_t id) noexcept;
     void end(std::uint32_t id) noexcept;
     void foldInput(Call call, const Word* words) noexcept;
@@ -234,3 +242,67 @@ private:
     std::size_t m_size;
     std::unique_ptr<unsigned char[]> m_block;
 };
+
+// What every request does, so that it costs no calls.
+
+/// A value as a word of the recording.
+template <class Value>
+constexpr Tape::Word wordOf(Value value) {
+    return static_cast<Tape::Word>(value);
+}
+
+inline Tape::Slot* Tape::slotOf(Question question, std::int32_t argument) noexcept {
+    const std::uint16_t last = head().slotOfQuestion[static_cast<std::size_t>(question)];
+    return last > 0 && slots()[last - 1].argument == argument ? &slots()[last - 1]
+                                                              : findSlot(question, argument);
+}
+
+inline bool Tape::isNow(const Slot& slot, Word first, const void* rest, std::size_t length) const {
+    const Value& known = value(slot.now);
+    const auto* const words = at<const Word>(head().poolAt + known.place);
+    // Value 0, of no answer, has no bytes.
+    return known.length == sizeof(Word) + length && words[0] == first &&
+           (length == 0 || std::memcmp(words + 1, rest, length) == 0);
+}
+
+template <class Element, class ToWord>
+bool Tape::isListNow(const Slot& slot, const Element* elements, std::size_t count,
+                     ToWord toWord) const {
+    const Value& known = value(slot.now);
+    const auto* const words = at<const Word>(head().poolAt + known.place);
+    if (known.length != (count + 1) * sizeof(Word) || words[0] != wordOf(Shape::Value)) {
+        return false;
+    }
+    Word difference = 0;
+    for (std::size_t index = 0; index < count; ++index) {
+        difference |= words[index + 1] ^ toWord(elements[index]);
+    }
+    return difference == 0;
+}
+
+inline void Tape::request(const Word* words, std::size_t count, std::uint16_t doubt) noexcept {
+    Head& parts = head();
+    const auto begin = static_cast<std::uint32_t>(words[0] * 5 ^ words[3] ^ (words[3] >> 5));
+    std::uint32_t& recent = parts.recent[begin & 15];
+    Value& known = value(recent);
+    if (known.users == 0 || known.length != count * sizeof(Word) ||
+        std::memcmp(pool() + known.place, words, known.length) != 0) {
+        requestNew(words, count, doubt, recent);
+        return;
+    }
+    ++known.users;
+    push({Step::request, doubt, recent});
+}
+
+inline void Tape::push(const Step& step) noexcept {
+    Head& parts = head();
+    if (parts.stepCount == parts.stepCapacity) {
+        fold();
+    }
+    std::uint32_t place = parts.firstStep + parts.stepCount;
+    if (place >= parts.stepCapacity) {
+        place -= parts.stepCapacity;
+    }
+    at<Step>(parts.stepsAt)[place] = step;
+    ++parts.stepCount;
+}

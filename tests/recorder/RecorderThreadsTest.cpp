@@ -3,7 +3,48 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <functional>
+#include <map>
+#include <optional>
 #include <thread>
+
+namespace {
+
+/// The neighbours of channel 2 beside a host's of channel 1, which answer alike.
+class SecondChannel {
+public:
+    explicit SecondChannel(const NodeAnswers& answers)
+        : m_capabilityHandler(*answers.capabilityHandler)
+        , m_acmHandler(*answers.acmHandler)
+        , m_frameFormat(*answers.frameFormat)
+        , m_systemPowerController(*answers.systemPowerController) {
+        InterfaceBroker& broker = InterfaceBroker::getInstance();
+        broker.registerInterface(ICapabilityHandler::interfaceName(2), &m_capabilityHandler);
+        broker.registerInterface(IAcmHandler::interfaceName(2), &m_acmHandler);
+        broker.registerInterface(IFrameFormat::interfaceName(2), &m_frameFormat);
+        broker.registerInterface(ISystemPowerController::interfaceName(2),
+                                 &m_systemPowerController);
+    }
+
+    ~SecondChannel() {
+        InterfaceBroker& broker = InterfaceBroker::getInstance();
+        broker.unregisterInterface(ICapabilityHandler::interfaceName(2), nullptr);
+        broker.unregisterInterface(IAcmHandler::interfaceName(2), nullptr);
+        broker.unregisterInterface(IFrameFormat::interfaceName(2), nullptr);
+        broker.unregisterInterface(ISystemPowerController::interfaceName(2), nullptr);
+    }
+
+    SecondChannel(const SecondChannel&) = delete;
+    SecondChannel& operator=(const SecondChannel&) = delete;
+
+private:
+    SimulatedCapabilityHandler m_capabilityHandler;
+    SimulatedAcmHandler m_acmHandler;
+    SimulatedFrameFormat m_frameFormat;
+    SimulatedSystemPowerController m_systemPowerController;
+};
+
+} // namespace
 
 // Threads ask while another one writes again and again and answers change. That nobody races is for
 // the thread sanitizer to see.
@@ -42,4 +83,61 @@ TEST(RecorderThreads, whatIsWrittenWhileOthersAskReplaysAsItWas) {
     texts.push_back(host.written());
     EXPECT_EQ(host.differences(texts.back()), std::vector<std::string>());
     EXPECT_EQ(RecordedHost::differencesOf(texts[1]), std::vector<std::string>());
+}
+
+// Each recorder's file holds its own channel alone, though both are asked at once and share the
+// handler of the frame formats.
+TEST(RecorderThreads, twoChannelsAreRecordedBesideEachOther) {
+    nlohmann::json radio = recordedRadio();
+    radio["variables"]["channel.2.tx.rf.pmax.cs.comp.v2.array"] = {28, -100};
+    radio["variables"]["channel.2.tx.rf.pmax.cs.comp.v2.arraysize"] = 2;
+    RecordedHost host(radio);
+    std::optional<SecondChannel> neighbours(host.file.node);
+    RadioFileRecorder recorder(2);
+    ASSERT_TRUE(recorder.attach());
+    std::optional<OutputPowerCalculator> service(2);
+    ASSERT_EQ(service->initialize(), 0U);
+    host.start();
+    ASSERT_TRUE(recorder.attach());
+    auto* const second =
+        RecordedHost::published<IOutputPowerCalculator>(IOutputPowerCalculator::interfaceName(2));
+    ASSERT_NE(second, &*service);
+    std::atomic<int> wrong{0};
+    const auto ask = [&wrong](IOutputPowerCalculator& asked, long power, long powerOf16Qam) {
+        for (int time = 0; time < 200; ++time) {
+            long minPower = 0;
+            long maxPower = 0;
+            asked.calculatePowerCapabilities(Modulation::QAM64, minPower, maxPower);
+            std::map<ModulationAndCoding, long> powerMap;
+            asked.getMinMaxOutputPowerVsModulationArray(7, {31}, {41}, EReferenceSEC::Class4L,
+                                                        minPower, powerMap);
+            wrong += maxPower != power || powerMap[{41}] != powerOf16Qam ? 1 : 0;
+        }
+    };
+
+    // 18.00 and, for 16QAM, 23.00 of the table, less the compensation of each channel.
+    std::vector<std::thread> threads;
+    for (int twice = 0; twice < 2; ++twice) {
+        threads.emplace_back(ask, std::ref(*host.asked()), 1750, 2250);
+        threads.emplace_back(ask, std::ref(*second), 1700, 2200);
+    }
+    for (int time = 0; time < 5; ++time) {
+        std::ostringstream stream;
+        EXPECT_TRUE(recorder.write(stream));
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+
+    EXPECT_EQ(wrong, 0);
+    std::ostringstream stream;
+    ASSERT_TRUE(recorder.write(stream));
+    const std::string text = stream.str();
+    EXPECT_TRUE(recorder.detach());
+    service.reset();
+    neighbours.reset();
+    EXPECT_EQ(RadioFileReader::read(text).requests.size(), 800U);
+    EXPECT_EQ(text.find("channel.1."), std::string::npos);
+    EXPECT_EQ(host.differences(host.written()), std::vector<std::string>());
+    EXPECT_EQ(RecordedHost::differencesOf(text), std::vector<std::string>());
 }

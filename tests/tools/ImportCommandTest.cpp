@@ -1,30 +1,20 @@
+#include "NodeLog.h"
 #include "ToolProcess.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <string>
+#include <vector>
 
 namespace {
 
 const std::string radio = "../../examples/radios/18ghz-ansi-high-radio-unit-old-booster.json";
 
-/// Four traces of a radio of the first outdoor family, as text. 17.00 of the reference and 23.00 of
-/// the asked modulation, both without a cutback; 19.00 is what comes of it.
-const std::string service =
-    "12:00 node7 6 enter Control/OutputPowerCalculator/private/OutputPowerCalculator:1 ";
-const std::string textLog =
-    service +
-    "calculateAdmodPowerCapabilities: actualModulation=16QAM, "
-    "convertRsecEnumToString(rsec)=4L\n"
-    "6 msg Control/OutputPowerCalculator/private/OutputPowerCalculator:1 getCalculator: "
-    "Using KaM max power algorithm\n"
-    "6 enter Control/OutputPowerCalculator/private/CalculatorKam:1 "
-    "getCompensationForChannelSpacing: 28\n" +
-    service +
-    "getAdModMaxPower: dpdVersion=1, market=Etsi, convertRsecEnumToString(rsec)=4L, "
-    "selectedMinMod=4QAM, selectedMaxMod=256QAM, availableMaxMod=256QAM, "
-    "actualMod=16QAM, csPowerCompensation=-50\n";
+ToolResult importOf(const std::string& log, std::vector<std::string> options = {}) {
+    options.insert(options.begin(), {"import", "-"});
+    return ToolProcess(options).withInput(log).run();
+}
 
 TEST(ImportCommand, MakesAFileThatGetsTheAnswersOfTheLog) {
     const ToolResult log = runTool({"replay", "--trace", "6", radio});
@@ -40,17 +30,80 @@ TEST(ImportCommand, MakesAFileThatGetsTheAnswersOfTheLog) {
 }
 
 TEST(ImportCommand, TakesFromATextWhatItTellsAndNamesTheRest) {
-    const ToolResult result = ToolProcess({"import", "-"}).withInput(textLog).run();
+    const ToolResult result = importOf(textLog("12:00 node7"));
 
     const nlohmann::json file = nlohmann::json::parse(result.output);
     EXPECT_EQ(file["capabilityHandler"]["productNumber"], "QZT 846 001");
     EXPECT_EQ(file["frameFormat"]["channelSpacing"], 28);
     EXPECT_EQ(file["acmHandler"], nlohmann::json::parse(R"({"min": "4QAM", "max": "256QAM"})"));
     EXPECT_EQ(file["variables"]["channel.1.tx.rf.pmax.cs.comp.v2.array"],
-              nlohmann::json::parse("[28, -50]"));
+              nlohmann::json::parse("[28, 50]"));
     EXPECT_EQ(file["requests"].size(), 1U);
     EXPECT_NE(result.errors.find("/frameFormat/modulation"), std::string::npos) << result;
     EXPECT_NE(result.errors.find("the log does not begin with initialize"), std::string::npos);
+}
+
+TEST(ImportCommand, LeavesOutAQueryWithoutOneOfItsLinesAndNamesIt) {
+    const std::string whole = textLog("12:00 node7");
+    std::string cut = whole;
+    cut.erase(0, cut.find('\n', cut.find("actualMod=16QAM")) + 1);
+    const std::string reason =
+        "line 22: calculateAdmodPowerCapabilities is not in the file: line 28 ";
+
+    const ToolResult one =
+        importOf(whole +
+                 whole.substr(0, whole.find("12:00 node7 6 enter Control/"
+                                            "OutputPowerCalculator/private/OutputPowerCalculator:1 "
+                                            "getAdModMaxPower")) +
+                 cut);
+    const ToolResult none = importOf(cut);
+
+    const nlohmann::json file = nlohmann::json::parse(one.output);
+    EXPECT_EQ(file["requests"].size(), 1U);
+    EXPECT_NE(file["notes"].dump().find(reason), std::string::npos) << one;
+    EXPECT_NE(one.errors.find(reason), std::string::npos) << one;
+    EXPECT_EQ(none.output, "");
+    EXPECT_NE(none.errors.find("line 1: a call without its beginning is not in the file"),
+              std::string::npos)
+        << none;
+    EXPECT_EQ(none.status, otherTrouble);
+}
+
+TEST(ImportCommand, MixesNoServices) {
+    const std::string first = startIn("node qor[1]", 1) + textLog("node qor[1]");
+    const std::string second = startIn("node qor[2]", 2) + textLog("node qor[2]");
+    const std::string both = first + second;
+
+    const ToolResult mixed = importOf(both);
+    EXPECT_EQ(mixed.output, "");
+    EXPECT_EQ(mixed.errors,
+              "qor-power: standard input: calls of 2 processes, \"node qor[1]\", \"node qor[2]\"; "
+              "choose one with --process\n");
+    EXPECT_EQ(mixed.status, otherTrouble);
+
+    for (const std::vector<std::string>& options :
+         {std::vector<std::string>{"--process", "qor[2]"}, {"--channel", "2"}}) {
+        const ToolResult chosen = importOf(both, options);
+        const nlohmann::json file = nlohmann::json::parse(chosen.output);
+        EXPECT_EQ(file["channel"], 2);
+        EXPECT_EQ(file["requests"].size(), 1U);
+        EXPECT_NE(chosen.errors.find("2 calls of other services"), std::string::npos) << chosen;
+    }
+}
+
+TEST(ImportCommand, RefusesTwoChannelsInOneProcessUnlessOneIsChosen) {
+    const std::string both =
+        startIn("node", 1) + textLog("node") + startIn("node", 2) + textLog("node");
+
+    const ToolResult mixed = importOf(both);
+    const ToolResult chosen = importOf(both, {"--channel", "1"});
+
+    EXPECT_EQ(mixed.errors,
+              "qor-power: standard input: services of several channels; choose one with "
+              "--channel\n");
+    EXPECT_EQ(nlohmann::json::parse(chosen.output)["channel"], 1);
+    EXPECT_NE(chosen.errors.find("counts as the last one's that started"), std::string::npos)
+        << chosen;
 }
 
 TEST(ImportCommand, ShowsAnAnswerThatTheFileDoesNotGet) {

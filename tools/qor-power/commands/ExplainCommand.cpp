@@ -24,14 +24,13 @@ struct ExplainOptions {
     std::vector<std::string> modulations;
     std::string format = "text";
     std::optional<std::string> traceLog;
-    std::optional<std::string> channel;
-    std::optional<std::string> process;
+    LogSourceOptions source;
     std::optional<std::string> since;
     std::optional<std::string> call;
     std::optional<std::string> request; ///< of the radio file, counted from 0
     QueryOptions query;
 
-    bool choosesQueries() const { return channel || process || since || call; }
+    bool choosesQueries() const { return source.isGiven() || since || call; }
 };
 
 const std::vector<std::string> explainFormats{"text", "json"};
@@ -65,10 +64,7 @@ Outcome explainFile(const ExplainOptions& options, Output& output) {
 
 LoggedQueries::Choice choiceOf(const ExplainOptions& options) {
     LoggedQueries::Choice choice;
-    if (options.channel) {
-        choice.channel = Arguments::integer("--channel", *options.channel, 1, 2);
-    }
-    choice.process = options.process.value_or("");
+    choice.source = options.source.source();
     choice.since = options.since.value_or("");
     if (options.call) {
         choice.query = static_cast<std::size_t>(
@@ -166,8 +162,8 @@ Outcome explainLog(const ExplainOptions& options, Output& output) {
 /// Plays the file up to the request, whose line is explained like that of a log.
 Outcome explainRequest(const ExplainOptions& options, Output& output) {
     const QueryOptions& query = options.query;
-    if (options.traceLog || options.choosesQueries() || query.frameFormat || query.cutback || query.temporaryCutback ||
-        query.booster || query.rsec) {
+    if (options.traceLog || options.choosesQueries() || query.frameFormat || query.cutback ||
+        query.temporaryCutback || query.booster || query.rsec) {
         throw QuestionError("--request goes alone: the radio file says what was asked for");
     }
     if (!options.file) {
@@ -190,12 +186,16 @@ Outcome explainRequest(const ExplainOptions& options, Output& output) {
     // The start has the first line.
     const std::size_t line = request + 2;
     const auto play = [&](LoggedQueries& queries) {
-        std::size_t count = 0;
+        // An explanation may ask the library: the replay, which traces, has to be over.
+        std::vector<std::string> lines;
         isStarted = Replay(everything).play(radioFile, [&](const std::string& text) {
-            if (++count <= line) {
-                queries.read(text);
+            if (lines.size() < line) {
+                lines.push_back(text);
             }
         });
+        for (const std::string& text : lines) {
+            queries.read(text);
+        }
     };
     const Outcome outcome = explainQueries(options, output, name, wanted, line, play);
     return isStarted ? outcome : Outcome::ServiceDidNotStart;
@@ -254,13 +254,8 @@ Command Commands::explain() {
              CommonOptions::format(options->format, explainFormats),
              {"--trace-log", "LOG", "Explain a log of traces; - for standard input",
               &options->traceLog, false, CommandOption::Completion::Files},
-             {"--channel", "NUMBER",
-              "Of a log only the queries of a service that started on this radio channel, 1 or 2",
-              &options->channel},
-             {"--process", "PATTERN",
-              "Of a log only the queries of a process whose words before the traces hold this; * "
-              "is anything",
-              &options->process},
+             options->source.channelOption("the queries"),
+             options->source.processOption("the queries"),
              {"--since", "TIME",
               "Of a log only the queries from this time on, written as in the log",
               &options->since},

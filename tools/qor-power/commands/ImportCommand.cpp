@@ -18,9 +18,9 @@
 namespace {
 
 /// `qor-power import`: makes of a log as much of a radio file as it tells.
-Outcome radioFileOf(const std::string& log, Output& output) {
+Outcome radioFileOf(const std::string& log, const LogSource& source, Output& output) {
     const std::string name = inputName(log);
-    LogImport import;
+    LogImport import(source);
     TraceLog traces([&import](const LoggedCall& call) { import.read(call); });
     LineReader reader(log, TraceLog::maxSize);
     try {
@@ -31,7 +31,13 @@ Outcome radioFileOf(const std::string& log, Output& output) {
     } catch (const TraceLogError& error) {
         throw AnalysisError(Outcome::OtherTrouble, name + ": " + error.what());
     }
+    if (const std::string mixture = import.mixture(); !mixture.empty()) {
+        throw AnalysisError(Outcome::OtherTrouble, name + ": " + mixture);
+    }
     if (import.isEmpty()) {
+        for (const std::string& trouble : import.troubles()) {
+            complain(name + ": " + trouble);
+        }
         throw AnalysisError(Outcome::OtherTrouble,
                             name + ": no request among " + std::to_string(traces.records()) +
                                 " traces; log what the library traces up to level 6");
@@ -63,7 +69,11 @@ Outcome radioFileOf(const std::string& log, Output& output) {
 } // namespace
 
 Command Commands::importLog() {
-    const auto log = std::make_shared<std::string>();
+    struct Options {
+        std::string log;
+        LogSourceOptions source;
+    };
+    const auto options = std::make_shared<Options>();
     return {
         .name = "import",
         .summary = "Make a radio file of what a log tells",
@@ -77,10 +87,17 @@ Command Commands::importLog() {
              "family, the frame format, the selection, the calibration, the rows of the Pmax "
              "tables and the requests with their answers, as far as the log tells them. What it "
              "does not tell is named in the file's notes and on standard error.",
+             "A call of which a line is missing, cut or foreign is left out and named. A file is "
+             "one service's: where the log has several, --channel and --process choose one.",
              "The file is replayed at once; answers that differ from those of the log are shown "
              "on standard error, and the status is then 1."},
-        .options = {{"LOG", "", "Log of traces; - for standard input", log.get(), true,
-                     CommandOption::Completion::Files}},
-        .run = [log](Output& output) { return radioFileOf(*log, output); },
+        .options = {{"LOG", "", "Log of traces; - for standard input", &options->log, true,
+                     CommandOption::Completion::Files},
+                    options->source.channelOption("the calls"),
+                    options->source.processOption("the calls")},
+        .run =
+            [options](Output& output) {
+                return radioFileOf(options->log, options->source.source(), output);
+            },
     };
 }

@@ -106,3 +106,25 @@ std::vector<CommandOption> QueryOptions::behind(std::vector<CommandOption> own) 
     own.insert(own.end(), described.begin(), described.end());
     return own;
 }
+
+LogSource LogSourceOptions::source() const {
+    LogSource source;
+    if (channel) {
+        source.channel = Arguments::integer("--channel", *channel, 1, 2);
+    }
+    source.process = process.value_or("");
+    return source;
+}
+
+CommandOption LogSourceOptions::channelOption(const std::string& what) {
+    return {"--channel", "NUMBER",
+            "Of a log only " + what + " of a service that started on this radio channel, 1 or 2",
+            &channel};
+}
+
+CommandOption LogSourceOptions::processOption(const std::string& what) {
+    return {"--process", "PATTERN",
+            "Of a log only " + what +
+                " of a process whose words before the traces hold this; * is anything",
+            &process};
+}

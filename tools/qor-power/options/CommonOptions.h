@@ -3,7 +3,9 @@
 #include "Arguments.h"
 #include "Command.h"
 #include "Terminal.h"
+#include "TraceLog.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -52,4 +54,19 @@ struct QueryOptions : AskedInputs {
     /// For a Command, behind options of its own; they are read into this object, which must outlive
     /// them.
     std::vector<CommandOption> behind(std::vector<CommandOption> own);
+};
+
+/// The options that say whose calls of a log are meant.
+struct LogSourceOptions {
+    std::optional<std::string> channel;
+    std::optional<std::string> process;
+
+    bool isGiven() const { return channel || process; }
+
+    /// @throw QuestionError
+    LogSource source() const;
+
+    /// @param what of the log is chosen, as in "the queries".
+    CommandOption channelOption(const std::string& what);
+    CommandOption processOption(const std::string& what);
 };
