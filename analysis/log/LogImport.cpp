@@ -388,7 +388,9 @@ void LogImport::readLimit(const TraceRecord& record) {
     if (m_id < 1) {
         observe("frameFormat", "maxAvailableModulation", ofModem);
     }
-    const bool isByProfile = m_now["capabilityHandler"].value("maxAcmLimitedByHw", false);
+    const Json& handler = m_now["capabilityHandler"];
+    const auto isLimited = handler.find("maxAcmLimitedByHw");
+    const bool isByProfile = isLimited != handler.end() && *isLimited == true;
     const std::string ofRadio = record.text.substr(place + radio.size());
     // A radio without a limit shows the modem's.
     observe("capabilityHandler",

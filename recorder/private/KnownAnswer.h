@@ -38,10 +38,15 @@ public:
         m_version.store((version | 1) + 1, std::memory_order_release);
     }
 
-    void forget() { m_version.store(0, std::memory_order_release); }
+    void forget() {
+        // Several words stay as if they were being written: a version never comes twice, so nobody
+        // who compares meanwhile takes words of before for those of after.
+        m_version.store(count > 1 ? m_version.load(std::memory_order_relaxed) | 1 : 0,
+                        std::memory_order_release);
+    }
 
 private:
-    std::atomic<std::uint32_t> m_version{0}; ///< 0: nothing is known
+    std::atomic<std::uint32_t> m_version{0}; ///< 0, or odd: nothing is known
     std::array<std::atomic<std::int32_t>, count> m_words{};
 };
 
