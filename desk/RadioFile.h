@@ -5,6 +5,7 @@
 #include "ModulationAndCoding.h"
 #include "NodeAnswers.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <set>
@@ -76,6 +77,10 @@ struct GetMinMaxOutputPowerVsModulationArray {
 struct Patch {
     static constexpr const char* name = "patch";
     NodeAnswers answers; ///< all answers of the patched file, changed or not
+
+    // Where the reader is to keep places; else empty.
+    std::vector<std::string> replaced = {};    ///< JSON Pointers of what it replaces as a whole
+    std::set<std::string> flatPmaxTables = {}; ///< as in RadioFile, of the patched file
 };
 
 using Any =
@@ -105,4 +110,16 @@ struct RadioFile {
     std::set<std::string> flatPmaxTables;
 
     std::vector<std::string> notes; ///< what whoever wrote the file has to say of it
+    /// Where a patch holds what it has replaced, by the pointer of the place that it took.
+    std::map<std::string, std::string> patched;
+
+    /// The JSON Pointer of a value of the node: in the file's own sections, or in the patch that
+    /// has set it last.
+    std::string placeOf(const std::vector<std::string>& path) const;
+
+    /// The node as a query finds it that is put in place of a request: the patches before that one
+    /// are made, and of the Pmax tables and the minimum output power those count that the service
+    /// fetched when it started last. Of the requests those before it are left.
+    /// @param request less than there are requests. The file was read with its places kept.
+    RadioFile at(std::size_t request) const;
 };

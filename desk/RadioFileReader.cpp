@@ -1,5 +1,6 @@
 #include "RadioFileReader.h"
 
+#include "JsonPointer.h"
 #include "JsonReader.h"
 #include "JsonValue.h"
 #include "TextForms.h"
@@ -407,13 +408,15 @@ std::size_t bytesFor(const json& value) {
 /// The radio file as the patches so far have left it.
 class PatchedFile {
 public:
-    PatchedFile(json file, NodeAnswers answers)
+    /// @param keepsPlaces of what patches replace.
+    PatchedFile(json file, NodeAnswers answers, bool keepsPlaces)
         : m_file(std::move(file))
-        , m_answers(std::move(answers)) {}
+        , m_answers(std::move(answers))
+        , m_keepsPlaces(keepsPlaces) {}
 
     /// Merges a patch into the file and reads again what it touches; all else has been checked
     /// before.
-    const NodeAnswers& merge(const JsonValue& patch) {
+    Calls::Patch merge(const JsonValue& patch) {
         patch.expectObject();
         for (const char* const key : {"channel", "notes", "requests"}) {
             if (patch.has(key)) {
@@ -446,10 +449,30 @@ public:
             }
             section.read(document, section.key, m_answers);
         }
-        return m_answers;
+        Calls::Patch read{m_answers};
+        if (m_keepsPlaces) {
+            std::vector<std::string> path;
+            addPlaces(patch.json(), path, read.replaced);
+            read.flatPmaxTables = flatPmaxTables(m_file);
+        }
+        return read;
     }
 
 private:
+    /// A patch goes into objects and replaces everything else as a whole.
+    static void addPlaces(const json& patch, std::vector<std::string>& path,
+                          std::vector<std::string>& places) {
+        for (const auto& [key, value] : patch.items()) {
+            path.push_back(key);
+            if (value.is_object()) {
+                addPlaces(value, path, places);
+            } else {
+                places.push_back(pointerText(path));
+            }
+            path.pop_back();
+        }
+    }
+
     void countBytes(const JsonValue& patch, const json& section) {
         m_bytes += bytesFor(section);
         if (m_bytes > RadioFileReader::maxPatchedBytes) {
@@ -460,6 +483,7 @@ private:
 
     json m_file;
     NodeAnswers m_answers;
+    bool m_keepsPlaces;
     std::size_t m_bytes = 0;
 };
 
@@ -579,7 +603,7 @@ const std::vector<CallForm>& callForms() {
          {},
          {},
          [](const JsonValue& request, PatchedFile& file) -> Calls::Any {
-             return Calls::Patch{file.merge(request.member("file"))};
+             return file.merge(request.member("file"));
          }},
     };
     return forms;
@@ -657,8 +681,11 @@ Request readRequest(const JsonValue& value, PatchedFile& file) {
 
 } // namespace
 
-RadioFile RadioFileReader::read(std::string_view text) {
+RadioFile RadioFileReader::read(std::string_view text, const Wish& wish) {
     json file = JsonReader::read(text, maxSize);
+    for (const DocumentEdit& edit : wish.edits) {
+        edit.applyTo(file);
+    }
     const JsonValue document(file);
     document.expectKeys({"channel"}, optionalKeys());
 
@@ -678,7 +705,7 @@ RadioFile RadioFileReader::read(std::string_view text) {
         json requests = std::exchange(file["requests"], json());
         file.erase("requests");
         const JsonValue list(requests, document, "requests");
-        PatchedFile patchedFile(std::move(file), radioFile.node);
+        PatchedFile patchedFile(std::move(file), radioFile.node, wish.keepsPlaces);
         list.expectList();
         std::size_t index = 0;
         radioFile.requests = readElements(list, [&](const JsonValue& request) {

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "DocumentEdit.h"
 #include "RadioFile.h"
 #include "RadioFileError.h"
 
 #include <cstddef>
 #include <string_view>
+#include <vector>
 
 /// Turns the text of a radio file into a RadioFile.
 class RadioFileReader {
@@ -30,7 +32,14 @@ public:
     /// leaves a state of its own.
     static constexpr std::size_t maxPatchedBytes = std::size_t{16} << 20;
 
+    /// What else is wanted of a reading.
+    struct Wish {
+        std::vector<DocumentEdit> edits = {}; ///< made one by one before anything is checked
+        bool keepsPlaces = false;             ///< of what patches replace, for RadioFile::at()
+    };
+
     /// Reads a document and checks all of it, every patch included.
     /// @throw RadioFileError for the first thing that is wrong.
-    static RadioFile read(std::string_view text);
+    static RadioFile read(std::string_view text) { return read(text, Wish()); }
+    static RadioFile read(std::string_view text, const Wish& wish);
 };

@@ -9,11 +9,12 @@
 #include "PowerTableForms.h"
 #include "PowerTableQuery.h"
 #include "RadioFileCheck.h"
-#include "RadioFileReader.h"
+#include "RadioFileError.h"
 #include "Sweep.h"
 #include "WhyNot.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 
@@ -29,14 +30,23 @@ std::string behind(const std::string& name) {
 
 RadioCase radioCase(const Question& question, const std::string& name, std::string_view text) {
     try {
-        return {RadioFileReader::read(text), question.inputs.query(), name};
+        return question.inputs.radio(text, name);
     } catch (const RadioFileError& error) {
-        throw AnalysisError(Outcome::BadRadioFile, behind(name) + oneLine(error.what()));
+        throw AnalysisError(Outcome::BadRadioFile,
+                            behind(name) + oneLine(error.what()) +
+                                (question.inputs.set.empty()
+                                     ? ""
+                                     : " (as changed by " + question.inputs.prefix + "set)"));
     }
 }
 
 std::int32_t wantedPower(const Question& question) {
     return Arguments::power("DBM", question.power);
+}
+
+std::size_t changesOf(const Question& question) {
+    return static_cast<std::size_t>(
+        Arguments::integer(question.inputs.prefix + "changes", question.changes, 1, 2));
 }
 
 /// Says why there are no powers, if there are none.
@@ -82,11 +92,13 @@ void answerExplanation(const Question& question, const RadioCase& radio, Reply& 
 
 void answerWhyNot(const Question& question, const RadioCase& radio, Reply& reply) {
     const std::string& asked = question.modulations.front();
-    const WhyNot whyNot = WhyNot::ask(radio, ModulationChoice({asked}), wantedPower(question));
+    const WhyNot whyNot =
+        WhyNot::ask(radio, ModulationChoice({asked}), wantedPower(question), changesOf(question));
     reply.text = question.form == Form::Json ? jsonForm(whyNot, asked) : textForm(whyNot, asked);
     reply.messages = whyNot.mismatches;
-    reply.outcome =
-        whyNot.isAllowed() || !whyNot.changes.empty() ? Outcome::Done : Outcome::AnswerIsNo;
+    reply.outcome = whyNot.isAllowed() || !whyNot.changes.empty() || !whyNot.pairs.empty()
+                        ? Outcome::Done
+                        : Outcome::AnswerIsNo;
 }
 
 void answerSweep(const Question& question, const RadioCase& radio, Reply& reply) {
@@ -168,6 +180,7 @@ void Question::validate() const {
             throw QuestionError("one modulation or code is wanted");
         }
         static_cast<void>(wantedPower(*this));
+        static_cast<void>(changesOf(*this));
     }
     static_cast<void>(ModulationChoice(modulations));
 }

@@ -35,6 +35,7 @@ struct Question {
 
     std::vector<std::string> modulations = {}; ///< to explain, all if empty; of WhyNot just one
     std::string power = {};                    ///< of WhyNot: the one that is wanted, in dBm
+    std::string changes = "1";                 ///< of WhyNot: at most so many at once, 1 or 2
     std::vector<std::string> over = {}; ///< of Sweep one or two, of Picture at most one: "rsec" or
                                         ///< "cutback=0..6:0.5", see InputAxis
     std::string otherRadio = {};        ///< of Diff: the text of the radio file to compare with

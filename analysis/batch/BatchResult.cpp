@@ -313,12 +313,17 @@ bool BatchForm::haveSameNames(const std::string& left, const std::string& right)
 
 void RuleCounts::add(const ExplainedTable& powers) {
     std::set<Rule> ofNode;
-    for (const Explanation& explanation : powers.explanations) {
-        const Rule rule = explanation.decisiveRule();
+    const auto countCode = [&](Rule rule) {
         Count& count = m_counts.try_emplace(rule, Count{rule}).first->second;
         ++count.codes;
         if (ofNode.insert(rule).second) {
             ++count.nodes;
+        }
+    };
+    for (const Explanation& explanation : powers.explanations) {
+        countCode(explanation.decisiveRule());
+        if (explanation.cutback) {
+            countCode(*explanation.cutback);
         }
     }
 }

@@ -79,7 +79,7 @@ public:
     struct Count {
         Rule rule;
         std::uint64_t nodes = 0; ///< with at least one such code
-        std::uint64_t codes = 0; ///< whose power it decides or denies
+        std::uint64_t codes = 0; ///< whose power it decides or denies; of a cutback, lowers
     };
 
     /// Counts a node.

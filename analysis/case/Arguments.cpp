@@ -3,6 +3,7 @@
 #include "AnalysisError.h"
 #include "Decibels.h"
 #include "OneLine.h"
+#include "RadioFileReader.h"
 #include "Suggestion.h"
 #include "TextForms.h"
 
@@ -10,10 +11,14 @@
 #include <charconv>
 #include <cstddef>
 #include <limits>
+#include <set>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace {
+
+constexpr const char* requestName = "request";
 
 /// One value that an option asks for: what messages call it, and what was given.
 struct Given {
@@ -169,5 +174,60 @@ PowerTableQuery AskedInputs::query() const {
     if (rsec) {
         query.rsec = Arguments::rsec(prefix + "rsec", *rsec);
     }
+    if (min) {
+        query.min = Arguments::modulationAndCode(prefix + "min", *min);
+    }
+    if (max) {
+        query.max = Arguments::modulationAndCode(prefix + "max", *max);
+    }
+    if (request) {
+        static_cast<void>(Arguments::integer(prefix + requestName, *request, 0,
+                                             std::numeric_limits<std::int32_t>::max()));
+    }
+    static_cast<void>(edits());
     return query;
+}
+
+std::vector<DocumentEdit> AskedInputs::edits() const {
+    std::vector<DocumentEdit> edits;
+    for (const std::string& text : set) {
+        const std::optional<DocumentEdit> edit = DocumentEdit::read(text);
+        if (!edit) {
+            Given{prefix + "set", text}.refuse(
+                "POINTER=VALUE is wanted, for example /frameFormat/channelSpacing=28");
+        }
+        edits.push_back(*edit);
+    }
+    return edits;
+}
+
+RadioCase AskedInputs::radio(std::string_view text, const std::string& name) const {
+    RadioCase radio{RadioFileReader::read(text, {edits(), request.has_value()}), query(), name};
+    if (!request) {
+        return radio;
+    }
+    const std::vector<Request>& requests = radio.file.requests;
+    const auto index = static_cast<std::size_t>(Arguments::integer(
+        prefix + requestName, *request, 0, std::numeric_limits<std::int32_t>::max()));
+    if (index >= requests.size()) {
+        Given{prefix + requestName, *request}.refuse(requests.empty()
+                                                         ? "the radio file has no requests"
+                                                         : "the radio file has requests 0 to " +
+                                                               std::to_string(requests.size() - 1));
+    }
+    std::set<std::string> given;
+    for (const auto& [option, value] :
+         {std::pair{"frame-format", &frameFormat}, {"rsec", &rsec}, {"min", &min}, {"max", &max}}) {
+        if (*value) {
+            given.insert(option);
+        }
+    }
+    const std::string refused = radio.query.askAt(index, requests[index], given);
+    if (!refused.empty()) {
+        throw QuestionError(prefix + refused + ": " + radio.query.request->words +
+                            " has no such argument; " + prefix +
+                            "set changes what the node answers");
+    }
+    radio.file = radio.file.at(index);
+    return radio;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DocumentEdit.h"
 #include "EFrameFormatMarket.h"
 #include "EReferenceSEC.h"
 #include "ModulationAndCoding.h"
@@ -61,10 +62,24 @@ struct AskedInputs {
     std::optional<std::string> temporaryCutback; ///< in dB, or "none"
     std::optional<std::string> booster; ///< "PRESENCE,GAIN,MAXINPUT,MAXMODULATION", or "none"
     std::optional<std::string> rsec;
+    std::optional<std::string> min;     ///< of the selected range, a modulation-and-code
+    std::optional<std::string> max;     ///< likewise
+    std::optional<std::string> request; ///< in whose place is asked, counted from 0
+    std::vector<std::string> set = {};  ///< "POINTER=VALUE": changes of the radio file, see
+                                        ///< DocumentEdit
 
     /// What messages put before the name of an input: "--" where it is an option of a command line.
     std::string prefix = {};
 
+    /// What can be read without the radio; of a request nothing can.
     /// @throw QuestionError for what cannot be read.
     PowerTableQuery query() const;
+
+    /// The radio of a radio file's text, and what is asked of it: changed by `set`, and as it is at
+    /// the request.
+    /// @throw QuestionError; RadioFileError, also for a change that the file cannot take.
+    RadioCase radio(std::string_view text, const std::string& name) const;
+
+private:
+    std::vector<DocumentEdit> edits() const;
 };

@@ -66,8 +66,8 @@ struct Varier {
         change(
             radio.file.node.systemPowerController,
             [rsec](SystemPowerControllerAnswers& controller) { controller.referenceSec = rsec; });
-        // The class of the query would be taken instead.
-        radio.query.rsec = EReferenceSEC::UNDEFINED;
+        // The class of the query would be taken instead; a call for one modulation has no other.
+        radio.query.rsec = radio.query.onePower ? rsec : EReferenceSEC::UNDEFINED;
     }
     void operator()(EFrameFormatMarket market) const {
         changeFrameFormat(radio, [market](auto& format) { format.market = market; });
@@ -94,10 +94,12 @@ struct Varier {
         });
     }
     void operator()(const Inputs::SelectedMin& selected) const {
+        radio.query.min = {ModulationAndCoding::UNDEFINED};
         changeSelection(
             radio, [&selected](AcmHandlerAnswers::Range& range) { range.min = selected.code; });
     }
     void operator()(const Inputs::SelectedMax& selected) const {
+        radio.query.max = {ModulationAndCoding::UNDEFINED};
         changeSelection(
             radio, [&selected](AcmHandlerAnswers::Range& range) { range.max = selected.code; });
     }

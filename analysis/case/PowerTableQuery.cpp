@@ -9,6 +9,7 @@
 #include "RadioFilePlaces.h"
 #include "ResultCode.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <utility>
@@ -153,6 +154,35 @@ void describeSelection(Node& node, PowerTable& table) {
     }
 }
 
+bool isGiven(ModulationAndCoding code) {
+    return code != ModulationAndCoding{ModulationAndCoding::UNDEFINED};
+}
+
+/// What the query itself chooses, in place of the neighbours.
+void describeArguments(const PowerTableQuery& query, PowerTable& table) {
+    const auto chooser = [&query](const char* argument) {
+        return query.request && query.request->arguments.contains(argument)
+                   ? PowerTable::Chooser::Request
+                   : PowerTable::Chooser::Asker;
+    };
+    if (query.choosesRsec()) {
+        table.rsec = query.rsec;
+        table.rsecBy = chooser("rsec");
+    }
+    if (isGiven(query.min)) {
+        table.selectedMin = query.min;
+        table.selectedMinBy = chooser("min");
+    }
+    if (isGiven(query.max)) {
+        table.selectedMax = query.max;
+        table.selectedMaxBy = chooser("max");
+    }
+    if (query.request) {
+        table.request = query.request->index;
+        table.requestWords = query.request->words;
+    }
+}
+
 /// The family, where the query itself ended before one was asked.
 QueryTrace::Family selectedFamily(const OutputPowerCalculator& service) {
     long unused = 0;
@@ -195,7 +225,7 @@ void giveReason(const PowerTable& table, const QueryTrace& trace, PowerTable::Ro
     if (row.maxPower) {
         row.warning = calculation == nullptr ? "" : calculation->words();
         row.isBelowMinimum = table.minOutputPower && *row.maxPower < *table.minOutputPower;
-    } else if (row.modulation == Modulation::UNDEFINED) {
+    } else if (row.modulation == Modulation::UNDEFINED && calculation == nullptr) {
         row.reason = "no modulation has this code";
         row.trouble = Rule::UndefinedModulation;
     } else if (!table.failure.empty()) {
@@ -238,6 +268,57 @@ std::string failureOf(const Answered& answered, Node& node, bool hasCodes) {
                                           : answered.trace.failure;
 }
 
+/// The code under which a power of one modulation is shown: one of the frame format's, else the
+/// lowest that has the modulation.
+ModulationAndCoding codeFor(Modulation modulation, const std::vector<ModulationAndCoding>& codes) {
+    const auto has = [modulation](ModulationAndCoding code) {
+        return convertCodeToModulation(code) == modulation;
+    };
+    if (const auto own = std::ranges::find_if(codes, has); own != codes.end()) {
+        return *own;
+    }
+    ModulationAndCoding code{0};
+    while (code.code < ModulationAndCoding::UNDEFINED && !has(code)) {
+        ++code.code;
+    }
+    return code;
+}
+
+/// Calls the service for the power of one modulation, whose code becomes the only one.
+void askForOne(const PowerTableQuery::OnePower& one, EReferenceSEC rsec,
+               OutputPowerCalculator& service, Answered& answered,
+               std::vector<ModulationAndCoding>& codes) {
+    using Call = PowerTableQuery::OnePower::Call;
+    PowerTable& table = answered.table;
+    long minPower = 0;
+    long power = one.preset;
+    int result = ResultCode::Success;
+    switch (one.call) {
+    case Call::PowerCapabilities:
+        result = service.calculatePowerCapabilities(one.modulation, minPower, power);
+        table.minOutputPower = minPower;
+        break;
+    case Call::AdmodPowerCapabilities:
+        result = service.calculateAdmodPowerCapabilities(one.modulation, rsec, minPower, power);
+        if (!ResultCode::isFailure(result) && result != ResultCode::NotApplicable) {
+            table.minOutputPower = minPower;
+        }
+        break;
+    case Call::UnrestrictedPmax:
+        result = static_cast<int>(service.getUnrestrictedPmax(power));
+        break;
+    }
+    table.result = static_cast<unsigned>(result);
+    answered.trace = QueryTrace::read(takeTrace());
+    codes = {codeFor(one.modulation, codes)};
+    // A call succeeds without a calculation that gives a power, and then leaves what it found.
+    const auto& made = answered.trace.calculations;
+    if (!ResultCode::isFailure(result) && result != ResultCode::NotApplicable && !made.empty() &&
+        !made.back().failed) {
+        answered.powers[codes.front()] = power;
+    }
+}
+
 Answered ask(const PowerTableQuery& query, const RadioFile& file) {
     const DeskTraceScope everything(6);
     Node node(file.channel, file.node);
@@ -254,18 +335,25 @@ Answered ask(const PowerTableQuery& query, const RadioFile& file) {
     table.servedChannel = Node::servedChannel(file.channel);
     table.productNumber = node.capabilityHandler()->getTmuHwProductNumber();
     table.frameFormatId = query.frameFormatId;
-    const std::vector<ModulationAndCoding> codes = describeFrameFormat(node, table);
-    table.isRsecGiven = query.rsec != EReferenceSEC::UNDEFINED;
-    table.rsec = table.isRsecGiven ? query.rsec : node.systemPowerController()->getReferenceSec();
+    std::vector<ModulationAndCoding> codes = describeFrameFormat(node, table);
+    table.rsec = node.systemPowerController()->getReferenceSec();
     describeSelection(node, table);
+    describeArguments(query, table);
     table.inputs = setter.inputs();
 
-    constexpr ModulationAndCoding asSelected{ModulationAndCoding::UNDEFINED};
     long minOutputPower = 0;
+    std::optional<PowerTableQuery::OnePower> one = query.onePower;
+    if (one && one->call == PowerTableQuery::OnePower::Call::UnrestrictedPmax) {
+        one->modulation = node.frameFormat()->getModulation();
+    }
     static_cast<void>(takeTrace());
-    table.result = service.getMinMaxOutputPowerVsModulationArray(
-        query.frameFormatId, asSelected, asSelected, query.rsec, minOutputPower, answered.powers);
-    answered.trace = QueryTrace::read(takeTrace());
+    if (one) {
+        askForOne(*one, query.rsec, service, answered, codes);
+    } else {
+        table.result = service.getMinMaxOutputPowerVsModulationArray(
+            query.frameFormatId, query.min, query.max, query.rsec, minOutputPower, answered.powers);
+        answered.trace = QueryTrace::read(takeTrace());
+    }
 
     const QueryTrace& trace = answered.trace;
     table.family = trace.family ? *trace.family : selectedFamily(service);
@@ -273,9 +361,13 @@ Answered ask(const PowerTableQuery& query, const RadioFile& file) {
     table.isAdaptive = trace.isAdaptive;
     table.modulationLimit = trace.modulationLimit;
     table.notes = trace.notes;
-    if (ResultCode::isFailure(table.result)) {
+    if (one && one->call == PowerTableQuery::OnePower::Call::UnrestrictedPmax) {
+        table.notes.emplace_back("this call takes no cutback off");
+    }
+    // Without a power of its one modulation a call fails, but what is told of is the calculation.
+    if (ResultCode::isFailure(table.result) && (!one || trace.calculations.empty())) {
         table.failure = failureOf(answered, node, !codes.empty());
-    } else {
+    } else if (!one) {
         table.minOutputPower = minOutputPower;
     }
 
@@ -373,7 +465,9 @@ std::optional<std::int32_t> answerOf(const PowerTable::Row& row) {
 }
 
 /// One explanation for each row.
-std::vector<Explanation> explainRows(const Answered& answered, ExplanationContext& context) {
+/// @param carried the power in hand before the first calculation.
+std::vector<Explanation> explainRows(const Answered& answered, ExplanationContext& context,
+                                     std::int32_t carried) {
     const std::vector<QueryTrace::Calculation>& made = answered.trace.calculations;
     const RowCalculations calculations(answered.table, made);
     std::vector<std::optional<std::int32_t>> answers(made.size());
@@ -384,7 +478,6 @@ std::vector<Explanation> explainRows(const Answered& answered, ExplanationContex
     }
 
     std::vector<Explanation> explained;
-    std::int32_t carried = 0;
     for (std::size_t index = 0; index < made.size(); ++index) {
         explained.push_back(explanationOf(context, made[index], answers[index], carried));
         carried = explained.back().answer.value_or(carried);
@@ -410,6 +503,53 @@ auto underName(const std::string& name, Work work) {
 
 } // namespace
 
+std::string PowerTableQuery::askAt(std::size_t index, const Request& made,
+                                   const std::set<std::string>& given) {
+    const Calls::Any& call = made.call;
+    request = AtRequest{index, std::visit([](const auto& named) { return named.name; }, call)};
+    // Sets an argument that the request has and the question leaves to it.
+    const auto take = [&](const char* name, auto& target, const auto& value, bool isThere) {
+        if (isThere && !given.contains(name)) {
+            target = value;
+            request->arguments.insert(name);
+        }
+    };
+    std::set<std::string> taken = {"frame-format", "rsec", "min", "max"};
+    if (const auto* const all = std::get_if<Calls::GetMinMaxOutputPowerVsModulationArray>(&call)) {
+        take("frame-format", frameFormatId, all->frameFormatId, true);
+        take("rsec", rsec, all->referenceSec, all->referenceSec != EReferenceSEC::UNDEFINED);
+        take("min", min, all->minModulationAndCode, isGiven(all->minModulationAndCode));
+        take("max", max, all->maxModulationAndCode, isGiven(all->maxModulationAndCode));
+    } else if (const auto* const fixed = std::get_if<Calls::CalculatePowerCapabilities>(&call)) {
+        taken.clear();
+        onePower = OnePower{OnePower::Call::PowerCapabilities, fixed->modulation, made.preset};
+    } else if (const auto* const admod =
+                   std::get_if<Calls::CalculateAdmodPowerCapabilities>(&call)) {
+        taken = {"rsec"};
+        onePower = OnePower{OnePower::Call::AdmodPowerCapabilities, admod->modulation, made.preset};
+        take("rsec", rsec, admod->rsec, true);
+    } else if (std::holds_alternative<Calls::GetUnrestrictedPmax>(call)) {
+        taken.clear();
+        onePower = OnePower{OnePower::Call::UnrestrictedPmax, Modulation::UNDEFINED, made.preset};
+    } else {
+        request->words += "; the powers of a frame format are asked for in its place";
+    }
+    if (onePower && onePower->call != OnePower::Call::UnrestrictedPmax) {
+        request->words += " of " + convertAcmEnumToString(onePower->modulation);
+    }
+    for (const std::string& name : given) {
+        if (!taken.contains(name)) {
+            return name;
+        }
+    }
+    return {};
+}
+
+bool PowerTableQuery::choosesRsec() const {
+    return rsec != EReferenceSEC::UNDEFINED ||
+           (onePower && onePower->call == OnePower::Call::AdmodPowerCapabilities);
+}
+
 PowerTable PowerTableQuery::run(const RadioFile& file) const {
     return ask(*this, file).table;
 }
@@ -423,7 +563,7 @@ ExplainedTable PowerTableQuery::explain(const RadioFile& file) const {
                                static_cast<std::int32_t>(table.channelSpacing),
                                ExplanationContext::Radio{file, places, table.dpdVersion,
                                                          table.market, table.channelSpacing}};
-    ExplainedTable explained{{}, explainRows(answered, context)};
+    ExplainedTable explained{{}, explainRows(answered, context, onePower ? onePower->preset : 0)};
     explained.pmaxTable = places.pmaxTable();
     explained.pmaxTableKey = places.pmaxTableKey();
     explained.table = std::move(answered.table);

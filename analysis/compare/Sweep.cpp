@@ -14,6 +14,8 @@ void refuseFixed(const InputAxis& axis, const AskedInputs& asked) {
         {"rsec", asked.rsec.has_value()},
         {"cutback", asked.cutback.has_value()},
         {"temporary-cutback", asked.temporaryCutback.has_value()},
+        {"min", asked.min.has_value()},
+        {"max", asked.max.has_value()},
     };
     for (const auto& [name, isGiven] : given) {
         if (isGiven && axis.name() == name) {

@@ -68,6 +68,10 @@ public:
                     "the log does not hold the answer; it is what the steps "
                     "lead to");
             }
+            if (story.m_cutback && story.m_isCutbackKnown) {
+                // The power of the modulation before is cut back as well.
+                story.m_waterfall.setCutback(story.m_cutback->rule, !own.capFamily.isCarried);
+            }
             story.m_waterfall.finish(explanation.answer);
         }
         return explanation;
@@ -170,11 +174,15 @@ private:
     /// With a booster the selected modulation's power bounds that of the asked one.
     void tellSelected(const Explanation& selected) {
         if (selected.answer) {
-            m_waterfall.bound(Rule::SelectedModulation,
-                              "at most the power of " +
-                                  convertAcmEnumToString(m_figures.selectedMin) +
-                                  ", the selected modulation",
-                              *selected.answer);
+            m_waterfall.bound({Rule::SelectedModulation,
+                               "at most the power of " +
+                                   convertAcmEnumToString(m_figures.selectedMin) +
+                                   ", the selected modulation",
+                               *selected.answer,
+                               {},
+                               {},
+                               std::int64_t{selected.withoutCutback.value_or(*selected.answer)} -
+                                   *selected.answer});
         }
     }
 
@@ -305,13 +313,21 @@ private:
     // Parts of the story.
 
     void startFromTable(Rule role, const std::string& words, std::int32_t power) {
-        Step& step = m_waterfall.start(role, words, power);
-        if (const Lookup* const source = lookup(role)) {
+        const Lookup* const source = lookup(role);
+        Step& step = m_waterfall.start(role, words, power, figureOf(source));
+        if (source != nullptr) {
             step.pointer = source->pointer;
             step.source = source->table;
             step.basis = source->basis;
             m_explanation.bounds.front().pointer = source->pointer;
         }
+    }
+
+    /// What a bound from the Pmax table rises with.
+    static std::string figureOf(const Lookup* lookup) {
+        return lookup == nullptr || lookup->missing || lookup->modulation == Modulation::UNDEFINED
+                   ? std::string()
+                   : "Pmax of " + convertAcmEnumToString(lookup->modulation);
     }
 
     void startFromMissing(const Lookup& missing) {
@@ -361,7 +377,8 @@ private:
         if (!m_cutback || !m_isCutbackKnown) {
             return;
         }
-        Step& step = m_waterfall.change(m_cutback->rule, m_cutback->words, -m_cutback->amount);
+        Step& step = m_waterfall.change(m_cutback->rule, m_cutback->words, -m_cutback->amount,
+                                        m_cutback->amount);
         step.basis = m_cutback->basis;
         step.pointer = m_cutback->pointer;
         step.source = m_cutback->source;
@@ -379,8 +396,9 @@ private:
             return;
         }
         const Lookup* const source = lookup(role);
-        Step& step = m_waterfall.bound(role, words, *bound,
-                                       source == nullptr ? std::string() : source->pointer);
+        Step& step = m_waterfall.bound(
+            {role, words, *bound, source == nullptr ? std::string() : source->pointer,
+             figureOf(source), role == Rule::RsecCap ? 0 : knownCutback()});
         if (source != nullptr) {
             step.source = source->table;
             step.basis = source->basis;
@@ -465,9 +483,12 @@ private:
             return;
         }
         if (family.selectedMinPower) {
-            m_waterfall.bound(Rule::SelectedMinimumOffset,
-                              "at most what the offset table allows for " + selected,
-                              family.selectedMinPower.value_or(0));
+            m_waterfall.bound({Rule::SelectedMinimumOffset,
+                               "at most what the offset table allows for " + selected,
+                               family.selectedMinPower.value_or(0),
+                               {},
+                               m_explanation.bounds.front().figure,
+                               knownCutback()});
         } else {
             m_explanation.notes.emplace_back(selected + ", has no offset and bounds nothing by it");
         }
@@ -511,7 +532,7 @@ private:
         Step& step = m_waterfall.change(Rule::ChannelSpacingCompensation,
                                         compensationWords() + lessCutback() +
                                             (family.isCarried ? "" : ", put back"),
-                                        compensation);
+                                        compensation, knownCutback());
         step.pointer = compensationPointer();
         step.source = m_cutback ? decibels(m_figures.compensation.value_or(0)) + " less " +
                                       Decibels::dB(m_cutback->amount)
@@ -522,7 +543,7 @@ private:
     void takeOutCompensation() {
         Step& step = m_waterfall.change(
             Rule::ChannelSpacingCompensation, compensationWords() + lessCutback() + ", taken out",
-            -std::int64_t{m_figures.capFamily.compensation.value_or(0)});
+            -std::int64_t{m_figures.capFamily.compensation.value_or(0)}, -knownCutback());
         step.pointer = compensationPointer();
     }
 
@@ -550,7 +571,7 @@ private:
         m_explanation.lookups.push_back(cap);
         if (cap.missing) {
             m_waterfall
-                .bound(Rule::MissingPmaxRow, words + ", which has no row and counts as 0 dBm", 0)
+                .bound({Rule::MissingPmaxRow, words + ", which has no row and counts as 0 dBm"})
                 .source = cap.table;
         } else if (cap.power) {
             boundByTable(Rule::RsecCap, words, cap.power);
@@ -637,8 +658,9 @@ private:
             return;
         }
         Step& input =
-            m_waterfall.bound(Rule::BoosterInputLimit, "at most the booster's highest input power",
-                              booster.maxInputPower, booster.maxInputPowerPointer);
+            m_waterfall.bound({Rule::BoosterInputLimit, "at most the booster's highest input power",
+                               booster.maxInputPower, booster.maxInputPowerPointer,
+                               "the booster's highest input power"});
         input.source = booster.source;
         input.basis = Basis::Input;
     }
@@ -646,6 +668,11 @@ private:
     void tellIncomplete() {
         m_explanation.notes.emplace_back(
             "the log holds too little of this calculation; it needs traces up to level 6");
+    }
+
+    /// What is taken off where a cutback is; 0 where a log does not tell it.
+    std::int64_t knownCutback() const {
+        return m_cutback && m_isCutbackKnown ? m_cutback->amount : 0;
     }
 
     /// Words behind a Pmax that is cut back.

@@ -10,6 +10,17 @@ Rule Explanation::decisiveRule() const {
     return refusal.value_or(Rule::Unexplained);
 }
 
+std::string Explanation::bindingFigure() const {
+    const Bound* const bound = binding();
+    if (bound == nullptr) {
+        return {};
+    }
+    // What holds the power of the selected modulation holds this one.
+    return bound->rule == Rule::SelectedModulation && !ofSelected.empty()
+               ? ofSelected.front().bindingFigure()
+               : bound->figure;
+}
+
 RuledTable::RuledTable(ExplainedTable explained)
     : mismatches(mismatchesOf(explained)) {
     rules.reserve(explained.explanations.size());

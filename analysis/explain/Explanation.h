@@ -68,6 +68,11 @@ struct Explanation {
         std::string words;
         std::int32_t value = 0;   ///< as it would be if this bound alone held
         std::string pointer = {}; ///< as in Step
+
+        /// What it rises with, in words: "Pmax of 64QAM". Bounds with the same words read the same
+        /// figure. Empty: none that a radio holds.
+        std::string figure = {};
+        std::int64_t cutback = 0; ///< how much of the cutback is taken off in it
     };
 
     Modulation modulation = Modulation::UNDEFINED;
@@ -78,9 +83,18 @@ struct Explanation {
     std::vector<Step> steps;     ///< in order, from the radio's Pmax to the answer
     std::vector<Bound> bounds;   ///< in the order of the steps
     std::optional<std::size_t> bindingIndex;
-    std::optional<std::size_t> runnerUpIndex; ///< the next lowest bound; nothing without one
-    bool hasOpenBound = false;                ///< a log does not tell one: no next one is known
-    std::optional<std::int64_t> headroom;     ///< from the binding bound up to the runner-up
+
+    /// What holds next if the figure of the binding bound is raised, and at which power. Nothing:
+    /// nothing does, or it is not known.
+    std::optional<Bound> next;
+    std::vector<Bound> sameFigure; ///< other bounds that rise with that figure
+    bool hasOpenBound = false;     ///< a log does not tell one: no next one is known
+    bool wraps = false;            ///< a sum left 32 bits: the order of the bounds says nothing
+    std::optional<std::int64_t> headroom; ///< from the binding bound up to the next one
+
+    /// The cutback that lowers the power, and the power without it, where that is known.
+    std::optional<Rule> cutback;
+    std::optional<std::int32_t> withoutCutback;
 
     std::optional<Rule> refusal; ///< why there is no power
     std::string refusalWords;    ///< on one line
@@ -97,7 +111,10 @@ struct Explanation {
 
     /// The bound that holds; null without a power, or where a log does not tell it.
     const Bound* binding() const { return bindingIndex ? &bounds[*bindingIndex] : nullptr; }
-    const Bound* runnerUp() const { return runnerUpIndex ? &bounds[*runnerUpIndex] : nullptr; }
+    const Bound* runnerUp() const { return next ? &*next : nullptr; }
+
+    /// The figure that the power rises with; empty: none that a radio holds.
+    std::string bindingFigure() const;
 
     /// The one rule to name, to count or to colour by: the binding one, or what denied the power.
     Rule decisiveRule() const;

@@ -146,12 +146,25 @@ std::string verdictOf(const Explanation& explanation) {
     if (const Explanation::Bound* const binding = explanation.binding()) {
         text += "  Limited by: " + boundText(*binding) + '\n';
     }
+    for (const Explanation::Bound& bound : explanation.sameFigure) {
+        text +=
+            "  Rises too:  " + boundText(bound) + ", which reads " + bound.figure + " as well\n";
+    }
     if (const Explanation::Bound* const next = explanation.runnerUp()) {
         text += "  Next bound: " + boundText(*next) + ", " +
                 Decibels::format(explanation.headroom.value_or(0)) + " dB above\n";
+    } else if (explanation.wraps) {
+        text += "  Next bound: not told apart, as sums wrap\n";
     } else if (explanation.binding() != nullptr) {
-        text += explanation.bounds.size() == 1 ? "  Next bound: none\n"
-                                               : "  Next bound: not told apart, as sums wrap\n";
+        text += explanation.hasOpenBound ? "  Next bound: not told\n" : "  Next bound: none\n";
+    }
+    if (explanation.cutback) {
+        text += std::string("  Cut back:   by the ") + wordsFor(*explanation.cutback) + " (" +
+                codeOf(*explanation.cutback) + ")" +
+                (explanation.withoutCutback
+                     ? ", " + Decibels::dBm(*explanation.withoutCutback) + " without it"
+                     : "") +
+                '\n';
     }
     for (const std::string& note : explanation.notes) {
         text += "  Note: " + note + '\n';
@@ -227,6 +240,7 @@ Datum datumOf(const Explanation::Bound& bound) {
         {"words", bound.words},
         {"powerCentiDbm", bound.value},
         {"pointer", Datum::orNothing(bound.pointer)},
+        {"figure", Datum::orNothing(bound.figure)},
     };
 }
 
@@ -264,7 +278,10 @@ Datum datumOf(const Explanation& explanation) {
                                         : Datum()},
         {"binding", datumOf(explanation.binding())},
         {"runnerUp", datumOf(explanation.runnerUp())},
+        {"sameFigure", listOf(explanation.sameFigure)},
         {"headroomCentiDb", explanation.headroom},
+        {"cutback", datumOf(explanation.cutback)},
+        {"withoutCutbackCentiDbm", explanation.withoutCutback},
         {"lookups", listOf(explanation.lookups)},
         {"steps", listOf(stepFields(), explanation.steps)},
         {"bounds", listOf(explanation.bounds)},

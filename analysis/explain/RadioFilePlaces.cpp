@@ -103,7 +103,7 @@ std::string RadioFilePlaces::pmaxRow(Modulation modulation, std::int32_t power) 
     } else {
         path.insert(path.end(), {std::to_string(*row / 2), "1"});
     }
-    return pointerText(path);
+    return m_file.placeOf(path);
 }
 
 std::string RadioFilePlaces::pmaxTableKey() const {
@@ -130,7 +130,7 @@ std::string RadioFilePlaces::compensation(EChannelSpacingType spacing,
         if (elements[index] == static_cast<std::int32_t>(spacing)) {
             // Behind the number of valid elements a pair does not count.
             return elements[index + 1] == compensation
-                       ? pointerText({"variables", name, std::to_string(index + 1)})
+                       ? m_file.placeOf({"variables", name, std::to_string(index + 1)})
                        : std::string();
         }
     }

@@ -15,16 +15,18 @@ public:
         : m_explanation(explanation) {}
 
     /// The power to start from, which is also the first bound.
-    Explanation::Step& start(Rule rule, const std::string& words, std::int32_t power);
+    /// @param figure that it rises with, see Explanation::Bound.
+    Explanation::Step& start(Rule rule, const std::string& words, std::int32_t power,
+                             const std::string& figure = std::string());
 
     /// Calls what start() began otherwise: the rule that made the most of it.
     void nameFirstBound(Rule rule, const std::string& words);
 
-    Explanation::Step& change(Rule rule, const std::string& words, std::int64_t amount);
+    /// @param cutback how much of the amount is a cutback that is taken off; negative: put back.
+    Explanation::Step& change(Rule rule, const std::string& words, std::int64_t amount,
+                              std::int64_t cutback = 0);
 
-    /// @param pointer of the bound's figure in the radio file, or empty.
-    Explanation::Step& bound(Rule rule, const std::string& words, std::int32_t power,
-                             const std::string& pointer = std::string());
+    Explanation::Step& bound(const Explanation::Bound& bound);
 
     /// Compares the sum so far with what the library reported, if it did.
     void expect(const std::string& what, const std::optional<std::int32_t>& reported);
@@ -37,7 +39,12 @@ public:
     /// @param mayBind whether it may be what the power is at so far.
     void leaveOpen(bool mayBind);
 
-    /// Names the binding bound and the runner-up, and compares with the library's answer.
+    /// The cutback that is taken off somewhere.
+    /// @param isWhole whether the bounds say everything that it takes.
+    void setCutback(Rule rule, bool isWhole);
+
+    /// Names the binding bound, what holds next and a cutback that binds, and compares with the
+    /// library's answer.
     void finish(const std::optional<std::int32_t>& answer);
 
     std::int32_t running() const { return m_running; }
@@ -49,11 +56,15 @@ public:
 
 private:
     Explanation::Step& add(Explanation::Step step);
-    void findRunnerUp();
+    void findNext();
+    bool isSplitBy(const Explanation::Bound& bound, const std::string& figure) const;
+    void consider(Explanation::Bound bound, const std::string& figure);
+    void findWithoutCutback();
 
     Explanation& m_explanation;
     std::int32_t m_running = 0;
-    bool m_wraps = false;
+    std::optional<Rule> m_cutback;
+    bool m_isCutbackWhole = true;
     std::size_t m_holder = 0;       ///< the bound whose power is running
     std::size_t m_unsureBounds = 0; ///< that a bound which is not told may be below
 };

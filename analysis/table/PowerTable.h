@@ -10,6 +10,7 @@
 #include "QueryTrace.h"
 #include "RadioChannel.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -34,13 +35,26 @@ struct PowerTable {
     std::string productNumber; ///< may be empty
     QueryTrace::Family family;
 
+    /// The request of the file in whose place is asked, and what it calls:
+    /// "calculatePowerCapabilities of 64QAM". Nothing: none.
+    std::optional<std::size_t> request;
+    std::string requestWords;
+
     std::int32_t frameFormatId = 0; ///< below 1: the configured one
     EFrameFormatMarket market = EFrameFormatMarket::Etsi;
     EChannelSpacingType channelSpacing{};
     EDpdVersion dpdVersion{};
 
     EReferenceSEC rsec = EReferenceSEC::UNDEFINED;
-    bool isRsecGiven = false; ///< on the command line; else by the system power controller
+    /// Who chose an argument of the query.
+    enum class Chooser {
+        Radio,  ///< a neighbour: the system power controller or the ACM handler
+        Asker,  ///< an input of the question
+        Request ///< the request of the file
+    };
+    Chooser rsecBy = Chooser::Radio;
+    Chooser selectedMinBy = Chooser::Radio;
+    Chooser selectedMaxBy = Chooser::Radio;
     std::optional<std::string> usedRsec; ///< class that the powers were calculated with, if any was
     ModulationAndCoding selectedMin{ModulationAndCoding::UNDEFINED};
     ModulationAndCoding selectedMax{ModulationAndCoding::UNDEFINED};

@@ -8,6 +8,16 @@ namespace {
 
 using enum Shown;
 
+using Chooser = PowerTable::Chooser;
+
+/// Behind what a neighbour has not chosen.
+const char* wordsFor(Chooser chooser) {
+    if (chooser == Chooser::Radio) {
+        return "";
+    }
+    return chooser == Chooser::Asker ? ", as given" : ", of the request";
+}
+
 std::string channelText(const PowerTable& table) {
     std::string text = std::to_string(table.servedChannel);
     if (table.channel != table.servedChannel) {
@@ -33,7 +43,8 @@ std::string rsecText(const PowerTable& table) {
         table.rsec != EReferenceSEC::UNDEFINED) {
         text += ", number " + std::to_string(static_cast<std::int32_t>(table.rsec));
     }
-    text += table.isRsecGiven ? ", as given" : ", from the system power controller";
+    text += table.rsecBy == Chooser::Radio ? ", from the system power controller"
+                                           : wordsFor(table.rsecBy);
     if (!table.failure.empty()) {
         return text;
     }
@@ -52,10 +63,11 @@ std::string rsecText(const PowerTable& table) {
 std::string acmText(const PowerTable& table) {
     const bool isSelected = table.selectedMin.code != ModulationAndCoding::UNDEFINED ||
                             table.selectedMax.code != ModulationAndCoding::UNDEFINED;
-    std::string range = isSelected
-                            ? convertCodeAndModulationEnumToString(table.selectedMin) + " to " +
-                                  convertCodeAndModulationEnumToString(table.selectedMax)
-                            : "none";
+    std::string range = isSelected ? convertCodeAndModulationEnumToString(table.selectedMin) +
+                                         wordsFor(table.selectedMinBy) + " to " +
+                                         convertCodeAndModulationEnumToString(table.selectedMax) +
+                                         wordsFor(table.selectedMaxBy)
+                                   : "none";
     if (!table.failure.empty()) {
         return range;
     }
@@ -114,6 +126,10 @@ Heading headingOf(const PowerTable& table) {
         {"RSEC", rsecText(table)},
         {"Selected ACM range", acmText(table)},
     };
+    if (table.request) {
+        heading.insert(heading.begin() + 1,
+                       {"Request", std::to_string(*table.request) + ", " + table.requestWords});
+    }
     if (table.modulationLimit) {
         heading.emplace_back("Highest modulation", limitText(*table.modulationLimit));
     }
@@ -172,12 +188,15 @@ Fields<PowerTableLine> lineFields(bool withRule) {
 }
 
 Datum::Object objectOf(const PowerTable& table, Datum rows) {
+    static constexpr const char* rsecSources[] = {"systemPowerController", "commandLine",
+                                                  "request"};
     const OperatingInputs& inputs = table.inputs;
     const OperatingInputs::TemporaryCutback temporary =
         inputs.temporaryCutback.value_or(OperatingInputs::TemporaryCutback());
     const auto& limit = table.modulationLimit;
     return {
         {"radioFile", table.radioFile},
+        {"request", table.request ? Datum(static_cast<std::int64_t>(*table.request)) : Datum()},
         {"channel", table.servedChannel},
         {"productNumber", table.productNumber},
         {"family", table.family.name},
@@ -187,11 +206,10 @@ Datum::Object objectOf(const PowerTable& table, Datum rows) {
                        {"market", table.market},
                        {"channelSpacingMHz", table.channelSpacing},
                        {"dpdVersion", table.dpdVersion}}},
-        {"rsec",
-         Datum::Object{{"class", table.rsec},
-                       {"value", static_cast<std::int32_t>(table.rsec)},
-                       {"source", table.isRsecGiven ? "commandLine" : "systemPowerController"},
-                       {"used", table.usedRsec}}},
+        {"rsec", Datum::Object{{"class", table.rsec},
+                               {"value", static_cast<std::int32_t>(table.rsec)},
+                               {"source", rsecSources[static_cast<std::size_t>(table.rsecBy)]},
+                               {"used", table.usedRsec}}},
         {"acm", Datum::Object{{"min", table.selectedMin},
                               {"max", table.selectedMax},
                               {"adaptive", table.isAdaptive}}},

@@ -1,15 +1,11 @@
 #include "WhyNot.h"
 
 #include "AnalysisError.h"
-#include "Decibels.h"
-#include "InputAxis.h"
-#include "RadioFilePlaces.h"
-#include "TextForms.h"
+#include "Lever.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <functional>
-#include <limits>
+#include <map>
 #include <utility>
 
 namespace {
@@ -17,348 +13,285 @@ namespace {
 using Change = WhyNot::Change;
 using Power = std::optional<std::int32_t>;
 
-/// How far up a Pmax or a booster's input power is searched, in hundredths of a dB.
-constexpr std::int64_t farthestRaise = 10000;
-
 /// The row of a table with the lowest power among those that are chosen; one without a power is
-/// lower than all.
+/// lower than all, and of equal ones a doubtful one.
 std::optional<std::size_t> lowestOf(const PowerTable& table, const ModulationChoice& choice) {
     std::optional<std::size_t> lowest;
+    const auto rank = [&table](std::size_t index) {
+        return std::pair(table.rows[index].maxPower, table.rows[index].warning.empty());
+    };
     for (std::size_t index = 0; index < table.rows.size(); ++index) {
-        if (!choice.includes(table.rows[index])) {
-            continue;
-        }
-        if (!lowest || table.rows[index].maxPower < table.rows[*lowest].maxPower) {
+        if (choice.includes(table.rows[index]) && (!lowest || rank(index) < rank(*lowest))) {
             lowest = index;
         }
     }
     return lowest;
 }
 
-/// The values that make sense for a radio, or none.
-std::vector<Inputs::Value> usualValuesOf(const InputAxis& axis, const RadioCase& radio) {
-    try {
-        return axis.usualValues("input", radio);
-    } catch (const QuestionError&) {
-        return {};
-    }
-}
+/// How a lever is set: a number of its range, or which of its values.
+struct Setting {
+    const Lever* lever;
+    std::int64_t value;
 
-/// Tries changes of one radio.
-class Search {
-public:
-    Search(const RadioCase& radio, const ModulationChoice& choice, WhyNot& found)
-        : m_radio(radio)
-        , m_choice(choice)
-        , m_found(found)
-        , m_explained(radio.explain()) {}
-
-    const ExplainedTable& explained() const { return m_explained; }
-
-    void searchCutbacks() {
-        const OperatingInputs& inputs = m_explained.table.inputs;
-        const std::int64_t cutback = inputs.cutbackInForce();
-        if (!inputs.isTemporary()) {
-            searchInput({"cutback", "permanent cutback", Decibels::dB(cutback)},
-                        Rule::PermanentCutback, cutback, 0, Decibels::dB, [](std::int64_t value) {
-                            return Inputs::PermanentCutback{static_cast<std::uint32_t>(value)};
-                        });
-            return;
-        }
-        const Change change{"temporary-cutback", "temporary cutback", Decibels::dB(cutback)};
-        searchInput(
-            change, Rule::TemporaryCutback, cutback, 0, Decibels::dB, [](std::int64_t value) {
-                return OperatingInputs::TemporaryCutback{true, static_cast<std::uint32_t>(value)};
-            });
-        if (const Power lifted =
-                allowedBy(Inputs::varied(m_radio, OperatingInputs::TemporaryCutback{false, 0}))) {
-            add({change.input,
-                 change.words,
-                 change.from,
-                 "lifted",
-                 *lifted,
-                 {},
-                 pointerTo(Rule::TemporaryCutback)});
-        }
-    }
-
-    void searchSelection() {
-        searchCode<Inputs::SelectedMin>("min", "selected minimum", m_explained.table.selectedMin);
-        searchCode<Inputs::SelectedMax>("max", "selected maximum", m_explained.table.selectedMax);
-    }
-
-    void searchChoices() {
-        const PowerTable& table = m_explained.table;
-        searchAxis("rsec", InputAxis::labelOf(table.rsec));
-        searchAxis("dpd", InputAxis::labelOf(table.dpdVersion));
-        searchAxis("market", InputAxis::labelOf(table.market));
-        searchAxis("channel-spacing", InputAxis::labelOf(table.channelSpacing));
-    }
-
-    void searchPmax() {
-        std::vector<Modulation> searched;
-        for (const Explanation::Lookup& lookup : m_found.explanation.lookups) {
-            if (std::ranges::find(searched, lookup.modulation) == searched.end()) {
-                searched.push_back(lookup.modulation);
-                searchRow(lookup);
-            }
-        }
-    }
-
-    void searchBooster() {
-        const auto& booster = m_explained.table.inputs.booster;
-        if (!booster || booster->presence == 0) {
-            return;
-        }
-        if (const Power without = allowedBy(Inputs::varied(m_radio, OperatingInputs::Booster()))) {
-            add({"booster", "booster", "present", "none", *without});
+    void applyTo(RadioCase& radio) const {
+        if (lever->range) {
+            lever->range->apply(radio, value);
         } else {
-            giveUp("removal of the booster");
+            chosen().apply(radio);
         }
-        const auto with = [booster](std::int32_t OperatingInputs::Booster::*member) {
-            return [booster, member](std::int64_t value) {
-                OperatingInputs::Booster changed = *booster;
-                changed.*member = static_cast<std::int32_t>(value);
-                return changed;
-            };
-        };
-        using Limits = std::numeric_limits<std::int32_t>;
-        searchInput({"booster-gain", "booster gain", Decibels::dB(booster->gain)},
-                    Rule::BoosterGain, booster->gain,
-                    std::max<std::int64_t>(booster->gain - farthestRaise, Limits::min()),
-                    Decibels::dB, with(&OperatingInputs::Booster::gain));
-        searchInput({"booster-max-input", "booster's highest input power",
-                     Decibels::dBm(booster->maxInputPower)},
-                    Rule::BoosterInputLimit, booster->maxInputPower,
-                    std::min<std::int64_t>(booster->maxInputPower + farthestRaise, Limits::max()),
-                    Decibels::dBm, with(&OperatingInputs::Booster::maxInputPower));
-        searchBoosterChoices(*booster);
+    }
+
+    Change change() const {
+        Change change{lever->input, lever->words, lever->from};
+        change.pointer = lever->pointer;
+        if (lever->range) {
+            change.to = lever->range->text(value);
+            change.options = lever->range->options(value);
+            if (!lever->range->isAdded) { // there would be nothing that it is added to
+                change.amount = value - lever->range->from;
+            }
+        } else {
+            change.to = chosen().text;
+            change.options = chosen().options;
+        }
+        return change;
+    }
+
+    void addTo(ChangeCost& cost) const {
+        cost.add(lever->input, lever->range ? value - lever->range->from : chosen().steps);
     }
 
 private:
-    /// Makes the radio in which an input has a value.
-    using Vary = std::function<RadioCase(std::int64_t value)>;
+    const Lever::Value& chosen() const { return lever->values[static_cast<std::size_t>(value)]; }
+};
 
-    /// The power of a changed radio; nothing if there is none, or no answer.
-    Power powerOf(const RadioCase& radio) const {
+/// Asks the library for changed radios.
+class Search {
+public:
+    Search(const RadioCase& radio, const ModulationChoice& choice, std::int32_t wanted)
+        : m_radio(radio)
+        , m_choice(choice)
+        , m_wanted(wanted) {}
+
+    /// The power with settings if it is what is wanted; else nothing.
+    Power allowedBy(const std::vector<Setting>& settings) const {
+        RadioCase radio = m_radio;
+        for (const Setting& setting : settings) {
+            setting.applyTo(radio);
+        }
+        ++m_questions;
         try {
             const PowerTable table = radio.powers();
-            const auto row = lowestOf(table, m_choice);
-            return row && table.rows[*row].maxPower
-                       ? Power(static_cast<std::int32_t>(*table.rows[*row].maxPower))
-                       : std::nullopt;
+            const auto lowest = lowestOf(table, m_choice);
+            if (!lowest || !table.rows[*lowest].maxPower ||
+                *table.rows[*lowest].maxPower < m_wanted) {
+                return std::nullopt;
+            }
+            const bool isDoubtful = std::ranges::any_of(table.rows, [this](const auto& row) {
+                return m_choice.includes(row) && !row.warning.empty();
+            });
+            return isDoubtful ? Power()
+                              : Power(static_cast<std::int32_t>(*table.rows[*lowest].maxPower));
         } catch (const AnalysisError&) {
             return std::nullopt; // a radio whose service does not start gives no power
         }
     }
 
-    /// The power of a changed radio if it is what is wanted; else nothing.
-    Power allowedBy(const RadioCase& radio) const {
-        const Power power = powerOf(radio);
-        return power && *power >= m_found.wanted ? power : std::nullopt;
-    }
-
-    /// Searches between a value that does not allow the power and one that may.
-    /// @return the nearest one to the first that does; nothing if not even the last does.
-    std::optional<std::int64_t> nearest(std::int64_t from, std::int64_t to,
-                                        const Vary& vary) const {
-        if (from == to || !allowedBy(vary(to))) {
+    /// The setting of a range nearest to what the radio has that allows the power, together with
+    /// another one.
+    std::optional<Setting> nearest(const Lever& lever, const std::vector<Setting>& others) const {
+        const auto allows = [&](std::int64_t value) {
+            std::vector<Setting> settings = others;
+            settings.push_back({&lever, value});
+            return allowedBy(settings).has_value();
+        };
+        std::int64_t from = lever.range->from;
+        std::int64_t to = lever.range->to;
+        if (from == to || !allows(to)) {
             return std::nullopt;
         }
         // `to` always allows the power and `from` never does, so that they end as neighbours.
         while (std::abs(to - from) > 1) {
             const std::int64_t middle = from + (to - from) / 2;
-            (allowedBy(vary(middle)) ? to : from) = middle;
+            (allows(middle) ? to : from) = middle;
         }
-        return to;
+        return Setting{&lever, to};
     }
 
-    /// Adds the change to the nearest value, or says that there is none.
-    /// @param text of a value, with its unit.
-    void searchNumber(Change change, std::int64_t from, std::int64_t to, const Vary& vary,
-                      std::string (*text)(std::int64_t)) {
-        const std::optional<std::int64_t> value = nearest(from, to, vary);
-        if (!value) {
-            giveUp(change.words);
-            return;
-        }
-        change.to = text(*value);
-        change.amount = *value - from;
-        change.power = powerOf(vary(*value)).value_or(0);
-        add(std::move(change));
-    }
+    std::size_t questions() const { return m_questions; }
 
-    /// Likewise for the input of a step, of which a number makes a value.
-    template <class MakeValue>
-    void searchInput(Change change, Rule step, std::int64_t from, std::int64_t to,
-                     std::string (*text)(std::int64_t), MakeValue makeValue) {
-        change.pointer = pointerTo(step);
-        searchNumber(
-            std::move(change), from, to,
-            [&](std::int64_t value) { return Inputs::varied(m_radio, makeValue(value)); }, text);
-    }
-
-    /// Adds each value of an axis that allows the power, or says that there is none.
-    void searchAxis(const std::string& name, const std::string& current) {
-        static const std::string anInput = "input";
-        const InputAxis& axis = InputAxis::named(anInput, name);
-        bool isFound = false;
-        for (const Inputs::Value& value : usualValuesOf(axis, m_radio)) {
-            if (InputAxis::labelOf(value) == current) {
-                continue;
-            }
-            if (const Power power = allowedBy(Inputs::varied(m_radio, value))) {
-                add({name,
-                     axis.words(),
-                     current,
-                     InputAxis::labelOf(value),
-                     *power,
-                     {},
-                     placeOf(name)});
-                isFound = true;
-            }
-        }
-        if (!isFound) {
-            giveUp(axis.words());
-        }
-    }
-
-    /// Adds the code nearest to the selected one that allows the power.
-    template <class Selected>
-    void searchCode(const std::string& name, const std::string& words,
-                    ModulationAndCoding current) {
-        std::vector<ModulationAndCoding> codes;
-        for (const PowerTable::Row& row : m_explained.table.rows) {
-            if (row.modulationAndCode.code != current.code &&
-                row.modulation != Modulation::UNDEFINED) {
-                codes.push_back(row.modulationAndCode);
-            }
-        }
-        std::ranges::sort(codes, [current](ModulationAndCoding left, ModulationAndCoding right) {
-            // Of two that are equally near the lower one comes first.
-            return std::make_pair(std::abs(left.code - current.code), left.code) <
-                   std::make_pair(std::abs(right.code - current.code), right.code);
-        });
-        // A frame format may list a code again and again; it is tried once.
-        codes.erase(std::unique(codes.begin(), codes.end()), codes.end());
-        for (const ModulationAndCoding code : codes) {
-            if (const Power power = allowedBy(Inputs::varied(m_radio, Selected{code}))) {
-                const bool isSelected = current.code != ModulationAndCoding::UNDEFINED;
-                add({name,
-                     words,
-                     isSelected ? convertCodeAndModulationEnumToString(current) : "none",
-                     convertCodeAndModulationEnumToString(code),
-                     *power,
-                     {},
-                     isSelected ? "/acmHandler/" + name : ""});
-                return;
-            }
-        }
-        giveUp(words);
-    }
-
-    void searchRow(const Explanation::Lookup& lookup) {
-        if (lookup.missing == Rule::UnknownDpdVersion || (!lookup.missing && !lookup.power)) {
-            return;
-        }
-        const Vary vary = [this, &lookup](std::int64_t power) {
-            RadioCase changed = m_radio;
-            changed.file = Inputs::withPmax(m_radio.file, m_explained.pmaxTableKey,
-                                            lookup.modulation, static_cast<std::int32_t>(power));
-            return changed;
-        };
-        const std::string words = "Pmax of " + convertAcmEnumToString(lookup.modulation);
-        Change change{"pmax-row", words, lookup.power ? Decibels::dBm(*lookup.power) : "no row"};
-        change.pointer = lookup.pointer;
-        const std::int64_t from = lookup.power.value_or(-farthestRaise);
-        const std::int64_t to = std::min<std::int64_t>(from + 2 * farthestRaise,
-                                                       std::numeric_limits<std::int32_t>::max());
-        const std::size_t before = m_found.changes.size();
-        searchNumber(change, from, to, vary, Decibels::dBm);
-        if (lookup.missing && m_found.changes.size() > before) {
-            m_found.changes.back().amount.reset(); // there is nothing that it is added to
-        }
-    }
-
-    void searchBoosterChoices(const OperatingInputs::Booster& booster) {
-        // Only one presence selects the other band.
-        constexpr std::int32_t presenceOfOtherBand = 7;
-        OperatingInputs::Booster changed = booster;
-        changed.presence = booster.presence == presenceOfOtherBand ? 1 : presenceOfOtherBand;
-        if (const Power otherBand = allowedBy(Inputs::varied(m_radio, changed))) {
-            add({"booster-presence", "booster presence", std::to_string(booster.presence),
-                 std::to_string(changed.presence), *otherBand});
-        } else {
-            giveUp("booster presence");
-        }
-        const std::string words = "booster's highest modulation";
-        for (const std::string& text : modulationTextForms().texts()) {
-            changed = booster;
-            changed.maxModulation =
-                modulationTextForms().find(text).value_or(Modulation::UNDEFINED);
-            if (changed.maxModulation <= booster.maxModulation ||
-                changed.maxModulation == Modulation::UNDEFINED) {
-                continue;
-            }
-            if (const Power power = allowedBy(Inputs::varied(m_radio, changed))) {
-                add({"booster-max-modulation", words, convertAcmEnumToString(booster.maxModulation),
-                     text, *power});
-                return;
-            }
-        }
-        giveUp(words);
-    }
-
-    /// Where the radio file holds the figure of a step; or empty.
-    std::string pointerTo(Rule rule) const {
-        for (const Explanation::Step& step : m_found.explanation.steps) {
-            if (step.rule == rule) {
-                return step.pointer;
-            }
-        }
-        return {};
-    }
-
-    /// Where the radio file holds an input that an axis varies; or empty.
-    std::string placeOf(const std::string& axis) const {
-        if (axis == "rsec") {
-            return m_explained.table.isRsecGiven ? "" : "/systemPowerController/referenceSec";
-        }
-        std::string key = axis == "dpd" ? "dpdVersion" : "channelSpacing";
-        if (axis == "market") {
-            key = axis;
-        }
-        const std::int32_t id = m_explained.table.frameFormatId;
-        if (id < 1) {
-            return "/frameFormat/" + key;
-        }
-        const auto& frameFormats = m_radio.file.node.hardwareConfigurationHandler->frameFormats;
-        for (std::size_t index = 0; index < frameFormats.size(); ++index) {
-            if (frameFormats[index].id == id) {
-                return "/hardwareConfigurationHandler/frameFormats/" + std::to_string(index) + '/' +
-                       key;
-            }
-        }
-        return {};
-    }
-
-    void add(Change change) { m_found.changes.push_back(std::move(change)); }
-    void giveUp(const std::string& words) { m_found.without.push_back(words); }
-
+private:
     const RadioCase& m_radio;
     const ModulationChoice& m_choice;
-    WhyNot& m_found;
-    ExplainedTable m_explained;
+    std::int32_t m_wanted;
+    mutable std::size_t m_questions = 0;
 };
+
+/// Settings of one or two levers that allow the power.
+struct Found {
+    std::vector<Setting> settings;
+    std::int32_t power;
+    ChangeCost cost;
+
+    Found(std::vector<Setting> made, std::int32_t allowed)
+        : settings(std::move(made))
+        , power(allowed) {
+        for (const Setting& setting : settings) {
+            setting.addTo(cost);
+        }
+    }
+};
+
+/// Every change of a lever alone that allows the power: the smallest of a number, of the selected
+/// range and of a highest modulation, and each one of other values.
+std::vector<Found> singlesOf(const Lever& lever, const Search& search) {
+    std::vector<Found> found;
+    if (lever.range) {
+        if (const auto setting = search.nearest(lever, {})) {
+            found.emplace_back(std::vector{*setting}, search.allowedBy({*setting}).value_or(0));
+        }
+        return found;
+    }
+    const bool isOrdered = lever.values.front().steps != lever.values.back().steps;
+    for (std::size_t index = 0; index < lever.values.size(); ++index) {
+        const Setting setting{&lever, static_cast<std::int64_t>(index)};
+        if (const Power power = search.allowedBy({setting})) {
+            found.emplace_back(std::vector{setting}, *power);
+            if (isOrdered) {
+                break;
+            }
+        }
+    }
+    return found;
+}
+
+/// The cheapest settings of two levers that together allow the power.
+class PairSearch {
+public:
+    PairSearch(const Lever& first, const Lever& second, const Search& search)
+        : m_first(first)
+        , m_second(second)
+        , m_search(search) {
+        if (first.range && second.range) {
+            tryRanges();
+        } else if (first.range) {
+            tryValues(second, first);
+        } else if (second.range) {
+            tryValues(first, second);
+        } else {
+            tryAllValues();
+        }
+    }
+
+    const std::optional<Found>& best() const { return m_best; }
+
+private:
+    void take(const Setting& first, const Setting& second) {
+        const std::vector<Setting> settings{first, second};
+        if (const Power power = m_search.allowedBy(settings)) {
+            Found found(settings, *power);
+            if (!m_best || found.cost < m_best->cost) {
+                m_best = std::move(found);
+            }
+        }
+    }
+
+    /// A power is the least of sums in which a number counts once or not at all. So the cost falls
+    /// or rises all the way between the least change of one number and that of the other: one of
+    /// these two ends is the cheapest.
+    void tryRanges() {
+        for (const auto& [one, other] :
+             {std::pair(&m_first, &m_second), std::pair(&m_second, &m_first)}) {
+            const auto least = m_search.nearest(*one, {{other, other->range->to}});
+            const auto rest = least ? m_search.nearest(*other, {*least}) : std::nullopt;
+            if (!rest) {
+                return;
+            }
+            take(*least, *rest);
+        }
+    }
+
+    void tryValues(const Lever& values, const Lever& range) {
+        for (std::size_t index = 0; index < values.values.size(); ++index) {
+            const Setting value{&values, static_cast<std::int64_t>(index)};
+            if (const auto number = m_search.nearest(range, {value})) {
+                take(value, *number);
+            }
+        }
+    }
+
+    void tryAllValues() {
+        for (std::size_t first = 0; first < m_first.values.size(); ++first) {
+            for (std::size_t second = 0; second < m_second.values.size(); ++second) {
+                const Setting one{&m_first, static_cast<std::int64_t>(first)};
+                const Setting other{&m_second, static_cast<std::int64_t>(second)};
+                ChangeCost cost;
+                one.addTo(cost);
+                other.addTo(cost);
+                if (!m_best || cost < m_best->cost) {
+                    take(one, other);
+                }
+            }
+        }
+    }
+
+    const Lever& m_first;
+    const Lever& m_second;
+    const Search& m_search;
+    std::optional<Found> m_best;
+};
+
+/// The changes of what was found, in words.
+std::vector<Change> changesOf(const Found& found) {
+    std::vector<Change> changes;
+    for (const Setting& setting : found.settings) {
+        changes.push_back(setting.change());
+        changes.back().power = found.power;
+        changes.back().cost = found.cost;
+    }
+    return changes;
+}
+
+/// Finds the cheapest pair of each two levers, those with the fewest changes of hardware and
+/// calibrations first, and none that has more of them than one that was found.
+/// @return whether every pair that may be cheaper was tried.
+bool findPairs(const std::vector<Lever>& levers, const Search& search, std::vector<Found>& found) {
+    using Kind = std::pair<std::int64_t, std::int64_t>;
+    std::multimap<Kind, std::pair<const Lever*, const Lever*>> candidates;
+    for (std::size_t first = 0; first < levers.size(); ++first) {
+        for (std::size_t second = first + 1; second < levers.size(); ++second) {
+            if (levers[first].input != levers[second].input || levers[first].range) {
+                ChangeCost cost;
+                cost.add(levers[first].input, 0);
+                cost.add(levers[second].input, 0);
+                candidates.emplace(Kind(cost.hardware, cost.calibrations),
+                                   std::pair(&levers[first], &levers[second]));
+            }
+        }
+    }
+    for (const auto& [kind, pair] : candidates) {
+        if (!found.empty() &&
+            kind > Kind(found.front().cost.hardware, found.front().cost.calibrations)) {
+            break;
+        }
+        if (search.questions() > WhyNot::maxQuestions) {
+            return false;
+        }
+        if (const auto best = PairSearch(*pair.first, *pair.second, search).best()) {
+            found.push_back(*best);
+        }
+    }
+    return true;
+}
 
 } // namespace
 
-WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::int32_t wanted) {
+WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::int32_t wanted,
+                   std::size_t most) {
     WhyNot whyNot;
     whyNot.radioFile = radio.name;
     whyNot.wanted = wanted;
-    Search search(radio, choice, whyNot);
-    const ExplainedTable& explained = search.explained();
+    const ExplainedTable explained = radio.explain();
     const auto row = lowestOf(explained.table, choice);
     if (!row) {
         throw AnalysisError(Outcome::OtherTrouble,
@@ -368,13 +301,58 @@ WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::
     whyNot.mismatches = mismatchesOf(explained);
     whyNot.explanation = explained.explanations[*row];
     whyNot.power = whyNot.explanation.answer;
+    whyNot.warning = explained.table.rows[*row].warning;
     if (whyNot.isAllowed()) {
         return whyNot;
     }
-    search.searchCutbacks();
-    search.searchSelection();
-    search.searchPmax();
-    search.searchChoices();
-    search.searchBooster();
+    const Search search(radio, choice, wanted);
+    const std::vector<Lever> levers = leversOf(radio, explained, whyNot.explanation, choice);
+    std::vector<Found> found;
+    for (const Lever& lever : levers) {
+        const std::vector<Found> singles = singlesOf(lever, search);
+        if (singles.empty() &&
+            std::ranges::find(whyNot.without, lever.words) == whyNot.without.end()) {
+            whyNot.without.push_back(lever.words);
+        }
+        found.insert(found.end(), singles.begin(), singles.end());
+    }
+    const bool isSingle = !found.empty();
+    bool isWhole = true;
+    if (!isSingle && most > 1) {
+        isWhole = findPairs(levers, search, found);
+    }
+    std::ranges::stable_sort(found, {}, &Found::cost);
+    const std::size_t count = isSingle ? found.size() : std::min(found.size(), maxPairs);
+    for (std::size_t index = 0; index < count; ++index) {
+        for (Change& change : changesOf(found[index])) {
+            if (isSingle) {
+                whyNot.changes.push_back(std::move(change));
+            } else {
+                change.pair = index + 1;
+                whyNot.pairs.push_back(std::move(change));
+            }
+        }
+    }
+
+    whyNot.notTried = {"numbers changed by more than 100 dB, a missing Pmax row above 100 dBm",
+                       "rows of the Pmax table that the power was not looked up in",
+                       "a booster where there is none",
+                       "other codes, channels or performance profiles in a frame format",
+                       "what would exclude what is asked for, and what the table calls doubtful"};
+    if (most == 1) {
+        whyNot.notTried.emplace_back("several changes at once");
+    } else {
+        whyNot.notTried.emplace_back("more than two changes at once");
+        if (isSingle) {
+            whyNot.notTried.emplace_back("pairs, because a single change does it");
+        } else if (!found.empty()) {
+            whyNot.notTried.emplace_back(
+                "pairs with more calibrations or changes of hardware than the smallest one");
+        }
+        if (!isWhole) {
+            whyNot.notTried.emplace_back("pairs beyond " + std::to_string(maxQuestions) +
+                                         " questions to the library");
+        }
+    }
     return whyNot;
 }

@@ -1,18 +1,21 @@
 #pragma once
 
+#include "ChangeCost.h"
 #include "Explanation.h"
 #include "ModulationChoice.h"
 #include "PowerTableQuery.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-/// Which single changes of a radio's inputs would allow a power that it does not give. Every change
-/// is tried: the library answers the changed radio.
+/// Which changes of a radio's inputs would allow a power that it does not give: single ones, or
+/// pairs where no single one does. Every change is tried: the library answers the changed radio. A
+/// power that the table calls doubtful is none.
 struct WhyNot {
-    /// One input, changed alone.
+    /// One input, changed alone or with another one.
     struct Change {
         std::string input; ///< stable name: "cutback", "rsec", "pmax-row", "booster-gain" ...
         std::string words; ///< for people, for example "permanent cutback"
@@ -21,25 +24,37 @@ struct WhyNot {
         std::int32_t power = 0;                  ///< that it allows, in hundredths of a dBm
         std::optional<std::int64_t> amount = {}; ///< of a number, in hundredths of a dB
         std::string pointer = {};                ///< of the input in the radio file, or empty
+        std::vector<std::string> options = {};   ///< of a command line, which make it
+        ChangeCost cost = {};                    ///< of a pair's change that of the pair
+        std::optional<std::size_t> pair = {};    ///< which it belongs to, counted from 1
     };
 
     /// Searches the smallest change of each input. Of an input that is a number that is the one
     /// whose neighbour, one hundredth nearer to what the radio has, does not allow the power.
-    /// @param choice the codes that shall all have the power.
+    /// @param choice the codes that shall all have the power, and that no change excludes.
     /// @param wanted power in hundredths of a dBm.
+    /// @param most changes at once, 1 or 2.
     /// @throw AnalysisError OtherTrouble if the frame format has none of the codes; as the query
     /// does.
-    static WhyNot ask(const RadioCase& radio, const ModulationChoice& choice, std::int32_t wanted);
+    static WhyNot ask(const RadioCase& radio, const ModulationChoice& choice, std::int32_t wanted,
+                      std::size_t most = 1);
 
-    bool isAllowed() const { return power && *power >= wanted; }
+    bool isAllowed() const { return power && *power >= wanted && warning.empty(); }
+
+    /// Pairs that are shown, and questions to the library for pairs.
+    static constexpr std::size_t maxPairs = 10;
+    static constexpr std::size_t maxQuestions = 5000;
 
     std::string radioFile;
     std::int32_t wanted = 0;
-    std::optional<std::int32_t> power; ///< the lowest of the codes; nothing: one has none
-    Explanation explanation;           ///< of that code
-    std::vector<Change> changes;
+    std::optional<std::int32_t> power;   ///< the lowest of the codes; nothing: one has none
+    std::string warning;                 ///< why that power is doubtful; empty if it is not
+    Explanation explanation;             ///< of that code
+    std::vector<Change> changes;         ///< single ones, the smallest first
+    std::vector<Change> pairs;           ///< two for each pair, the smallest pair first
     std::vector<std::string> mismatches; ///< of the explanations of the radio as it is
-    std::vector<std::string> without; ///< words for the inputs of which no change alone allows it
+    std::vector<std::string> without;  ///< words for the inputs of which no change alone allows it
+    std::vector<std::string> notTried; ///< what this answer does not know
 };
 
 /// The answer for people.

@@ -13,6 +13,9 @@ std::string standing(const WhyNot& whyNot, const std::string& asked) {
                codeOf(explanation.decisiveRule()) + ")\n";
     }
     std::string text = asked + " gets " + Decibels::dBm(*whyNot.power);
+    if (!whyNot.warning.empty()) {
+        return text + ", but that is doubtful: " + whyNot.warning + '\n';
+    }
     if (whyNot.isAllowed()) {
         return text + ", so " + Decibels::dBm(whyNot.wanted) + " is allowed already\n";
     }
@@ -24,25 +27,33 @@ std::string standing(const WhyNot& whyNot, const std::string& asked) {
     return text + '\n';
 }
 
-std::string without(const WhyNot& whyNot) {
+std::string joined(const std::vector<std::string>& words, const char* separator) {
     std::string list;
-    for (const std::string& words : whyNot.without) {
-        list += (list.empty() ? "" : ", ") + words;
+    for (const std::string& word : words) {
+        list += (list.empty() ? "" : separator) + word;
     }
     return list;
 }
 
-Fields<WhyNot::Change> changeFields() {
+Fields<WhyNot::Change> changeFields(bool isPaired = false) {
     using enum Shown;
-    return {
+    const auto kind = [](const WhyNot::Change& change) { return kindOf(change.input); };
+    const auto options = [](const WhyNot::Change& change) { return Datum(change.options); };
+    Fields<WhyNot::Change> fields = {
         {{"input"}, &WhyNot::Change::input},
+        {{"kind"}, kind},
         {{"words"}, &WhyNot::Change::words, InJson, "Change"},
         {{"from"}, &WhyNot::Change::from, InJson, "From"},
         {{"to"}, &WhyNot::Change::to, InJson, "To"},
         {{"amount", "dB"}, &WhyNot::Change::amount, InJson, "By"},
         {{"maxPower", "dBm"}, &WhyNot::Change::power, InJson, "Power"},
         {{"pointer"}, orNothing<WhyNot::Change>(&WhyNot::Change::pointer), InJson, "Where"},
+        {{"options"}, options},
     };
+    if (isPaired) {
+        fields.insert(fields.begin(), {{"pair"}, &WhyNot::Change::pair, InJson, "Pair"});
+    }
+    return fields;
 }
 
 } // namespace
@@ -52,14 +63,20 @@ std::string textForm(const WhyNot& whyNot, const std::string& asked) {
     if (whyNot.isAllowed()) {
         return text;
     }
-    if (whyNot.changes.empty()) {
-        return text + "No single change allows it of: " + without(whyNot) + '\n';
+    if (!whyNot.changes.empty()) {
+        text += "Any one of these changes alone allows it, the smallest first:\n\n" +
+                textColumns(changeFields(), whyNot.changes, "") + '\n';
     }
-    text += "Any one of these changes alone allows it:\n\n" +
-            textColumns(changeFields(), whyNot.changes, "");
-    return whyNot.without.empty()
-               ? text
-               : text + "\nNo change alone allows it of: " + without(whyNot) + '\n';
+    if (!whyNot.without.empty()) {
+        text += "No change alone allows it of: " + joined(whyNot.without, ", ") + '\n';
+    }
+    if (!whyNot.pairs.empty()) {
+        text += "\nThese pairs of changes allow it, the smallest first:\n\n" +
+                textColumns(changeFields(true), whyNot.pairs, "") + '\n';
+    } else if (whyNot.changes.empty()) {
+        text += "Nothing that was tried allows it.\n";
+    }
+    return text + "Not tried: " + joined(whyNot.notTried, "; ") + '\n';
 }
 
 std::string jsonForm(const WhyNot& whyNot, const std::string& asked) {
@@ -71,6 +88,9 @@ std::string jsonForm(const WhyNot& whyNot, const std::string& asked) {
         {"rule", codeOf(whyNot.explanation.decisiveRule())},
         {"allowed", whyNot.isAllowed()},
         {"changes", listOf(changeFields(), whyNot.changes)},
+        {"pairs", listOf(changeFields(true), whyNot.pairs)},
         {"without", whyNot.without},
+        {"notTried", whyNot.notTried},
+        {"warning", Datum::orNothing(whyNot.warning)},
     });
 }

@@ -2,6 +2,7 @@
 #include "PowerDiff.h"
 #include "PowerPlot.h"
 #include "RadioFileReader.h"
+#include "Replay.h"
 #include "Sweep.h"
 #include "reference/RandomRadioFile.h"
 
@@ -113,6 +114,70 @@ TEST(ComparedPowers, AtARadiosOwnValueOfAnInputAreItsOwn) {
             EXPECT_EQ(sweep.points.front().powers.table.minOutputPower, asIs.minOutputPower);
         }
     }
+}
+
+/// What a replay answered to one request.
+using ReplayedLine = nlohmann::json;
+
+std::vector<ReplayedLine> replayOf(const RadioFile& file) {
+    std::vector<ReplayedLine> answers;
+    Replay().play(file, [&answers](const std::string& line) {
+        answers.push_back(nlohmann::json::parse(line));
+    });
+    answers.erase(answers.begin()); // the start
+    return answers;
+}
+
+/// The power that a replay answered for a row; nothing without one.
+std::optional<long> powerIn(const ReplayedLine& answer, const PowerTable::Row& row) {
+    for (const char* const key : {"maxPower", "pmax"}) {
+        if (answer.contains(key)) {
+            return answer.at(key).get<long>();
+        }
+    }
+    for (const nlohmann::json& entry : answer.at("powerMap")) {
+        if (entry.at("code") == row.modulationAndCode.code) {
+            return entry.at("maxPower").get<long>();
+        }
+    }
+    return std::nullopt;
+}
+
+TEST(PowersAtARequest, AreThoseThatItsReplayAnswers) {
+    std::size_t powers = 0;
+    std::size_t behindPatches = 0;
+    for (std::uint64_t seed = 1; seed <= 4 * radioCount; ++seed) {
+        const std::string text = reference::randomRadioFile(seed).dump();
+        const RadioFile file = RadioFileReader::read(text);
+        const std::vector<ReplayedLine> answers = replayOf(file);
+        bool isPatched = false;
+        for (std::size_t index = 0; index < answers.size(); ++index) {
+            const ReplayedLine& answer = answers[index];
+            const std::string call = answer.at("call").get<std::string>();
+            isPatched |= call == "patch";
+            if (!answer.contains("powerMap") && !answer.contains("maxPower") &&
+                call != "getUnrestrictedPmax") {
+                continue;
+            }
+            SCOPED_TRACE("file " + std::to_string(seed) + ", request " + std::to_string(index));
+            AskedInputs asked;
+            asked.request = std::to_string(index);
+
+            const ExplainedTable sut = asked.radio(text, "").explain();
+
+            EXPECT_EQ(sut.table.result, answer.at("result").get<unsigned>());
+            EXPECT_TRUE(mismatchesOf(sut).empty());
+            for (const PowerTable::Row& row : sut.table.rows) {
+                if (row.maxPower) {
+                    EXPECT_EQ(row.maxPower, powerIn(answer, row));
+                    ++powers;
+                    behindPatches += isPatched ? 1 : 0;
+                }
+            }
+        }
+    }
+    EXPECT_GT(powers, 10 * radioCount);
+    EXPECT_GT(behindPatches, radioCount);
 }
 
 TEST(ComparedPowers, OfAnyRadioCanBeDrawn) {

@@ -17,6 +17,9 @@ TEST(ExplainedPowers, EveryAnswerOfRandomFilesAddsUpExactly) {
     EXPECT_THAT(sut.findings(), testing::IsEmpty());
     EXPECT_GT(sut.answers(), 10 * fileCount);
     EXPECT_GT(sut.refusals(), fileCount);
+    EXPECT_GT(sut.raised(), fileCount);
+    EXPECT_GT(sut.raisedTogether(), fileCount / 10);
+    EXPECT_GT(sut.cutBack(), fileCount);
     for (const Rule rule :
          {Rule::PmaxRow, Rule::PmaxSelectedMinimum, Rule::RsecCap, Rule::CarriedPower,
           Rule::OffsetTable, Rule::SelectedMinimumOffset, Rule::BoosterInputLimit,

@@ -1,6 +1,7 @@
 #include "ExplanationAudit.h"
 
 #include "AnalysisError.h"
+#include "Inputs.h"
 #include "LoggedPowers.h"
 #include "PowerTableQuery.h"
 #include "RadioFileReader.h"
@@ -23,6 +24,15 @@ bool isFar(const Explanation::Step& step) {
     constexpr std::int64_t near = std::int64_t{1} << 28;
     return std::abs(step.amount) > near || std::abs(std::int64_t{step.running}) > near ||
            std::abs(std::int64_t{step.bound.value_or(0)}) > near;
+}
+
+/// Likewise whether any sum of an explanation may have.
+bool isFar(const Explanation& explanation) {
+    return explanation.wraps ||
+           std::ranges::any_of(explanation.steps,
+                               [](const Explanation::Step& step) { return isFar(step); }) ||
+           std::ranges::any_of(explanation.ofSelected,
+                               [](const Explanation& selected) { return isFar(selected); });
 }
 
 /// A number of 32 bits that wraps.
@@ -99,7 +109,10 @@ void ExplanationAudit::auditRandomFile(std::uint64_t seed) {
             const std::string name = "file " + std::to_string(seed) + ", frame format " +
                                      std::to_string(id) + (isAsItStands ? "" : ", other inputs");
             try {
-                audit(query.explain(file), document, name);
+                const ExplainedTable explained = query.explain(file);
+                audit(explained, document, name);
+                auditCutback(explained, query, file, name);
+                auditNextBound(explained, query, file, random(), name);
                 ++m_starts;
             } catch (const AnalysisError& error) {
                 if (error.outcome() != Outcome::ServiceDidNotStart) {
@@ -107,6 +120,72 @@ void ExplanationAudit::auditRandomFile(std::uint64_t seed) {
                 }
             }
         }
+    }
+}
+
+void ExplanationAudit::auditCutback(const ExplainedTable& explained, PowerTableQuery query,
+                                    const RadioFile& file, const std::string& name) {
+    // One of half the 32 bits and more may come to a small number, or to one that is put on.
+    constexpr std::uint32_t near = std::uint32_t{1} << 28;
+    const std::uint32_t cutback = explained.table.inputs.cutbackInForce();
+    if (cutback == 0 || cutback > near) {
+        return;
+    }
+    if (explained.table.inputs.isTemporary()) {
+        query.inputs.temporaryCutback = {true, 0};
+    } else {
+        query.inputs.permanentCutback = 0;
+    }
+    const PowerTable without = query.run(file);
+    for (std::size_t index = 0; index < without.rows.size(); ++index) {
+        const Explanation& explanation = explained.explanations[index];
+        const auto& power = without.rows[index].maxPower;
+        if (!power || isFar(explanation) || explanation.path == Explanation::Path::None) {
+            continue;
+        }
+        if (explanation.withoutCutback ? *explanation.withoutCutback != *power
+                                       : !explanation.cutback && explanation.answer != *power) {
+            find(name + ", " + convertAcmEnumToString(explanation.modulation),
+                 "without the cutback it has " + std::to_string(*power));
+        }
+        m_cutBack += explanation.withoutCutback ? 1U : 0U;
+    }
+}
+
+void ExplanationAudit::auditNextBound(const ExplainedTable& explained, const PowerTableQuery& query,
+                                      const RadioFile& file, std::uint64_t start,
+                                      const std::string& name) {
+    const auto& explanations = explained.explanations;
+    for (std::size_t count = 0; count < explanations.size(); ++count) {
+        const std::size_t index = (start + count) % explanations.size();
+        const Explanation& explanation = explanations[index];
+        const std::string figure = explanation.bindingFigure();
+        const auto row = std::ranges::find_if(
+            explained.explanations[index].lookups, [&figure](const Explanation::Lookup& lookup) {
+                return figure == "Pmax of " + convertAcmEnumToString(lookup.modulation) &&
+                       lookup.power && !lookup.pointer.empty();
+            });
+        if (figure.empty() || isFar(explanation) || row == explanation.lookups.end()) {
+            continue;
+        }
+        // By as much as the next bound is away, and by 10 dB more.
+        for (const std::int64_t more : {0, 1000}) {
+            const std::int64_t raise = explanation.headroom.value_or(0) + more;
+            const RadioFile raised =
+                Inputs::withPmax(file, explained.pmaxTableKey, row->modulation,
+                                 static_cast<std::int32_t>(*row->power + raise));
+            const std::int64_t expected =
+                explanation.next ? explanation.next->value : *explanation.answer + raise;
+            const auto power = query.run(raised).rows[index].maxPower;
+            if (power != expected) {
+                find(name + ", " + convertAcmEnumToString(explanation.modulation),
+                     figure + " raised by " + std::to_string(raise) + " gives " +
+                         std::to_string(power.value_or(0)) + ", not " + std::to_string(expected));
+            }
+        }
+        m_raised += 1;
+        m_raisedTogether += explanation.sameFigure.empty() ? 0U : 1U;
+        return;
     }
 }
 
@@ -230,7 +309,9 @@ void ExplanationAudit::auditBounds(const Explanation& explanation, bool wraps,
         }
     }
     const auto* const runnerUp = explanation.runnerUp();
-    if ((explanation.bounds.size() > 1 && !explanation.hasOpenBound) != (runnerUp != nullptr)) {
+    const bool hasMore = explanation.bounds.size() > 1 + explanation.sameFigure.size();
+    if (explanation.ofSelected.empty() &&
+        (hasMore && !explanation.hasOpenBound) != (runnerUp != nullptr)) {
         find(name, "no runner-up");
     }
     if (explanation.headroom &&

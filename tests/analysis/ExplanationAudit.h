@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Explanation.h"
+#include "PowerTableQuery.h"
 #include "RadioFile.h"
 
 #include <nlohmann/json.hpp>
@@ -38,7 +39,15 @@ public:
     /// How often each rule was decisive.
     const std::map<Rule, std::uint64_t>& decisive() const { return m_decisive; }
 
+    std::uint64_t raised() const { return m_raised; } ///< figures, to see what holds next
+    std::uint64_t raisedTogether() const { return m_raisedTogether; } ///< with several bounds
+    std::uint64_t cutBack() const { return m_cutBack; }
+
 private:
+    void auditCutback(const ExplainedTable& explained, PowerTableQuery query, const RadioFile& file,
+                      const std::string& name);
+    void auditNextBound(const ExplainedTable& explained, const PowerTableQuery& query,
+                        const RadioFile& file, std::uint64_t start, const std::string& name);
     void auditSteps(const Explanation& explanation, const std::string& name);
     void auditAnswer(const Explanation& explanation, const nlohmann::json& document,
                      const std::string& name);
@@ -53,6 +62,9 @@ private:
     std::uint64_t m_refusals = 0;
     std::uint64_t m_loggedAnswers = 0;
     std::uint64_t m_starts = 0;
+    std::uint64_t m_raised = 0;
+    std::uint64_t m_raisedTogether = 0;
+    std::uint64_t m_cutBack = 0;
 };
 
 /// A step in a line: "pmax-reference 2200", "offset-table +200 2250", "pmax-row <=2300 2250".

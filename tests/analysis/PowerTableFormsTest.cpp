@@ -154,7 +154,7 @@ TEST(TextForm, SaysWhichClassCounts) {
     EXPECT_EQ(lineWith("RSEC ", textForm(table)),
               "RSEC                4L, from the system power controller; no power depends on it "
               "here");
-    table.isRsecGiven = true;
+    table.rsecBy = PowerTable::Chooser::Asker;
     table.market = EFrameFormatMarket::Ansi;
     table.usedRsec = "2";
     EXPECT_EQ(lineWith("RSEC ", textForm(table)),

@@ -25,6 +25,9 @@ const std::map<std::string, std::optional<std::string> AskedInputs::*> inputs{
     {"--temporary-cutback", &AskedInputs::temporaryCutback},
     {"--booster", &AskedInputs::booster},
     {"--rsec", &AskedInputs::rsec},
+    {"--min", &AskedInputs::min},
+    {"--max", &AskedInputs::max},
+    {"--request", &AskedInputs::request},
 };
 
 } // namespace
@@ -44,6 +47,10 @@ Question questionIn(const std::vector<std::string>& words) {
             question.form = forms.at(words.at(++index));
         } else if (word == "--over") {
             question.over.push_back(words.at(++index));
+        } else if (word == "--changes") {
+            question.changes = words.at(++index);
+        } else if (word == "--set") {
+            question.inputs.set.push_back(words.at(++index));
         } else {
             question.inputs.*inputs.at(word) = words.at(++index);
         }

@@ -78,7 +78,7 @@ TEST(AWaterfall, ComparesTheAnswer) {
     Explanation explanation;
     Waterfall sut(explanation);
     sut.start(Rule::PmaxRow, "Pmax", 2000);
-    sut.bound(Rule::RsecCap, "cap", 1800);
+    sut.bound({Rule::RsecCap, "cap", 1800});
 
     sut.finish(1900);
 
@@ -90,7 +90,7 @@ TEST(AWaterfall, OfEqualBoundsTheFirstBinds) {
     Explanation explanation;
     Waterfall sut(explanation);
     sut.start(Rule::PmaxRow, "Pmax", 2000);
-    sut.bound(Rule::RsecCap, "cap", 2000);
+    sut.bound({Rule::RsecCap, "cap", 2000});
 
     sut.finish(2000);
 

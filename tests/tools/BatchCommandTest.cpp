@@ -175,18 +175,20 @@ TEST(Batch, KeepsTheHeadingOfANodeWhoseQueryFails) {
 
 TEST(Batch, TellsAtTheEndHowManyNodesEachRuleLimits) {
     // Each outdoor1.json: 3 codes by the offset table, 2 by the Pmax row, 1 above the radio's
-    // highest modulation.
+    // highest modulation. The cutback lowers the first 5.
     const ToolResult result =
         runBatch("../analysis/radios/outdoor1.json\n../analysis/radios/outdoor1.json\n\n");
 
-    EXPECT_EQ(result.errors, "qor-power: 3 lines: 2 nodes, 1 bad\n"
-                             "qor-power: Bad because                Lines\n"
-                             "qor-power: no radio file on the line      1\n"
-                             "qor-power: Limited by      Nodes  Codes  In words\n"
-                             "qor-power: pmax-row            2      4  Pmax of the modulation\n"
-                             "qor-power: offset-table        2      6  offset table of the family\n"
-                             "qor-power: hardware-limit      2      2  highest modulation of the "
-                             "radio\n");
+    EXPECT_EQ(result.errors,
+              "qor-power: 3 lines: 2 nodes, 1 bad\n"
+              "qor-power: Bad because                Lines\n"
+              "qor-power: no radio file on the line      1\n"
+              "qor-power: Limited by         Nodes  Codes  In words\n"
+              "qor-power: pmax-row               2      4  Pmax of the modulation\n"
+              "qor-power: permanent-cutback      2     10  permanent cutback\n"
+              "qor-power: offset-table           2      6  offset table of the family\n"
+              "qor-power: hardware-limit         2      2  highest modulation of the "
+              "radio\n");
 }
 
 TEST(Batch, OfNothingIsNothing) {
@@ -242,7 +244,7 @@ TEST(BatchCsv, HasAColumnForEachCode) {
     EXPECT_EQ(valueOf("max_power_256QAM_dBm"), "19.00");
     EXPECT_EQ(valueOf("max_power_512QAM_dBm"), "");
     EXPECT_EQ(valueOf("max_power_128QAM_dBm"), "");
-    EXPECT_EQ(valueOf("rules"), "offset-table:3 pmax-row:2 hardware-limit:1");
+    EXPECT_EQ(valueOf("rules"), "permanent-cutback:5 offset-table:3 pmax-row:2 hardware-limit:1");
     EXPECT_EQ(valueOf("error"), "");
 }
 

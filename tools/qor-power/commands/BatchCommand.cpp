@@ -8,7 +8,6 @@
 #include "Messages.h"
 #include "OneLine.h"
 #include "OrderedWorkers.h"
-#include "PowerTableQuery.h"
 #include "RadioFileReader.h"
 #include "Terminal.h"
 
@@ -134,7 +133,7 @@ std::string takeId(std::string& line) {
     return id;
 }
 
-BatchResult answerTo(const LineReader::Line& line, const PowerTableQuery& query) {
+BatchResult answerTo(const LineReader::Line& line, const AskedInputs& inputs) {
     using enum BatchResult::Trouble;
     BatchResult result;
     std::string text = line.text;
@@ -153,7 +152,7 @@ BatchResult answerTo(const LineReader::Line& line, const PowerTableQuery& query)
         } else {
             // Standard input is not for radio files here.
             const auto read = [&text] { return readText(text == standardInput ? "./-" : text); };
-            result.setPowers(query.explain(RadioFileReader::read(isDocument ? text : read())));
+            result.setPowers(inputs.radio(isDocument ? text : read(), "").explain());
         }
     } catch (const RadioFileError& error) {
         result.fail(
@@ -201,12 +200,12 @@ public:
     }
 
     /// The totals, a line end, and what is printed.
-    static std::string answersTo(const std::string& text, const PowerTableQuery& query,
+    static std::string answersTo(const std::string& text, const AskedInputs& inputs,
                                  const BatchForm& form) {
         BatchTotals totals;
         std::string answers;
         for (const LineReader::Line& line : linesOf(text)) {
-            const BatchResult result = answerTo(line, query);
+            const BatchResult result = answerTo(line, inputs);
             totals.add(result);
             answers += form.linesOf(result);
         }
@@ -298,7 +297,7 @@ std::uint64_t skipAnswered(LineReader& lines, const AnswersSoFar& answers, const
     }
     if (line) {
         // Whether the last answer can be that of the line.
-        const BatchResult result = answerTo(*line, PowerTableQuery());
+        const BatchResult result = answerTo(*line, AskedInputs());
         BatchResult names;
         names.id = result.id;
         names.radioFile = result.radioFile;
@@ -331,7 +330,7 @@ BatchForm formOf(const BatchOptions& options) {
 /// answered in its place, and the next one follows.
 /// @return BadRadioFile if any line was bad.
 Outcome answerLines(const BatchOptions& options, Output& standardOutput) {
-    const PowerTableQuery query = options.query.query();
+    static_cast<void>(options.query.query());
     const BatchForm form = formOf(options);
     if (options.progress && options.quiet) {
         throw QuestionError("--progress and --quiet exclude each other");
@@ -357,8 +356,8 @@ Outcome answerLines(const BatchOptions& options, Output& standardOutput) {
     }
     output.flush();
 
-    OrderedWorkers workers(processes, [&query, &form](const std::string& lot) {
-        return Lot::answersTo(lot, query, form);
+    OrderedWorkers workers(processes, [&options, &form](const std::string& lot) {
+        return Lot::answersTo(lot, options.query, form);
     });
     const InterruptsRemembered interrupts;
     BatchTotals totals;

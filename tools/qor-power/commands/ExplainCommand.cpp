@@ -6,7 +6,6 @@
 #include "Messages.h"
 #include "ModulationChoice.h"
 #include "RadioQuestion.h"
-#include "Replay.h"
 #include "TextForms.h"
 #include "TraceLog.h"
 
@@ -27,7 +26,6 @@ struct ExplainOptions {
     LogSourceOptions source;
     std::optional<std::string> since;
     std::optional<std::string> call;
-    std::optional<std::string> request; ///< of the radio file, counted from 0
     QueryOptions query;
 
     bool choosesQueries() const { return source.isGiven() || since || call; }
@@ -74,17 +72,27 @@ LoggedQueries::Choice choiceOf(const ExplainOptions& options) {
     return choice;
 }
 
-/// Explains the queries of a log that are chosen, or the one that begins in a line.
-/// @param feed reads the log's lines into the queries.
-template <class Feed>
-Outcome explainQueries(const ExplainOptions& options, Output& output, const std::string& name,
-                       const ModulationChoice& wanted, std::optional<std::size_t> line, Feed feed) {
+Outcome explainLog(const ExplainOptions& options, Output& output) {
+    const QueryOptions& query = options.query;
+    if (query.frameFormat || query.rsec || query.min || query.max || query.request ||
+        !query.set.empty()) {
+        throw QuestionError(
+            "--trace-log goes without --frame-format, --rsec, --min, --max, --request and "
+            "--set: the log says what was asked for");
+    }
+    std::vector<std::string> words = options.modulations;
+    if (options.file) {
+        words.insert(words.begin(), *options.file);
+    }
+    const ModulationChoice wanted(words);
+    if (wanted.hasCodes()) {
+        throw QuestionError(
+            "traces tell modulations, not codes; name modulations with --trace-log");
+    }
+    const std::string name = inputName(*options.traceLog);
     Outcome outcome = Outcome::Done;
     std::size_t explained = 0;
     LoggedQueries queries(choiceOf(options), [&](LoggedPowers powers) {
-        if (line && powers.line != *line) {
-            return;
-        }
         if (!wanted.isEverything()) {
             std::erase_if(powers.explanations, [&wanted](const Explanation& explanation) {
                 return !wanted.includes(explanation.modulation);
@@ -106,7 +114,10 @@ Outcome explainQueries(const ExplainOptions& options, Output& output, const std:
     });
     const TraceLog& log = queries.log();
     try {
-        feed(queries);
+        LineReader reader(*options.traceLog, TraceLog::maxSize);
+        while (const auto line = reader.next()) {
+            queries.read(line->text, line->isTooLong);
+        }
         queries.end();
     } catch (const TraceLogError& error) {
         output.flush();
@@ -117,10 +128,6 @@ Outcome explainQueries(const ExplainOptions& options, Output& output, const std:
     if (log.leftOut() != 0) {
         complain(name + ": " + std::to_string(log.leftOut()) + " of " +
                  std::to_string(log.lines()) + " lines are no traces and were left out");
-    }
-    if (explained == 0 && line) {
-        throw AnalysisError(Outcome::OtherTrouble,
-                            name + ": the request asks for no power that can be explained");
     }
     if (explained == 0 && queries.found() != 0) {
         throw AnalysisError(Outcome::OtherTrouble,
@@ -136,79 +143,11 @@ Outcome explainQueries(const ExplainOptions& options, Output& output, const std:
     return outcome;
 }
 
-Outcome explainLog(const ExplainOptions& options, Output& output) {
-    if (options.query.frameFormat || options.query.rsec) {
-        throw QuestionError("--trace-log goes without --frame-format and --rsec: the log says what "
-                            "was asked for");
-    }
-    std::vector<std::string> words = options.modulations;
-    if (options.file) {
-        words.insert(words.begin(), *options.file);
-    }
-    const ModulationChoice wanted(words);
-    if (wanted.hasCodes()) {
-        throw QuestionError(
-            "traces tell modulations, not codes; name modulations with --trace-log");
-    }
-    return explainQueries(options, output, inputName(*options.traceLog), wanted, std::nullopt,
-                          [&options](LoggedQueries& queries) {
-                              LineReader reader(*options.traceLog, TraceLog::maxSize);
-                              while (const auto line = reader.next()) {
-                                  queries.read(line->text, line->isTooLong);
-                              }
-                          });
-}
-
-/// Plays the file up to the request, whose line is explained like that of a log.
-Outcome explainRequest(const ExplainOptions& options, Output& output) {
-    const QueryOptions& query = options.query;
-    if (options.traceLog || options.choosesQueries() || query.frameFormat || query.cutback ||
-        query.temporaryCutback || query.booster || query.rsec) {
-        throw QuestionError("--request goes alone: the radio file says what was asked for");
-    }
-    if (!options.file) {
-        throw QuestionError("FILE is missing; try qor-power explain --help");
-    }
-    const ModulationChoice wanted(options.modulations);
-    if (wanted.hasCodes()) {
-        throw QuestionError("traces tell modulations, not codes; name modulations with --request");
-    }
-    const std::string name = inputName(*options.file);
-    const RadioFile radioFile = loadRadioFile(*options.file);
-    if (radioFile.requests.empty()) {
-        throw QuestionError(name + ": it has no requests");
-    }
-    const auto request = static_cast<std::size_t>(
-        Arguments::integer("--request", *options.request, 0,
-                           static_cast<std::int64_t>(radioFile.requests.size() - 1)));
-    constexpr int everything = 6;
-    bool isStarted = false;
-    // The start has the first line.
-    const std::size_t line = request + 2;
-    const auto play = [&](LoggedQueries& queries) {
-        // An explanation may ask the library: the replay, which traces, has to be over.
-        std::vector<std::string> lines;
-        isStarted = Replay(everything).play(radioFile, [&](const std::string& text) {
-            if (lines.size() < line) {
-                lines.push_back(text);
-            }
-        });
-        for (const std::string& text : lines) {
-            queries.read(text);
-        }
-    };
-    const Outcome outcome = explainQueries(options, output, name, wanted, line, play);
-    return isStarted ? outcome : Outcome::ServiceDidNotStart;
-}
-
 /// How the powers of a radio come about, step by step; or, from a log that was captured on a node,
 /// how those came about that were asked for there.
 Outcome explainPowers(const ExplainOptions& options, Output& output) {
     static_cast<void>(options.query.query());
     Arguments::word("--format", options.format, explainFormats);
-    if (options.request) {
-        return explainRequest(options, output);
-    }
     return options.traceLog ? explainLog(options, output) : explainFile(options, output);
 }
 
@@ -240,9 +179,7 @@ Command Commands::explain() {
                   "says whether all its lines are there, or which one is missing, cut or foreign; "
                   "powers are told only where the lines are whole. What the log does not tell of "
                   "cutbacks and booster can be given as options. The exit status is 1 if "
-                  "something could not be told.",
-                  "With --request the file's requests are played, patches included, and one of "
-                  "them is explained: that of a file that a flight recorder wrote."},
+                  "something could not be told."},
         .options = options->query.behind(
             {{"FILE", "", "Radio file; - for standard input", &options->file, false,
               CommandOption::Completion::Files},
@@ -259,10 +196,7 @@ Command Commands::explain() {
              {"--since", "TIME",
               "Of a log only the queries from this time on, written as in the log",
               &options->since},
-             {"--call", "NUMBER", "Of a log only this query, counted from 1", &options->call},
-             {"--request", "N",
-              "Explain a request of the radio file as it is replayed, counted from 0",
-              &options->request}}),
+             {"--call", "NUMBER", "Of a log only this query, counted from 1", &options->call}}),
         .run = [options](Output& output) { return explainPowers(*options, output); },
     };
 }

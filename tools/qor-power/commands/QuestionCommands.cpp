@@ -69,7 +69,8 @@ Command Commands::table() {
                 {"qor-power table - < radio.json"},
             },
         .about = {"The cutbacks and the booster that the requests of the file set are in force "
-                  "unless they are given here; the other requests are not played."},
+                  "unless they are given here; the other requests are not played. With --request "
+                  "the node is as it is at that request, patches included."},
         .options = options->query.behind(
             {CommonOptions::radioFile(options->file), options->describeFormat()}),
         .run = [options](Output& output) { return options->run(output); },
@@ -86,22 +87,28 @@ Command Commands::whyNot() {
             {
                 {"qor-power why-not radio.json 64QAM 20", "what would let 64QAM have 20 dBm"},
                 {"qor-power why-not radio.json 16QAM_STRONG 22.5 --cutback 3"},
+                {"qor-power why-not radio.json 64QAM 20 --changes 2"},
                 {"qor-power why-not radio.json 64QAM 20 --format json"},
                 {"qor-power why-not radio.json 4096QAM -- -3"},
             },
-        .about = {"Each input is changed alone, and every change is tried: the library answers the "
-                  "changed "
-                  "radio. Tried are cutback, selected minimum and maximum, the rows of the Pmax "
-                  "table that "
-                  "the power depends on, RSEC, DPD version, market, channel spacing and what "
-                  "belongs to a "
-                  "booster. Of a number the smallest change is searched, to a hundredth of a dB."},
+        .about = {"Each input is changed alone, with --changes 2 also two together where that does "
+                  "not do, and every change is tried: the library answers the changed radio. A "
+                  "setting is smaller than a calibration, and that than another piece of "
+                  "hardware. Of a number the smallest change is searched, to a hundredth of a dB. "
+                  "What was not tried is said."},
         .options = options->query.behind(
             {CommonOptions::radioFile(options->file),
              {"MODULATION", "", "Modulation (all its codes) or code, as text or number",
               &options->question.modulations.front(), true, CommandOption::Completion::Words,
               modulationTextForms().texts()},
              {"DBM", "", "Power that is wanted, in dBm", &options->question.power, true},
+             {"--changes",
+              "COUNT",
+              "1 (the default), or 2: pairs of changes where no single one does",
+              &options->question.changes,
+              false,
+              CommandOption::Completion::Words,
+              {"1", "2"}},
              options->describeFormat()}),
         .run = [options](Output& output) { return options->run(output); },
     };

@@ -102,6 +102,18 @@ std::vector<CommandOption> QueryOptions::behind(std::vector<CommandOption> own) 
          "Reference spectral efficiency class, for example 4L; otherwise that of the system power "
          "controller",
          &rsec, false, CommandOption::Completion::Words, referenceSecTextForms().texts()},
+        {"--min", "CODE", "Lower end of the selected range, in place of the ACM handler's", &min,
+         false, CommandOption::Completion::Words, modulationAndCodeTextForms().texts()},
+        {"--max", "CODE", "Upper end of the selected range", &max, false,
+         CommandOption::Completion::Words, modulationAndCodeTextForms().texts()},
+        {"--request", "N",
+         "Ask in place of this request of the radio file, counted from 0: with its arguments, and "
+         "the node as the requests before it have left it, patches included",
+         &request},
+        {"--set", "POINTER=VALUE",
+         "Change the radio file first: the value at a JSON Pointer, as JSON or a text; null takes "
+         "away; repeatable",
+         &set},
     };
     own.insert(own.end(), described.begin(), described.end());
     return own;

@@ -33,7 +33,3 @@ RadioFile loadRadioFile(const std::string& path) {
         throw AnalysisError(Outcome::BadRadioFile, inputName(path) + ": " + oneLine(error.what()));
     }
 }
-
-RadioCase loadRadioCase(const std::string& path, const PowerTableQuery& query) {
-    return {loadRadioFile(path), query, inputName(path)};
-}

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "InputFile.h"
-#include "PowerTableQuery.h"
+#include "RadioFile.h"
 
 #include <string>
 
@@ -16,6 +16,3 @@ std::string readText(const std::string& path);
 /// @throw AnalysisError OtherTrouble if the path cannot be read, BadRadioFile if its content is
 /// none.
 RadioFile loadRadioFile(const std::string& path);
-
-/// Likewise, with what is asked of it, under the input's name.
-RadioCase loadRadioCase(const std::string& path, const PowerTableQuery& query);
