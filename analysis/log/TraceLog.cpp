@@ -156,7 +156,7 @@ std::string TraceLog::processIn(const std::string& before) {
     for (std::string word; process.size() < maxProcessName && words >> word;) {
         const bool isTimeOrNumber =
             word.find_first_not_of("0123456789.,:;-+/TZ[]()#") == std::string::npos &&
-            !(word.starts_with('[') && word.find_first_of(".:") == std::string::npos);
+            (!word.starts_with('[') || word.find_first_of(".:") != std::string::npos);
         if (!isTimeOrNumber && !names.contains(word)) {
             process += (process.empty() ? "" : " ") + word;
         }
@@ -206,6 +206,7 @@ void TraceLog::end(const std::string& process) {
 
 void TraceLog::end() {
     std::vector<std::pair<std::size_t, std::string>> processes;
+    processes.reserve(m_open.size());
     for (const auto& [process, open] : m_open) {
         processes.emplace_back(open.call.line, process);
     }

@@ -226,6 +226,15 @@ std::string contradictionOf(const Explanation& told, const Explanation& truth, b
     return {};
 }
 
+/// Whether a calculation is one of any query of the logs.
+bool isOfAnyQuery(const Explanation& told, const Truth& truth) {
+    return std::ranges::any_of(truth, [&told](const auto& query) {
+        return std::ranges::any_of(query.second.explanations, [&told](const Explanation& real) {
+            return contradictionOf(told, real, false).empty();
+        });
+    });
+}
+
 std::uint64_t numberOfLogs() {
     const char* const wanted = std::getenv("QOR_DAMAGED_LOGS");
 #ifdef __SANITIZE_ADDRESS__
@@ -280,13 +289,17 @@ TEST(ADamagedLog, TellsNothingWrongAsComplete) {
                         ? contradictionOf(powers.explanations[index], truths[index],
                                           powers.isComplete() && powers.unconfirmed.empty())
                         : "one more calculation";
-                EXPECT_EQ(contradiction, "") << name << ", calculation " << index
-                                             << (powers.isComplete() ? "" : ", incomplete");
+                // Two services that nothing tells apart: whole calculations of the one may stand
+                // in a query of the other, which is told to be incomplete then.
+                const bool mayBeOfOther = damage == Damage::Interleaved && !powers.isComplete();
+                EXPECT_TRUE(contradiction.empty() ||
+                            (mayBeOfOther && isOfAnyQuery(powers.explanations[index], truth)))
+                    << contradiction << " in " << name << ", calculation " << index
+                    << (powers.isComplete() ? "" : ", incomplete");
             }
             if (damage >= Damage::TwoProcesses) {
                 for (const std::string& gap : powers.gaps) {
-                    EXPECT_TRUE(gap.starts_with("the log does not tell the power of"))
-                        << name << ": " << gap;
+                    EXPECT_TRUE(gap.starts_with("the log does not tell ")) << name << ": " << gap;
                 }
             }
         });
