@@ -65,7 +65,8 @@ std::optional<std::string> Suggestion::nearest(std::string_view word,
         const std::size_t letters = distance(wanted, offered);
         const std::size_t allowed =
             std::max<std::size_t>(1, std::max(wanted.size(), offered.size()) / 3);
-        if (letters <= allowed && (best == nullptr || letters < bestDistance)) {
+        if (letters <= allowed && letters < std::max(wanted.size(), offered.size()) &&
+            (best == nullptr || letters < bestDistance)) {
             best = &candidate;
             bestDistance = letters;
         }

@@ -15,7 +15,8 @@ std::size_t lettersApart(std::string_view left, std::string_view right);
 
 /// The known word that a mistyped one most likely stands for: equal but for upper and lower case,
 /// or the fewest letters away (inserted, dropped, replaced or swapped; at most a third of the
-/// longer word), or one of which it is the beginning. Of equally near words the first.
+/// longer word, and never all of it), or one of which it is the beginning. Of equally near words
+/// the first.
 std::optional<std::string> nearest(std::string_view word, const std::vector<std::string>& known);
 
 /// Says what to do about an unknown word: `did you mean "min"?`, or when nothing is near

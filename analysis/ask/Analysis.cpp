@@ -11,6 +11,7 @@
 #include "RadioFileCheck.h"
 #include "RadioFileError.h"
 #include "Sweep.h"
+#include "TextColumns.h"
 #include "WhyNot.h"
 
 #include <algorithm>
@@ -25,7 +26,7 @@ using Topic = Question::Topic;
 
 /// What stands in front of a message on a radio file.
 std::string behind(const std::string& name) {
-    return name.empty() ? "" : name + ": ";
+    return name.empty() ? "" : oneLine(name) + ": ";
 }
 
 RadioCase radioCase(const Question& question, const std::string& name, std::string_view text) {
@@ -58,16 +59,17 @@ void tellFailure(const PowerTable& table, Reply& reply) {
 }
 
 template <class Value>
-std::string tabularForm(Form form, const Value& value) {
+std::string tabularForm(const Question& question, const Value& value) {
+    const Form form = question.form;
     if (form == Form::Csv) {
         return csvForm(value);
     }
-    return form == Form::Json ? jsonForm(value) : textForm(value);
+    return form == Form::Json ? jsonForm(value) : textForm(value, question.look);
 }
 
 void answerTable(const Question& question, const RadioCase& radio, Reply& reply) {
     const PowerTable table = radio.powers();
-    reply.text = tabularForm(question.form, table);
+    reply.text = tabularForm(question, table);
     tellFailure(table, reply);
 }
 
@@ -94,7 +96,8 @@ void answerWhyNot(const Question& question, const RadioCase& radio, Reply& reply
     const std::string& asked = question.modulations.front();
     const WhyNot whyNot =
         WhyNot::ask(radio, ModulationChoice({asked}), wantedPower(question), changesOf(question));
-    reply.text = question.form == Form::Json ? jsonForm(whyNot, asked) : textForm(whyNot, asked);
+    reply.text = question.form == Form::Json ? jsonForm(whyNot, asked)
+                                             : textForm(whyNot, asked, question.look);
     reply.messages = whyNot.mismatches;
     reply.outcome = whyNot.isAllowed() || !whyNot.changes.empty() || !whyNot.pairs.empty()
                         ? Outcome::Done
@@ -103,7 +106,7 @@ void answerWhyNot(const Question& question, const RadioCase& radio, Reply& reply
 
 void answerSweep(const Question& question, const RadioCase& radio, Reply& reply) {
     const Sweep sweep = Sweep::run(radio, Sweep::linesOf(question.over, question.inputs, radio));
-    reply.text = tabularForm(question.form, sweep);
+    reply.text = tabularForm(question, sweep);
     reply.messages = sweep.troubles();
     reply.outcome = sweep.outcome();
 }
@@ -111,7 +114,7 @@ void answerSweep(const Question& question, const RadioCase& radio, Reply& reply)
 void answerDiff(const Question& question, const RadioCase& before, Reply& reply) {
     const RadioCase after = radioCase(question, question.otherName, question.otherRadio);
     const PowerDiff diff = PowerDiff::between(before, after);
-    reply.text = tabularForm(question.form, diff);
+    reply.text = tabularForm(question, diff);
     reply.messages = diff.mismatches;
     reply.outcome = diff.isEqual() ? Outcome::Done : Outcome::AnswerIsNo;
     tellFailure(diff.before, reply);
@@ -119,7 +122,10 @@ void answerDiff(const Question& question, const RadioCase& before, Reply& reply)
 }
 
 void answerPicture(const Question& question, const RadioCase& radio, Reply& reply) {
-    const DrawnPlot drawn = DrawnPlot::of(radio, question.over, question.inputs);
+    DrawnPlot drawn = DrawnPlot::of(radio, question.over, question.inputs);
+    if (!question.title.empty()) {
+        drawn.plot.title = oneLine(question.title);
+    }
     reply.text =
         question.form == Form::Svg ? svgForm(drawn.plot) : blockForm(drawn.plot, question.look);
     reply.messages = drawn.troubles;
@@ -193,6 +199,9 @@ Reply answerTo(const Question& question, std::string_view radioFile) {
             answerCheck(question, radioFile, reply);
         } else {
             answerRadio(question, radioFile, reply);
+        }
+        if (question.form == Form::Text && question.topic != Topic::Picture) {
+            reply.text = fitted(reply.text, question.look.width);
         }
     } catch (const AnalysisError& error) {
         reply.outcome = error.outcome();

@@ -41,6 +41,7 @@ struct Question {
     std::string otherRadio = {};        ///< of Diff: the text of the radio file to compare with
     std::string otherName = {};         ///< what messages call that one
     bool isStrict = false;              ///< of Check: hints make the answer no as well
+    std::string title = {};             ///< of Picture: instead of the radio's own; may be empty
     TextLook look = {};                 ///< of text for people
 
     /// The forms that a topic has.

@@ -24,7 +24,7 @@ struct BatchResult {
     };
 
     std::string id;                       ///< that the line gives; may be empty
-    std::string radioFile;                ///< path on one line; empty: the line was a radio file
+    std::string radioFile;                ///< path as given; empty: the line was a radio file
     std::optional<ExplainedTable> powers; ///< nothing if there are not even rows
     std::string error;                    ///< why the line is bad, on one line; empty if it is not
     std::string place = {};               ///< of the error in the radio file; may be empty

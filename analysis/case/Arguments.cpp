@@ -14,6 +14,7 @@
 #include <set>
 #include <string_view>
 #include <system_error>
+#include <type_traits>
 #include <utility>
 
 namespace {
@@ -70,7 +71,11 @@ std::uint32_t cutbackOf(const Given& value) {
 
 template <class Enumeration>
 Enumeration enumeratorOf(const Given& value, const TextForms<Enumeration>& forms) {
-    const std::optional<Enumeration> found = forms.find(value.text);
+    std::optional<Enumeration> found = forms.find(value.text);
+    if constexpr (std::is_same_v<Enumeration, Modulation> ||
+                  std::is_same_v<Enumeration, ModulationAndCoding>) {
+        found = found ? found : forms.find(Arguments::usualSpelling(value.text));
+    }
     if (!found) {
         value.refuse("unknown " + forms.noun() + "; " +
                      Suggestion::remedy(value.text, forms.texts()));
@@ -133,6 +138,25 @@ EFrameFormatMarket Arguments::market(const std::string& option, const std::strin
 ModulationAndCoding Arguments::modulationAndCode(const std::string& option,
                                                  const std::string& text) {
     return enumeratorOf({option, text}, modulationAndCodeTextForms());
+}
+
+std::string Arguments::usualSpelling(std::string_view text) {
+    std::string word;
+    for (const char letter : text) {
+        const bool isSmall = letter >= 'a' && letter <= 'z';
+        if (letter != '-') {
+            word += isSmall ? static_cast<char>(letter - 'a' + 'A') : letter;
+        }
+    }
+    const std::string_view name = "QAM";
+    if (word.starts_with("QPSK")) {
+        word.replace(0, 4, "4QAM");
+    } else if (word.starts_with(name)) {
+        const std::size_t end =
+            std::min(word.find_first_not_of("0123456789", name.size()), word.size());
+        word = word.substr(name.size(), end - name.size()) + std::string(name) + word.substr(end);
+    }
+    return word;
 }
 
 std::string Arguments::word(const std::string& option, const std::string& text,

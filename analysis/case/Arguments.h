@@ -45,6 +45,10 @@ EFrameFormatMarket market(const std::string& option, const std::string& text);
 /// The text of a modulation-and-code; "UNDEFINED" is none.
 ModulationAndCoding modulationAndCode(const std::string& option, const std::string& text);
 
+/// A modulation or code in the spelling of the radio file, if it is written as others write it:
+/// "QPSK" is "4QAM", "QAM64" and "64-QAM" are "64QAM", in small letters too.
+std::string usualSpelling(std::string_view text);
+
 /// One word out of a list.
 std::string word(const std::string& option, const std::string& text,
                  const std::vector<std::string>& known);

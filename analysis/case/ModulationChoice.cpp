@@ -1,6 +1,7 @@
 #include "ModulationChoice.h"
 
 #include "AnalysisError.h"
+#include "Arguments.h"
 #include "OneLine.h"
 #include "Suggestion.h"
 #include "TextForms.h"
@@ -30,17 +31,26 @@ void ModulationChoice::take(const std::string& word) {
     const std::from_chars_result parsed = std::from_chars(word.data(), end, number.code);
     if (parsed.ec == std::errc() && parsed.ptr == end) {
         m_codes.insert(number);
-    } else if (const auto modulation = modulationTextForms().find(word)) {
-        m_modulations.insert(*modulation);
-    } else if (const auto code = modulationAndCodeTextForms().find(word)) {
-        m_codes.insert(*code);
-    } else {
-        std::vector<std::string> known = modulationTextForms().texts();
-        known.insert(known.end(), modulationAndCodeTextForms().texts().begin(),
-                     modulationAndCodeTextForms().texts().end());
-        throw QuestionError("unknown modulation or code " + inQuotes(word) + "; " +
-                            Suggestion::remedy(word, known));
+        return;
     }
+    for (const std::string& spelling : {word, Arguments::usualSpelling(word)}) {
+        if (const auto modulation = modulationTextForms().find(spelling)) {
+            m_modulations.insert(*modulation);
+            return;
+        }
+        if (const auto code = modulationAndCodeTextForms().find(spelling)) {
+            m_codes.insert(*code);
+            return;
+        }
+    }
+    std::vector<std::string> known = modulationTextForms().texts();
+    known.insert(known.end(), modulationAndCodeTextForms().texts().begin(),
+                 modulationAndCodeTextForms().texts().end());
+    const std::optional<std::string> near = Suggestion::nearest(word, known);
+    throw QuestionError("unknown modulation or code " + inQuotes(word) + "; " +
+                        (near ? "did you mean \"" + *near + "\"?"
+                              : "modulations are named like \"64QAM\", codes like "
+                                "\"64QAM_STRONG\""));
 }
 
 void ModulationChoice::reduce(ExplainedTable& explained) const {

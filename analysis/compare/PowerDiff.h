@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PowerTableQuery.h"
+#include "TextLook.h"
 
 #include <cstdint>
 #include <optional>
@@ -73,6 +74,6 @@ struct PowerDiff {
 };
 
 /// Likewise for people, for spreadsheets (one line for each code) and for programs.
-std::string textForm(const PowerDiff& diff);
+std::string textForm(const PowerDiff& diff, const TextLook& look = {});
 std::string csvForm(const PowerDiff& diff);
 std::string jsonForm(const PowerDiff& diff);

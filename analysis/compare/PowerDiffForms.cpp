@@ -2,6 +2,7 @@
 
 #include "Decibels.h"
 #include "ExplanationForms.h"
+#include "OneLine.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -131,9 +132,10 @@ Fields<InputChange> inputFields() {
     };
 }
 
-std::string powersText(const PowerDiff& diff) {
+std::string powersText(const PowerDiff& diff, const TextLook& look) {
     FootNotes notes;
-    const std::string columns = textColumns(rowFields(diff), diff.rows, "-", &notes);
+    const std::string columns = textColumns(rowFields(diff), diff.rows, "-", &notes,
+                                            {look.width, codeFields<DiffRow>().size()});
     return columns + notes.text();
 }
 
@@ -197,11 +199,13 @@ std::string verdict(const PowerDiff& diff) {
 
 } // namespace
 
-std::string textForm(const PowerDiff& diff) {
-    return "A  " + diff.before.radioFile + "\nB  " + diff.after.radioFile + "\n\n" +
-           (diff.inputs.empty() ? "No input differs.\n"
-                                : textColumns(inputFields(), diff.inputs, noFigure)) +
-           '\n' + powersText(diff) + changesText(diff) + '\n' + verdict(diff);
+std::string textForm(const PowerDiff& diff, const TextLook& look) {
+    return "A  " + oneLine(diff.before.radioFile) + "\nB  " + oneLine(diff.after.radioFile) +
+           "\n\n" +
+           (diff.inputs.empty()
+                ? "No input differs.\n"
+                : textColumns(inputFields(), diff.inputs, noFigure, nullptr, {look.width})) +
+           '\n' + powersText(diff, look) + changesText(diff) + '\n' + verdict(diff);
 }
 
 std::string csvForm(const PowerDiff& diff) {
@@ -209,11 +213,11 @@ std::string csvForm(const PowerDiff& diff) {
 }
 
 std::string jsonForm(const PowerDiff& diff) {
-    return jsonDocument(Datum::Object{
-        {"equal", diff.isEqual()},
-        {"a", datumOf(diff.before)},
-        {"b", datumOf(diff.after)},
-        {"inputs", listOf(inputFields(), diff.inputs)},
-        {"rows", listOf(rowFields(diff), diff.rows)},
-    });
+    return jsonDocument(answerOf("diff", {
+                                             {"equal", diff.isEqual()},
+                                             {"a", datumOf(diff.before)},
+                                             {"b", datumOf(diff.after)},
+                                             {"inputs", listOf(inputFields(), diff.inputs)},
+                                             {"rows", listOf(rowFields(diff), diff.rows)},
+                                         }));
 }

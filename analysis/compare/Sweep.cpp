@@ -1,6 +1,7 @@
 #include "Sweep.h"
 
 #include "AnalysisError.h"
+#include "OneLine.h"
 
 #include <utility>
 
@@ -125,7 +126,7 @@ std::vector<std::string> Sweep::troubles() const {
             place += (place.empty() ? "" : ", ") + InputAxis::of(value).words() + ' ' +
                      InputAxis::labelOf(value);
         }
-        found.push_back(asIs.radioFile + ": no powers at " + place + ": " + point.trouble);
+        found.push_back(oneLine(asIs.radioFile) + ": no powers at " + place + ": " + point.trouble);
     }
     return found;
 }

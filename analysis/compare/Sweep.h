@@ -3,6 +3,7 @@
 #include "AnalysisError.h"
 #include "Arguments.h"
 #include "InputAxis.h"
+#include "TextLook.h"
 
 #include <cstddef>
 #include <optional>
@@ -58,7 +59,7 @@ struct Sweep {
 
 /// A sweep for people: what all powers have in common, then one column for each value of the first
 /// input, and one block for each value of the second.
-std::string textForm(const Sweep& sweep);
+std::string textForm(const Sweep& sweep, const TextLook& look = {});
 
 /// A sweep for spreadsheets, in long form: one line for each modulation-and-code of each point.
 std::string csvForm(const Sweep& sweep);

@@ -65,8 +65,10 @@ Field<TableRow> columnOf(const Sweep& sweep, const Sweep::Point& point) {
 }
 
 /// The powers at one value of the second input: a column for each value of the first one.
-std::string blockOf(const Sweep& sweep, std::size_t second, FootNotes& notes) {
+std::string blockOf(const Sweep& sweep, std::size_t second, FootNotes& notes,
+                    const TextLook& look) {
     Fields<TableRow> fields = codeFields<TableRow>();
+    const TableRoom room{look.width, fields.size()};
     fields[1].below = {"Minimum power"};
     if (isOverFamilies(sweep)) {
         fields[1].below.emplace_back("Calculator");
@@ -74,7 +76,7 @@ std::string blockOf(const Sweep& sweep, std::size_t second, FootNotes& notes) {
     for (std::size_t first = 0; first < sweep.lines.front().values.size(); ++first) {
         fields.push_back(columnOf(sweep, sweep.at(first, second)));
     }
-    return textColumns(fields, sweep.asIs.rows, "-", &notes);
+    return textColumns(fields, sweep.asIs.rows, "-", &notes, room);
 }
 
 /// What each line of a point says, behind the values of the inputs there.
@@ -128,18 +130,18 @@ Datum datumOf(const Sweep::Line& line) {
 
 } // namespace
 
-std::string textForm(const Sweep& sweep) {
+std::string textForm(const Sweep& sweep, const TextLook& look) {
     std::string text = textOf(commonHeading(sweep));
     text += "\nMax power in dBm over " + sweep.lines.front().axis->heading() + '\n';
     FootNotes notes;
     if (sweep.lines.size() == 1) {
-        text += '\n' + blockOf(sweep, 0, notes);
+        text += '\n' + blockOf(sweep, 0, notes, look);
         return text + notes.text();
     }
     const Sweep::Line& blocks = sweep.lines.back();
     for (std::size_t second = 0; second < blocks.values.size(); ++second) {
         text += '\n' + blocks.axis->words() + ' ' + InputAxis::labelOf(blocks.values[second]) +
-                '\n' + blockOf(sweep, second, notes);
+                '\n' + blockOf(sweep, second, notes, look);
     }
     return text + notes.text();
 }
@@ -162,6 +164,7 @@ std::string jsonForm(const Sweep& sweep) {
     }
     const Datum::Made points{sweep.points.size(),
                              [&sweep](std::size_t index) { return datumOf(sweep.points[index]); }};
-    return jsonDocument(Datum::Object{
-        {"radioFile", sweep.asIs.radioFile}, {"over", std::move(over)}, {"points", points}});
+    return jsonDocument(answerOf(
+        "sweep",
+        {{"radioFile", sweep.asIs.radioFile}, {"over", std::move(over)}, {"points", points}}));
 }

@@ -1,5 +1,7 @@
 #include "Explanation.h"
 
+#include "OneLine.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -44,7 +46,7 @@ std::vector<std::string> mismatchesOf(const std::vector<Explanation>& explanatio
 
 std::vector<std::string> mismatchesOf(const ExplainedTable& explained) {
     std::vector<std::string> lines = mismatchesOf(explained.explanations);
-    const std::string& name = explained.table.radioFile;
+    const std::string name = oneLine(explained.table.radioFile);
     for (std::string& line : lines) {
         line.insert(0, name.empty() ? "" : name + ": ");
     }

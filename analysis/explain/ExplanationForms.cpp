@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <sstream>
+#include <utility>
 
 namespace {
 
@@ -92,16 +93,15 @@ std::string stepsOf(const Explanation& explanation, const TextLook& look) {
     const std::size_t binding = explanation.bindingIndex
                                     ? stepOfBound(explanation, *explanation.bindingIndex)
                                     : explanation.steps.size();
-    std::string columns =
-        textColumns(stepFields(explanation.steps.data() + binding), explanation.steps, "");
+    std::string columns = textColumns(stepFields(explanation.steps.data() + binding),
+                                      explanation.steps, "", nullptr, {look.width, 2});
     if (!look.allowsColor) {
         return columns;
     }
     std::string styled;
     std::istringstream lines(columns);
-    std::size_t number = 0;
-    for (std::string line; std::getline(lines, line); ++number) {
-        styled += (number == binding + 1 ? look.styled(line, TextStyle::Bold) : line) + '\n';
+    for (std::string line; std::getline(lines, line);) {
+        styled += (line.starts_with('>') ? look.styled(line, TextStyle::Bold) : line) + '\n';
     }
     return styled;
 }
@@ -354,5 +354,5 @@ std::string jsonForm(const ExplainedTable& explained) {
     };
     Datum::Object object = objectOf(explained.table, Datum::Made{lines.size(), rowAt});
     object.emplace_back("pmaxTable", Datum::orNothing(explained.pmaxTable));
-    return jsonDocument(object);
+    return jsonDocument(answerOf("explain", std::move(object)));
 }

@@ -78,6 +78,11 @@ private:
 
 } // namespace
 
+Datum::Object answerOf(const std::string& command, Datum::Object members) {
+    members.emplace(members.begin(), "schema", "qor-power/" + command + "/1");
+    return members;
+}
+
 std::string jsonDocument(const Datum& value) {
     return JsonWriter(2).written(value) + '\n';
 }

@@ -75,6 +75,10 @@ private:
     Held m_held;
 };
 
+/// The members of a command's answer, behind the name of the JSON Schema that it keeps:
+/// "qor-power/COMMAND/1".
+Datum::Object answerOf(const std::string& command, Datum::Object members);
+
 /// A value as a JSON document with a line end. Bytes that are no UTF-8, for example of a path on
 /// the command line, are replaced.
 std::string jsonDocument(const Datum& value);

@@ -30,7 +30,7 @@ std::optional<std::int64_t> Decibels::parse(std::string_view text) {
             return std::nullopt;
         }
     }
-    if (whole.empty() || fraction.size() > decimals || !text.empty()) {
+    if ((whole.empty() && fraction.empty()) || fraction.size() > decimals || !text.empty()) {
         return std::nullopt;
     }
 

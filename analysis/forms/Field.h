@@ -141,7 +141,8 @@ std::string csvForm(const Fields<Row>& fields, const std::vector<Row>& rows) {
 /// @param notes gets the remarks; without it there are none.
 template <class Row>
 std::string textColumns(const Fields<Row>& fields, const std::vector<Row>& rows,
-                        const std::string& nothing, FootNotes* notes = nullptr) {
+                        const std::string& nothing, FootNotes* notes = nullptr,
+                        const TableRoom& room = {}) {
     std::vector<Align> align;
     std::size_t below = 0;
     for (const Field<Row>& field : fields) {
@@ -172,5 +173,5 @@ std::string textColumns(const Fields<Row>& fields, const std::vector<Row>& rows,
             lines[line].push_back(column[line]);
         }
     }
-    return alignedColumns(align, lines);
+    return alignedColumns(align, lines, room);
 }

@@ -17,11 +17,25 @@ std::size_t textWidth(std::string_view text);
 /// A text with blanks on one side, at least `width` wide.
 std::string padded(const std::string& text, std::size_t width, Align align);
 
-/// Lines of cells as aligned columns, two blanks apart, without blanks at the ends of lines. A cell
-/// of more than 200 characters sticks out of its column.
+/// How wide a table may be, and what it does about it.
+struct TableRoom {
+    std::size_t width = 0;      ///< in columns of the terminal; 0: no bound
+    std::size_t keyColumns = 1; ///< the first ones, which say what a line is about
+};
+
+/// Lines of cells as aligned columns, two blanks apart, without blanks at the ends of lines. Where
+/// the room is bounded, texts are broken within their columns; if that does not do, the columns
+/// stand in several blocks below each other, each with the key columns in front. Without a bound a
+/// cell of more than 200 characters sticks out of its column.
 /// @param align of every column; each line has as many cells.
 std::string alignedColumns(const std::vector<Align>& align,
-                           const std::vector<std::vector<std::string>>& lines);
+                           const std::vector<std::vector<std::string>>& lines,
+                           const TableRoom& room = {});
+
+/// A text whose lines are at most so wide: those that are wider are broken between words, or
+/// within a word where nothing else helps, and go on below the column in which they end.
+/// @param width 0: the text as it is.
+std::string fitted(const std::string& text, std::size_t width);
 
 /// A paragraph broken between words into lines of at most a width, as far as its words allow. No
 /// line end behind the last line.

@@ -19,7 +19,8 @@ enum class TextStyle {
 /// How text for people may look where it will be read.
 struct TextLook {
     bool allowsColor = false;
-    std::size_t width = 80; ///< in columns
+    std::size_t width = 0;    ///< in columns; 0: lines may be of any length
+    bool allowsBlocks = true; ///< characters of Unicode that draw blocks and lines
 
     /// The text in a style where colours are allowed, else as it is.
     std::string styled(std::string_view text, TextStyle style) const {

@@ -71,20 +71,21 @@ std::string jsonLine(const LoggedPowers& powers) {
     for (const Explanation& explanation : powers.explanations) {
         explanations.push_back(datumOf(explanation));
     }
-    return jsonLine(Datum::Object{
-        {"query", powers.number},
-        {"process", Datum::orNothing(powers.process)},
-        {"call", Datum::orNothing(powers.call)},
-        {"line", powers.line},
-        {"arguments", Datum::orNothing(powers.arguments)},
-        {"family", family ? Datum(family->name) : Datum()},
-        {"calculator", family ? Datum(family->className) : Datum()},
-        {"adaptive", powers.trace.isAdaptive},
-        {"failure", Datum::orNothing(powers.trace.failure)},
-        {"notes", powers.trace.notes},
-        {"complete", powers.isComplete()},
-        {"gaps", powers.gaps},
-        {"unconfirmed", powers.unconfirmed},
-        {"explanations", std::move(explanations)},
-    });
+    return jsonLine(
+        answerOf("explain", {
+                                {"query", powers.number},
+                                {"process", Datum::orNothing(powers.process)},
+                                {"call", Datum::orNothing(powers.call)},
+                                {"line", powers.line},
+                                {"arguments", Datum::orNothing(powers.arguments)},
+                                {"family", family ? Datum(family->name) : Datum()},
+                                {"calculator", family ? Datum(family->className) : Datum()},
+                                {"adaptive", powers.trace.isAdaptive},
+                                {"failure", Datum::orNothing(powers.trace.failure)},
+                                {"notes", powers.trace.notes},
+                                {"complete", powers.isComplete()},
+                                {"gaps", powers.gaps},
+                                {"unconfirmed", powers.unconfirmed},
+                                {"explanations", std::move(explanations)},
+                            }));
 }

@@ -13,6 +13,8 @@ constexpr std::int64_t columnsOfTick = 7;
 
 /// How a bar shows a rule: by letter, by shade and, where colours are allowed, by colour.
 constexpr const char* shades[] = {"█", "▓", "▒", "░"};
+constexpr const char* plainShades[] = {"#", "=", "+", "-"};
+constexpr std::size_t usualWidth = 80;
 constexpr TextStyle colors[] = {TextStyle::Blue,    TextStyle::Yellow, TextStyle::Green,
                                 TextStyle::Magenta, TextStyle::Cyan,   TextStyle::Red};
 
@@ -56,6 +58,13 @@ private:
         return std::to_string(&series - m_plot.series.data() + 1);
     }
 
+    std::string shadeOf(std::size_t rule) const {
+        return (m_look.allowsBlocks ? shades : plainShades)[rule % std::size(shades)];
+    }
+
+    /// Of the minimum.
+    std::string mark() const { return m_look.allowsBlocks ? "│" : "|"; }
+
     std::string barOf(const PowerPlot::Series& series, const PowerPlot::Step& step) const {
         const std::int64_t length = step.power ? m_scale.placeOf(*step.power, m_barWidth) : 0;
         const std::int64_t floor =
@@ -65,15 +74,16 @@ private:
         const auto styled = [this, index](const std::string& text) {
             return m_look.styled(text, colors[index % std::size(colors)]);
         };
-        const std::string shade = shades[index % std::size(shades)];
+        const std::string shade = shadeOf(index);
         if (floor < 0) {
             return styled(repeated(shade, length));
         }
         // The minimum is a mark across the bars.
         if (length <= floor) {
-            return styled(repeated(shade, length)) + repeated(" ", floor - length) + "│";
+            return styled(repeated(shade, length)) + repeated(" ", floor - length) + mark();
         }
-        return styled(repeated(shade, floor)) + "│" + styled(repeated(shade, length - floor - 1));
+        return styled(repeated(shade, floor)) + mark() +
+               styled(repeated(shade, length - floor - 1));
     }
 
     std::string lineOf(const PowerPlot::Series& series, std::size_t step) const {
@@ -122,23 +132,22 @@ private:
         }
         for (std::size_t index = 0; index < m_rules.size(); ++index) {
             const bool isDenied = index >= limiting;
-            const std::string swatch =
-                isDenied ? "   "
-                         : m_look.styled(repeated(shades[index % std::size(shades)], 3),
-                                         colors[index % std::size(colors)]);
+            const std::string swatch = isDenied ? "   "
+                                                : m_look.styled(repeated(shadeOf(index), 3),
+                                                                colors[index % std::size(colors)]);
             text += letterOf(index) + ' ' + swatch + ' ' +
                     (isDenied ? "no power: " : "limited by ") + wordsFor(m_rules[index]) + '\n';
         }
         if (const std::optional<std::int64_t> minimum = m_plot.commonMinimum()) {
-            text += "│     minimum power " + Decibels::format(*minimum) + " dBm\n";
+            text += mark() + "     minimum power " + Decibels::format(*minimum) + " dBm\n";
         } else {
-            text += "│     minimum power\n";
+            text += mark() + "     minimum power\n";
         }
         return text;
     }
 
     const PowerPlot& m_plot;
-    const TextLook& m_look;
+    TextLook m_look;
     std::vector<Rule> m_rules;
     bool m_hasLongLabels; ///< they stand in the legend, and numbers beside the bars
     std::size_t m_labelWidth = 0;
@@ -155,6 +164,7 @@ Blocks::Blocks(const PowerPlot& plot, const TextLook& look)
           plot.series,
           [](const PowerPlot::Series& series) { return textWidth(series.label) > longestLabel; }))
     , m_scale(0, 0, 3) {
+    m_look.width = look.width == 0 ? usualWidth : look.width;
     const std::vector<Rule> denying = plot.rulesWhere(false);
     m_rules.insert(m_rules.end(), denying.begin(), denying.end());
     for (const PowerPlot::Series& series : plot.series) {
@@ -169,7 +179,7 @@ Blocks::Blocks(const PowerPlot& plot, const TextLook& look)
     // last tick.
     const std::size_t lastTick = std::to_string(plot.extremes().second / 100).size();
     const std::size_t others = m_labelWidth + m_powerWidth + 5 + lastTick + 1;
-    const std::size_t width = look.width;
+    const std::size_t width = m_look.width;
     m_barWidth = static_cast<std::int64_t>(std::max(leastBar, width - std::min(width, others)));
     m_scale = plot.scale(m_barWidth / columnsOfTick);
 }

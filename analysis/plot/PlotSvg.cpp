@@ -42,6 +42,7 @@ constexpr Font title{17, PlotCanvas::ink, true};
 constexpr Font ruleLetter{11, PlotCanvas::ink, true};
 
 constexpr PlotCanvas::Stroke thick{PlotCanvas::ink, "3"};
+constexpr PlotCanvas::Stroke floorLine{PlotCanvas::ink, "1.5", "3 3"};
 
 constexpr LineStyle lineStyles[] = {
     {PlotCanvas::solid, LineStyle::Marker::Circle, true},
@@ -124,7 +125,8 @@ private:
     }
 
     Tenths height() const {
-        const auto entries = static_cast<Tenths>(m_limiting.size() + m_denying.size());
+        const auto entries =
+            static_cast<Tenths>(m_limiting.size() + m_denying.size() + m_minima.size());
         return legendTop() + entries * pixels(22) + pixels(36);
     }
 
@@ -185,26 +187,14 @@ private:
     }
 
     void drawFloor() {
-        std::set<std::int64_t, std::greater<>> minima;
-        for (const PowerPlot::Series& series : m_plot.series) {
-            if (series.minimum) {
-                minima.insert(*series.minimum);
-            }
-        }
-        if (minima.empty()) {
+        if (m_minima.empty()) {
             return;
         }
-        const Tenths top = yOf(*minima.rbegin());
+        const Tenths top = yOf(*m_minima.rbegin());
         m_canvas.fill({leftMargin, top, right() - leftMargin, bottom() - top}, PlotCanvas::floor);
-        Tenths free = 0;
-        for (const std::int64_t minimum : minima) {
+        for (const std::int64_t minimum : m_minima) {
             const Tenths y = yOf(minimum);
-            m_canvas.line(leftMargin, y, right(), y, {PlotCanvas::ink, "1.5", "3 3"});
-            if (y >= free) {
-                m_canvas.write(leftMargin + pixels(6), y + pixels(15), Anchor::Start,
-                               "Minimum power " + Decibels::format(minimum) + " dBm", plain);
-                free = y + lineHeight;
-            }
+            m_canvas.line(leftMargin, y, right(), y, floorLine);
         }
     }
 
@@ -362,11 +352,19 @@ private:
             m_canvas.write(pixels(34) + swatchWidth, y, Anchor::Start,
                            std::string("no power: ") + wordsFor(rule), plain);
         }
+        // At its line a minimum's words would meet those of bars and of the axis.
+        for (const std::int64_t minimum : m_minima) {
+            y += pixels(22);
+            m_canvas.line(padding, y - pixels(4), padding + swatchWidth, y - pixels(4), floorLine);
+            m_canvas.write(pixels(34) + swatchWidth, y, Anchor::Start,
+                           "minimum power " + Decibels::format(minimum) + " dBm", plain);
+        }
     }
 
     const PowerPlot& m_plot;
     std::vector<Rule> m_limiting;
     std::vector<Rule> m_denying;
+    std::set<std::int64_t, std::greater<>> m_minima;
     std::vector<std::string> m_title;
     std::vector<std::string> m_conditions;
     PlotScale m_scale;
@@ -382,6 +380,11 @@ Picture::Picture(const PowerPlot& plot)
     , m_limiting(plot.rulesWhere(true))
     , m_denying(plot.rulesWhere(false))
     , m_scale(plot.scale(maxTicks)) {
+    for (const PowerPlot::Series& series : plot.series) {
+        if (series.minimum) {
+            m_minima.insert(*series.minimum);
+        }
+    }
     const auto steps = static_cast<Tenths>(std::max<std::size_t>(plot.modulations.size(), 1));
     std::size_t longest = 0;
     for (const std::string& modulation : plot.modulations) {

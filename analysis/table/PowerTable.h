@@ -29,7 +29,7 @@ struct PowerTable {
         std::optional<Rule> trouble = {}; ///< what the reason or the warning begins with
     };
 
-    std::string radioFile;     ///< on one line
+    std::string radioFile;     ///< as given
     std::uint32_t channel = 0; ///< as the file gives it
     RadioChannel servedChannel = 0;
     std::string productNumber; ///< may be empty

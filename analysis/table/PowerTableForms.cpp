@@ -114,7 +114,7 @@ Datum datumOf(const std::optional<OperatingInputs::Booster>& booster) {
 
 Heading headingOf(const PowerTable& table) {
     Heading heading = {
-        {"Radio file", table.radioFile},
+        {"Radio file", oneLine(table.radioFile)},
         {"Radio channel", channelText(table)},
         {"Product number", productText(table)},
         {"Frame format",
@@ -231,11 +231,12 @@ Datum::Object objectOf(const PowerTable& table, Datum rows) {
     };
 }
 
-std::string textForm(const PowerTable& table) {
+std::string textForm(const PowerTable& table, const TextLook& look) {
     const std::string heading = textOf(headingOf(table));
     return table.rows.empty()
                ? heading
-               : heading + '\n' + textColumns(lineFields(false), linesOf(table), "-");
+               : heading + '\n' +
+                     textColumns(lineFields(false), linesOf(table), "-", nullptr, {look.width});
 }
 
 std::string csvForm(const PowerTable& table) {
@@ -243,5 +244,6 @@ std::string csvForm(const PowerTable& table) {
 }
 
 std::string jsonForm(const PowerTable& table) {
-    return jsonDocument(objectOf(table, listOf(lineFields(false), linesOf(table))));
+    return jsonDocument(
+        answerOf("table", objectOf(table, listOf(lineFields(false), linesOf(table)))));
 }

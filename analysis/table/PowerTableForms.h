@@ -2,6 +2,7 @@
 
 #include "Field.h"
 #include "PowerTable.h"
+#include "TextLook.h"
 
 #include <optional>
 #include <string>
@@ -46,7 +47,7 @@ Fields<PowerTableLine> lineFields(bool withRule);
 Datum::Object objectOf(const PowerTable& table, Datum rows);
 
 /// A table for people: the heading, a blank line, aligned columns.
-std::string textForm(const PowerTable& table);
+std::string textForm(const PowerTable& table, const TextLook& look = {});
 
 /// A table for spreadsheets: one line of column names, then one line for each row. Fields are
 /// quoted as RFC 4180 says; lines end as everywhere on the system, with a line feed.

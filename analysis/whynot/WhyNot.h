@@ -4,6 +4,7 @@
 #include "Explanation.h"
 #include "ModulationChoice.h"
 #include "PowerTableQuery.h"
+#include "TextLook.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -59,7 +60,7 @@ struct WhyNot {
 
 /// The answer for people.
 /// @param asked the modulation or code, as it was asked for.
-std::string textForm(const WhyNot& whyNot, const std::string& asked);
+std::string textForm(const WhyNot& whyNot, const std::string& asked, const TextLook& look = {});
 
 /// The answer for programs: one JSON object.
 std::string jsonForm(const WhyNot& whyNot, const std::string& asked);

@@ -58,39 +58,42 @@ Fields<WhyNot::Change> changeFields(bool isPaired = false) {
 
 } // namespace
 
-std::string textForm(const WhyNot& whyNot, const std::string& asked) {
+std::string textForm(const WhyNot& whyNot, const std::string& asked, const TextLook& look) {
     std::string text = standing(whyNot, asked);
     if (whyNot.isAllowed()) {
         return text;
     }
     if (!whyNot.changes.empty()) {
         text += "Any one of these changes alone allows it, the smallest first:\n\n" +
-                textColumns(changeFields(), whyNot.changes, "") + '\n';
+                textColumns(changeFields(), whyNot.changes, "", nullptr, {look.width}) + '\n';
     }
     if (!whyNot.without.empty()) {
-        text += "No change alone allows it of: " + joined(whyNot.without, ", ") + '\n';
+        text += wrapped("No change alone allows it of: " + joined(whyNot.without, ", "),
+                        look.width) +
+                '\n';
     }
     if (!whyNot.pairs.empty()) {
         text += "\nThese pairs of changes allow it, the smallest first:\n\n" +
-                textColumns(changeFields(true), whyNot.pairs, "") + '\n';
+                textColumns(changeFields(true), whyNot.pairs, "", nullptr, {look.width}) + '\n';
     } else if (whyNot.changes.empty()) {
         text += "Nothing that was tried allows it.\n";
     }
-    return text + "Not tried: " + joined(whyNot.notTried, "; ") + '\n';
+    return text + wrapped("Not tried: " + joined(whyNot.notTried, "; "), look.width) + '\n';
 }
 
 std::string jsonForm(const WhyNot& whyNot, const std::string& asked) {
-    return jsonDocument(Datum::Object{
-        {"radioFile", whyNot.radioFile},
-        {"asked", asked},
-        {"wantedCentiDbm", whyNot.wanted},
-        {"maxPowerCentiDbm", whyNot.power},
-        {"rule", codeOf(whyNot.explanation.decisiveRule())},
-        {"allowed", whyNot.isAllowed()},
-        {"changes", listOf(changeFields(), whyNot.changes)},
-        {"pairs", listOf(changeFields(true), whyNot.pairs)},
-        {"without", whyNot.without},
-        {"notTried", whyNot.notTried},
-        {"warning", Datum::orNothing(whyNot.warning)},
-    });
+    return jsonDocument(answerOf(
+        "why-not", {
+                       {"radioFile", whyNot.radioFile},
+                       {"asked", asked},
+                       {"wantedCentiDbm", whyNot.wanted},
+                       {"maxPowerCentiDbm", whyNot.power},
+                       {"rule", codeOf(whyNot.explanation.decisiveRule())},
+                       {"allowed", whyNot.isAllowed()},
+                       {"changes", listOf(changeFields(), whyNot.changes)},
+                       {"pairs", listOf(changeFields(true), whyNot.pairs)},
+                       {"without", whyNot.without},
+                       {"notTried", whyNot.notTried},
+                       {"warning", Datum::orNothing(whyNot.warning)},
+                   }));
 }

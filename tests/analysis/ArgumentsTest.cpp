@@ -7,6 +7,7 @@
 #include <functional>
 #include <limits>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -100,8 +101,8 @@ TEST(BoosterArgument, NamesThePartThatIsWrong) {
               "--booster GAIN \"21474836.48\"" + range + "dB");
     EXPECT_EQ(refusedBooster("1,2,-21474836.49,4QAM"),
               "--booster MAXINPUT \"-21474836.49\"" + range + "dBm");
-    EXPECT_EQ(refusedBooster("1,2,3,4qam"),
-              "--booster MAXMODULATION \"4qam\": unknown modulation; did you mean \"4QAM\"?");
+    EXPECT_EQ(refusedBooster("1,2,3,4qan"),
+              "--booster MAXMODULATION \"4qan\": unknown modulation; did you mean \"4QAM\"?");
 }
 
 TEST(RsecArgument, IsTheTextOfAClassAndNotItsNumber) {
@@ -134,6 +135,17 @@ TEST(WordArgument, IsOneOfAList) {
                   Arguments::word("--format", "cvs", {"text", "csv"});
               }),
               "--format \"cvs\": unknown; did you mean \"csv\"?");
+}
+
+TEST(Arguments, KnowModulationsAsOthersWriteThem) {
+    for (const auto& [written, meant] :
+         {std::pair{"QPSK", "4QAM"}, std::pair{"qpsk", "4QAM"}, std::pair{"QAM64", "64QAM"},
+          std::pair{"64-QAM", "64QAM"}, std::pair{"qam-256", "256QAM"},
+          std::pair{"QAM64_STRONG", "64QAM_STRONG"}, std::pair{"64QAM", "64QAM"}}) {
+        EXPECT_EQ(Arguments::usualSpelling(written), meant);
+    }
+    EXPECT_EQ(Arguments::booster("--booster", "1,15,14,QAM-256").maxModulation, Modulation{256});
+    EXPECT_THROW(static_cast<void>(Arguments::booster("--booster", "1,15,14,QAM")), QuestionError);
 }
 
 } // namespace

@@ -1,12 +1,17 @@
 #include "PlotCanvas.h"
 #include "PlotScale.h"
+#include "PowerPlot.h"
 #include "SvgDocument.h"
 #include "TextColumns.h"
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
+#include <optional>
+#include <regex>
 #include <set>
 #include <string>
 #include <vector>
@@ -111,6 +116,88 @@ TEST(RuleStyle, OfEveryLimitingRuleIsThereOnce) {
     }
 
     EXPECT_EQ(styles.size(), count);
+}
+
+/// Where a level text of a picture stands, by a width that most letters have.
+struct Label {
+    double left;
+    double right;
+    double y;
+    std::string text;
+};
+
+std::vector<Label> labelsOf(const std::string& svg) {
+    static const std::regex element(
+        R"re(<text x="([-\d.]+)" y="([-\d.]+)"([^>]*)>([^<]*)</text>)re");
+    std::vector<Label> labels;
+    for (auto found = std::sregex_iterator(svg.begin(), svg.end(), element);
+         found != std::sregex_iterator(); ++found) {
+        const std::string attributes = (*found)[3];
+        if (attributes.find("rotate") != std::string::npos) {
+            continue; // the axis has the margin for itself
+        }
+        const double x = std::stod((*found)[1]);
+        const double width = 6.5 * static_cast<double>((*found)[4].length());
+        const bool isMiddle = attributes.find("\"middle\"") != std::string::npos;
+        const bool isEnd = attributes.find("\"end\"") != std::string::npos;
+        const double left = isMiddle ? x - width / 2 : x - (isEnd ? width : 0);
+        labels.push_back({left, left + width, std::stod((*found)[2]), (*found)[4]});
+    }
+    return labels;
+}
+
+TEST(Picture, HasNoLabelThatOverprintsAnother) {
+    // A minimum at the foot of the scale and in its middle, bars that are short, none and below it.
+    for (const std::int64_t minimum : {-1000, 700, 1990, 2010}) {
+        PowerPlot plot{"A radio", {"a condition"}, "", {"4QAM", "16QAM", "64QAM", "256QAM"}, {}};
+        plot.series.push_back({"",
+                               {{2000, Rule::PmaxRow},
+                                {minimum + 5, Rule::PmaxRow},
+                                {std::nullopt, Rule::HardwareLimit},
+                                {minimum - 5, Rule::OffsetTable}},
+                               minimum});
+        const std::vector<Label> labels = labelsOf(svgForm(plot));
+
+        EXPECT_GT(labels.size(), 12U);
+        for (const Label& one : labels) {
+            for (const Label& other : labels) {
+                const bool meet = &one < &other && one.left < other.right &&
+                                  other.left < one.right && std::abs(one.y - other.y) < 10;
+                EXPECT_FALSE(meet) << minimum << ": " << one.text << " and " << other.text;
+            }
+        }
+    }
+}
+
+TEST(AlignedColumns, BreakTextsWhereTheRoomIsBounded) {
+    const std::vector<Align> align{Align::Left, Align::Right, Align::Left};
+
+    EXPECT_EQ(alignedColumns(align, {{"ab", "1.00", "one two three four"}}, {24}),
+              "ab  1.00  one two three\n"
+              "          four\n");
+    EXPECT_EQ(alignedColumns(align, {{"ab", "1.00", "/capabilityHandler/pmaxDpd1Etsi/0"}}, {28}),
+              "ab  1.00  /capabilityHandler\n"
+              "          /pmaxDpd1Etsi/0\n");
+}
+
+TEST(AlignedColumns, StandInBlocksWhereTextsAloneDoNotDo) {
+    const std::vector<Align> align(4, Align::Right);
+
+    EXPECT_EQ(alignedColumns(align, {{"a", "11.00", "12.00", "13.00"}}, {15}), "a  11.00  12.00\n"
+                                                                               "\n"
+                                                                               "a  13.00\n");
+    EXPECT_EQ(alignedColumns(align, {{"a", "11.00", "12.00", "13.00"}}, {22}),
+              "a  11.00  12.00  13.00\n");
+}
+
+TEST(Fitted, GoesOnBelowTheLastColumn) {
+    EXPECT_EQ(fitted("Market  one two three four\n", 20), "Market  one two\n"
+                                                          "        three four\n");
+    EXPECT_EQ(fitted("  Note: one two three four\n", 20), "  Note: one two\n"
+                                                          "      three four\n");
+    EXPECT_EQ(fitted("\x1b[1mone two three four\x1b[0m\n", 18),
+              "\x1b[1mone two three four\x1b[0m\n");
+    EXPECT_EQ(fitted("as it is, of whatever width\n", 0), "as it is, of whatever width\n");
 }
 
 TEST(FootNotes, GiveEqualRemarksOneMark) {

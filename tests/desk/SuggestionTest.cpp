@@ -36,6 +36,11 @@ TEST(SuggestionTest, goesAThirdOfTheLongerWordAndNoFurther) {
     EXPECT_EQ(Suggestion::nearest("axxxyz", {"abcdyz"}), std::nullopt); // 3 of 6
 }
 
+TEST(SuggestionTest, findsNoWordWithoutALetterInCommon) {
+    EXPECT_EQ(Suggestion::nearest("X", {"2", "4L"}), std::nullopt);
+    EXPECT_EQ(Suggestion::nearest("4M", {"2", "4L"}), "4L");
+}
+
 TEST(SuggestionTest, findsNothingForAnEmptyOrAnEndlessWord) {
     EXPECT_EQ(Suggestion::nearest("", known), std::nullopt);
     EXPECT_EQ(Suggestion::nearest(std::string(65, 'a'), {std::string(65, 'a')}), std::nullopt);

@@ -66,6 +66,11 @@ struct AnsweringRun {
 
 const std::vector<AnsweringRun> answeringRuns{
     {{"table", "-"}, contentOf(outdoorRadio), done, "Radio file          standard input\n", ""},
+    {{"table", "-"},
+     "\xEF\xBB\xBF" + contentOf(outdoorRadio),
+     done,
+     "Radio file          standard input\n",
+     ""},
     {{"why-not", outdoorRadio, "4QAM_STRONG", "--", "-3.5"},
      "",
      done,

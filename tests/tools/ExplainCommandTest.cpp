@@ -90,4 +90,30 @@ TEST(ExplainCommand, ChoosesQueriesOfALog) {
     EXPECT_EQ(linesWith({"--channel", "1"}), 0);
 }
 
+TEST(ExplainCommand, ChoosesQueriesOfALogByTheChannelOfTheServicesStart) {
+    const std::string log =
+        runTool({"replay", "--trace", "6", "../analysis/radios/outdoor1.json"}).output;
+    for (const std::string channel : {"1", "2"}) {
+        const ToolResult result =
+            ToolProcess({"explain", "--trace-log", "-", "--format", "json", "--channel", channel})
+                .withInput(log)
+                .run();
+
+        EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'),
+                  channel == "1" ? 1 : 0)
+            << result;
+    }
+}
+
+TEST(ExplainCommand, SaysWhichLinesOfALogItTakes) {
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"explain", "--help"}, {"manual"}}) {
+        std::string text = runTool(words).output;
+        std::ranges::replace(text, '\n', ' ');
+
+        EXPECT_NE(text.find("LEVEL KIND FILE:LINE FUNCTION: TEXT"), std::string::npos) << words[0];
+        EXPECT_NE(text.find("exit status is 1"), std::string::npos) << words[0];
+    }
+}
+
 } // namespace

@@ -63,6 +63,14 @@ TEST(PictureOfTheManual, IsWhatTheToolDraws) {
               contentAt(pictures + "powers-over-rsec.svg"));
 }
 
+TEST(Picture, HasTheTitleThatIsGiven) {
+    const std::string radio = "../analysis/radios/outdoor1.json";
+
+    EXPECT_NE(svgOf(radio, {"--title", "Mast <7>"}).find(">Mast &lt;7&gt;</text>"),
+              std::string::npos);
+    EXPECT_TRUE(plot(radio, {"--title", "Mast <7>"}).output.starts_with("Mast <7>\n"));
+}
+
 TEST_F(PlotFile, HoldsThePicture) {
     const ToolResult result = plot("../analysis/radios/outdoor1.json", {"-o", path("radio.svg")});
 

@@ -68,7 +68,8 @@ private:
     Sink m_sink = Sink::Captured;
     std::string m_outputPath;
     bool m_hasErrorTerminal = false;
-    std::map<std::string, std::string> m_environment{{"TERM", "xterm"}, {"NO_COLOR", ""}};
+    std::map<std::string, std::string> m_environment{
+        {"TERM", "xterm"}, {"NO_COLOR", ""}, {"COLUMNS", ""}, {"LC_ALL", "C.UTF-8"}};
 };
 
 /// Runs the tool with nothing but arguments.

@@ -21,10 +21,15 @@ namespace {
 /// Behind it nothing is an option.
 constexpr const char* hyphens = "--";
 
+/// In front of a command's name it asks what --help behind it does.
+constexpr const char* helpWord = "help";
+
 /// Columns in front of the description of an option, and of the description itself.
 constexpr std::size_t nameColumns = 30;
 constexpr std::size_t descriptionColumns = 52;
-constexpr std::size_t helpColumns = 84;
+
+/// Of help where nobody says how wide it may be.
+constexpr std::size_t usualColumns = 84;
 
 /// Help that begins with examples.
 class ExamplesFirst : public CLI::Formatter {
@@ -53,7 +58,7 @@ std::string examplesOf(const Command& command) {
         text += "  " + example.commandLine + '\n';
     }
     for (const std::string& paragraph : command.about) {
-        text += '\n' + wrapped(paragraph, helpColumns) + '\n';
+        text += '\n' + wrapped(paragraph, usualColumns) + '\n';
     }
     return text;
 }
@@ -70,7 +75,8 @@ std::string examplesOf(const std::vector<Command>& commands) {
         line.resize(column, ' ');
         text += "  " + line + "   " + command.examples.front().meaning + '\n';
     }
-    return text;
+    return text +
+           "\nqor-power help COMMAND, or qor-power COMMAND --help, tells more of a command.\n";
 }
 
 std::string exitStatusHelp() {
@@ -172,11 +178,14 @@ private:
 
     /// @return whether the words asked for help or for the version, which they have got.
     bool parse(int argc, const char* const* argv, Output& output) {
-        const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+        std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+        if (!arguments.empty() && arguments.front() == helpWord) {
+            askForHelp(arguments);
+        }
         try {
-            m_app.parse(argc, argv);
+            m_app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
         } catch (const CLI::CallForHelp&) {
-            output.write(m_app.help());
+            output.write(fitted(m_app.help(), output.terminal().width()));
             return true;
         } catch (const CLI::CallForVersion& version) {
             output.write(std::string(version.what()) + '\n');
@@ -188,6 +197,23 @@ private:
         }
         refuseLeftOvers(arguments);
         return false;
+    }
+
+    /// Turns "help COMMAND" into what the command line library knows.
+    void askForHelp(std::vector<std::string>& arguments) const {
+        arguments.erase(arguments.begin());
+        if (arguments.size() > 1) {
+            throw QuestionError("too much on the command line: " + inQuotes(arguments[1]));
+        }
+        const bool isCommand =
+            !arguments.empty() && arguments.front().front() != '-' && arguments.front() != helpWord;
+        if (isCommand && !std::ranges::any_of(m_commands, [&arguments](const Command& command) {
+                return command.name == arguments.front();
+            })) {
+            refuseCommand(arguments.front());
+        }
+        arguments.resize(isCommand ? 1 : 0);
+        arguments.emplace_back("--help");
     }
 
     /// Refuses what no option and no command has taken.

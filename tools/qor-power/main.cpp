@@ -9,7 +9,7 @@
 #include <exception>
 
 int main(int argc, char** argv) {
-    // A closed pipe and a file that may not grow are then failed writes, reported like any other.
+    // A closed pipe and a file that may not grow are then failed writes.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     Outcome outcome = Outcome::OtherTrouble;
@@ -18,7 +18,9 @@ int main(int argc, char** argv) {
         outcome = runCommandLine(allCommands(), argc, argv, output);
         output.flush();
     } catch (const AnalysisError& error) {
-        complain(error.what());
+        if (*error.what() != '\0') {
+            complain(error.what());
+        }
         outcome = error.outcome();
     } catch (const std::exception& error) {
         complain(oneLine(error.what()));

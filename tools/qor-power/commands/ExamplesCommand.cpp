@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -19,7 +20,7 @@ namespace {
 struct ExamplesOptions {
     std::vector<std::string> names;
     bool all = false;
-    std::string folder; ///< empty: the current one
+    std::optional<std::string> folder;
     bool force = false;
 };
 
@@ -70,15 +71,23 @@ void listExamples(Output& output) {
     }
 }
 
-/// Writes all or nothing, and none that is there already, unless forced.
+/// Prints one, or writes files: all or nothing, and none that is there already, unless forced.
 Outcome writeExamples(const ExamplesOptions& options, Output& output) {
     const std::vector<ExampleRadio> radios = chosen(options);
     if (radios.empty()) {
         listExamples(output);
         return Outcome::Done;
     }
-    const auto pathOf = [&options](const ExampleRadio& radio) {
-        return (options.folder.empty() ? "" : options.folder + '/') + std::string(radio.name);
+    if (!options.all && !options.folder) {
+        if (radios.size() > 1 || options.force) {
+            throw QuestionError("one example alone is printed; -o FOLDER writes files, -o . here");
+        }
+        output.write(radios.front().text);
+        return Outcome::Done;
+    }
+    const std::string folder = options.folder.value_or("");
+    const auto pathOf = [&folder](const ExampleRadio& radio) {
+        return (folder.empty() ? "" : folder + '/') + std::string(radio.name);
     };
     FileWriter files(options.force ? IfThere::Replace : IfThere::Refuse);
     for (const ExampleRadio& radio : radios) {
@@ -97,23 +106,23 @@ Command Commands::examples() {
     const auto options = std::make_shared<ExamplesOptions>();
     return {
         .name = "examples",
-        .summary = "List the example radio files, or write them",
+        .summary = "List the example radio files, print one, or write them",
         .examples =
             {
                 {"qor-power examples", "list the example radio files"},
-                {"qor-power examples 13ghz-etsi-outdoor1.json"},
+                {"qor-power examples 13ghz-etsi-outdoor1.json > radio.json"},
                 {"qor-power examples --all -o radios"},
             },
-        .about = {"Nothing is written if one of the files is there already, unless --force is "
-                  "given."},
+        .about =
+            {"One NAME alone is printed. With --output or --all files are written, none if one "
+             "of them is there already, unless --force is given."},
         .options =
             {
-                {"NAME", "", "Examples to write; without any they are listed", &options->names,
-                 false, CommandOption::Completion::Words, namesOfExamples()},
+                {"NAME", "", "Examples; without any they are listed", &options->names, false,
+                 CommandOption::Completion::Words, namesOfExamples()},
                 {"--all", "", "Write every example", &options->all},
-                {"-o,--output", "FOLDER",
-                 "Folder to write to, which has to exist; otherwise this one", &options->folder,
-                 false, CommandOption::Completion::Folders},
+                {"-o,--output", "FOLDER", "Folder to write to, which has to exist; . is this one",
+                 &options->folder, false, CommandOption::Completion::Folders},
                 {"--force", "", "Overwrite files that are there already", &options->force},
             },
         .run = [options](Output& output) { return writeExamples(*options, output); },

@@ -6,6 +6,7 @@
 #include "Messages.h"
 #include "ModulationChoice.h"
 #include "RadioQuestion.h"
+#include "TextColumns.h"
 #include "TextForms.h"
 #include "TraceLog.h"
 
@@ -101,7 +102,8 @@ Outcome explainLog(const ExplainOptions& options, Output& output) {
         if (options.format == "json") {
             output.write(jsonLine(powers));
         } else {
-            output.write((explained == 0 ? "" : "\n") + textForm(powers, output.terminal().look()));
+            const TextLook look = output.terminal().look();
+            output.write((explained == 0 ? "" : "\n") + fitted(textForm(powers, look), look.width));
         }
         ++explained;
         if (!powers.isComplete()) {

@@ -2,14 +2,28 @@
 
 #include "FileWriter.h"
 #include "Input.h"
+#include "OneLine.h"
 #include "RadioQuestion.h"
 #include "TextForms.h"
 
+#include <algorithm>
+#include <cctype>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace {
+
+// What --over takes.
+constexpr const char* aboutInputs =
+    "Inputs that can be varied: rsec, market, dpd, channel-spacing, cutback, temporary-cutback, "
+    "booster, product, min and max (the selected range).";
+constexpr const char* aboutLists =
+    "A LIST holds values separated by commas, numbers also as ranges FIRST..LAST:STEP (the step is "
+    "1 if it is left out). Boosters are separated by slashes. Without a LIST the usual values are "
+    "taken: cutbacks of 0 to 10 dB, the spacings and codes that the radio names, one product "
+    "number for each hardware family.";
 
 struct DiffOptions {
     RadioQuestion radio{Question::Topic::Diff};
@@ -29,9 +43,9 @@ Outcome compare(DiffOptions& options, Output& output) {
     options.radio.validate();
     CommonOptions::expectOneStandardInput({options.radio.file, options.after});
     const std::string before = readText(options.radio.file);
-    question.radioName = inputName(options.radio.file);
+    question.radioName = givenName(options.radio.file);
     question.otherRadio = readText(options.after);
-    question.otherName = inputName(options.after);
+    question.otherName = givenName(options.after);
     return print(options.radio.answerFor(before, output), output);
 }
 
@@ -40,8 +54,25 @@ struct PlotOptions {
     std::optional<std::string> output;
 };
 
+/// What the name of a file promises and the tool does not draw.
+void expectSvg(const std::string& path) {
+    static const std::vector<std::string> others{"png",  "jpg",  "jpeg", "gif", "bmp", "tif",
+                                                 "tiff", "webp", "pdf",  "eps", "ps"};
+    std::string end = path.substr(path.rfind('.') + 1);
+    std::ranges::transform(end, end.begin(), [](unsigned char letter) {
+        return static_cast<char>(std::tolower(letter));
+    });
+    if (path.find('.') != std::string::npos && std::ranges::find(others, end) != others.end()) {
+        const std::string stem = path.substr(0, path.rfind('.'));
+        throw QuestionError("-o " + inQuotes(path) + ": pictures are SVG; name it " +
+                            inQuotes(stem + ".svg") + ", which other programs turn into " + end +
+                            ", for example rsvg-convert");
+    }
+}
+
 Outcome draw(PlotOptions& options, Output& output) {
     options.radio.format = options.output ? "svg" : "text";
+    expectSvg(options.output.value_or(""));
     if (!options.output || *options.output == standardInput) {
         return options.radio.run(output);
     }
@@ -130,19 +161,10 @@ Command Commands::sweep() {
             },
         .about =
             {
-                "Inputs that can be varied: rsec, market, dpd, channel-spacing, cutback, "
-                "temporary-cutback, booster, product, min and max (the selected range). Every "
-                "power comes "
-                "from a node and a service of its own with the changed input; everything else is "
-                "as "
-                "in qor-power table.",
-                "A LIST holds values separated by commas, numbers also as ranges FIRST..LAST:STEP "
-                "(the "
-                "step is 1 if it is left out). Boosters are separated by slashes. Without a LIST "
-                "the usual "
-                "values are taken: cutbacks of 0 to 10 dB, the spacings and codes that the radio "
-                "names, "
-                "one product number for each hardware family.",
+                aboutInputs,
+                "Every power comes from a node and a service of its own with the changed input; "
+                "everything else is as in qor-power table.",
+                aboutLists,
             },
         .options = options->query.behind({CommonOptions::radioFile(options->file),
                                           CommonOptions::over(options->question.over, true),
@@ -201,9 +223,10 @@ Command Commands::plot() {
                 "as a "
                 "floor, and the rule that limits each power by colour, pattern and letter. With "
                 "--over it "
-                "has one line for each value of an input (see qor-power sweep), at most 8; values "
-                "with the "
+                "has one line for each value of an input, at most 8; values with the "
                 "same powers share one. Of usual values that make more lines, 6 are drawn.",
+                aboutInputs,
+                aboutLists,
                 "Without -o the picture is made of block characters, as wide as the terminal. A "
                 "file that "
                 "is named with -o is replaced as a whole or, if something goes wrong, left as it "
@@ -213,6 +236,8 @@ Command Commands::plot() {
             {CommonOptions::radioFile(options->radio.file),
              {"-o,--output", "FILE", "File for the picture as SVG; - for standard output",
               &options->output, false, CommandOption::Completion::Files},
+             {"--title", "TEXT", "Title of the picture; otherwise it names the radio",
+              &options->radio.question.title},
              CommonOptions::over(options->radio.question.over, false)}),
         .run = [options](Output& output) { return draw(*options, output); },
     };

@@ -44,7 +44,7 @@ Reply RadioQuestion::answerFor(const std::string& radioFile, const Output& outpu
 
 Reply RadioQuestion::answer(const Output& output) {
     validate();
-    question.radioName = inputName(file);
+    question.radioName = givenName(file);
     return answerFor(readText(file), output);
 }
 

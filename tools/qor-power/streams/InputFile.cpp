@@ -36,7 +36,11 @@ auto momentOf(const timespec& time) {
 } // namespace
 
 std::string inputName(const std::string& path) {
-    return path == standardInput ? "standard input" : oneLine(path);
+    return oneLine(givenName(path));
+}
+
+std::string givenName(const std::string& path) {
+    return path == standardInput ? "standard input" : path;
 }
 
 InputFile::InputFile(std::string path, Growth growth, std::chrono::milliseconds patience)

@@ -14,6 +14,9 @@ inline constexpr const char* standardInput = "-";
 /// What messages and headings call an input: its path on one line, or "standard input".
 std::string inputName(const std::string& path);
 
+/// The same for programs: the path as it is given.
+std::string givenName(const std::string& path);
+
 /// A file open for reading, or standard input. Closed at the end, unless it is standard input.
 ///
 /// A file that changes while it is read is an error, so that what was read is one state of it. Of a

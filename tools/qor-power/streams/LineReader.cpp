@@ -40,6 +40,13 @@ bool LineReader::isReady() {
     return true;
 }
 
+void LineReader::dropMark() {
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (std::exchange(m_isFirst, false) && m_begun.text.starts_with(byteOrderMark)) {
+        m_begun.text.erase(0, byteOrderMark.size());
+    }
+}
+
 std::optional<LineReader::Line> LineReader::next() {
     while (!m_isAtEnd && !holdsLine()) {
         readOn();
@@ -54,6 +61,7 @@ std::optional<LineReader::Line> LineReader::next() {
     } else if (!m_isBegun) {
         return std::nullopt;
     }
+    dropMark();
     m_isBegun = false;
     return std::exchange(m_begun, Line());
 }

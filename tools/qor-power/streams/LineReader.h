@@ -11,7 +11,7 @@
 #include <unistd.h>
 
 /// Reads a text line by line in constant memory, whatever its length and that of its lines. What is
-/// added to a file meanwhile is not read.
+/// added to a file meanwhile is not read, a byte order mark at the start is dropped.
 class LineReader {
 public:
     struct Line {
@@ -50,6 +50,7 @@ private:
 
     void readOn();
     void append(std::string_view text);
+    void dropMark();
 
     InputFile m_file;
     std::size_t m_limit;
@@ -59,4 +60,5 @@ private:
     Line m_begun;           ///< a line of which the end has not been read yet
     bool m_isBegun = false; ///< there is one
     bool m_isAtEnd = false; ///< of the file
+    bool m_isFirst = true;
 };

@@ -9,6 +9,10 @@
 namespace {
 
 [[noreturn]] void fail() {
+    if (errno == EPIPE) {
+        // Who read has seen enough: there is nobody who would want to know.
+        throw OutputError("");
+    }
     throw OutputError(std::string("cannot write to standard output: ") + std::strerror(errno));
 }
 

@@ -6,7 +6,8 @@
 #include <cstdio>
 #include <string_view>
 
-/// Standard output cannot take more. There is no point in going on.
+/// Standard output cannot take more. There is no point in going on. Without words where the reader
+/// has gone away.
 class OutputError : public AnalysisError {
 public:
     explicit OutputError(const std::string& line)

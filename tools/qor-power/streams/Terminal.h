@@ -18,12 +18,12 @@ public:
 
     bool isTerminal() const { return m_isTerminal; }
 
-    /// In columns; 80 where there is no terminal or it does not say. Asked anew every time, because
-    /// a window may be resized.
+    /// In columns, by COLUMNS or else by the terminal; 0, no bound, where neither says. Asked anew
+    /// every time, because a window may be resized.
     std::size_t width() const;
 
     /// How text may look there now.
-    TextLook look() const { return {m_allowsColor, width()}; }
+    TextLook look() const;
 
 private:
     int m_descriptor;
