@@ -2,6 +2,7 @@
 
 #include "Printable.h"
 #include "RadioFileError.h"
+#include "Utf8.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -43,6 +44,41 @@ std::size_t lengthOf(const std::string& problem, const std::string& lastToken) {
         return 5;
     }
     return isAbout("true") || isAbout("null") ? 4 : 1;
+}
+
+/// What to do about the usual slips; empty for any other.
+/// @param index of the byte at which the text is wrong.
+std::string remedyFor(const std::string& problem, std::string_view text, std::size_t index) {
+    const auto begins = [text](std::size_t place, std::string_view what) {
+        return place < text.size() && text.substr(place).starts_with(what);
+    };
+    // The parser stops within a character, or behind its first byte.
+    std::size_t place = std::min(index, text.size());
+    while (place > 0 && place < text.size() && !Utf8::beginsCharacter(text[place])) {
+        --place;
+    }
+    for (const std::string_view quote : {"\u201C", "\u201D", "\u201E", "\u201F", "\u2018", "\u2019",
+                                         "\u201A", "\u00AB", "\u00BB", "'"}) {
+        if (begins(place, quote)) {
+            return "texts stand in straight double quotes, \"like this\"";
+        }
+    }
+    if (begins(place, "#")) {
+        return "comments begin with // or stand between /* and */";
+    }
+    const std::size_t comment = text.rfind("/*", place);
+    if (comment != std::string_view::npos &&
+        problem.find("missing closing '*/'") != std::string::npos) {
+        return "the comment that begins in " + placeText(textPlaceOf(text, comment)) +
+               " does not end: close it with */";
+    }
+    if (begins(place, "}") || begins(place, "]")) {
+        const std::size_t last = place == 0 ? place : text.find_last_not_of(" \t\r\n", place - 1);
+        if (last != std::string_view::npos && text[last] == ',') {
+            return "take the comma before it away";
+        }
+    }
+    return {};
 }
 
 /// The text as the parser reads it; says how far the parser has come.
@@ -184,7 +220,8 @@ public:
         const std::string problem = problemOf(error.what());
         const std::size_t start = position - std::min(position, lengthOf(problem, lastToken));
         const std::size_t index = std::min(start, m_text.size());
-        throw RadioFileError(textPlaceOf(m_text, index), problem);
+        throw RadioFileError(textPlaceOf(m_text, index), problem,
+                             remedyFor(problem, m_text, index));
     }
 
 private:

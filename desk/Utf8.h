@@ -27,6 +27,12 @@ constexpr bool steers(std::uint32_t code) {
     return isControl || isSeparator || isMark || isDirection;
 }
 
+/// Whether a character is a blank, or takes no room at all.
+constexpr bool isBlank(std::uint32_t code) {
+    return code == ' ' || code == '\t' || code == 0xA0 || (code >= 0x2000 && code <= 0x200D) ||
+           code == 0x202F || code == 0x205F || code == 0x3000 || code == 0xFEFF;
+}
+
 /// Calls visit(code, bytes) for each character. A byte that is no UTF-8 comes alone and has no
 /// code.
 template <class Visit>

@@ -1,4 +1,4 @@
-#include "RadioFileCheck.h"
+#include "CheckForms.h"
 
 #include "Datum.h"
 #include "JsonPointer.h"
@@ -39,26 +39,13 @@ std::string lineOf(const std::string& file, const RadioFileCheck::PlacedFinding&
     return line + "]\n";
 }
 
-/// The pointer as programs resolve it: never shortened, and empty for the document as a whole.
-std::string fullPointer(const FilePlace& place) {
-    nlohmann::json::json_pointer pointer;
-    for (const std::string& key : place.path) {
-        pointer.push_back(key);
-    }
-    return pointer.to_string();
-}
-
 Datum datumOf(const RadioFileCheck::PlacedFinding& placed) {
     const Finding& finding = placed.finding;
     return Datum::Object{
-        {"code", finding.rule->code},
-        {"severity", textOf(finding.rule->severity)},
-        {"title", finding.rule->title},
-        {"line", placed.textPlace.line},
-        {"column", placed.textPlace.column},
-        {"pointer", placed.hasPointer ? Datum(fullPointer(finding.place)) : Datum()},
-        {"message", finding.message},
-        {"remedy", Datum::orNothing(finding.remedy)},
+        {"code", finding.rule->code},        {"severity", textOf(finding.rule->severity)},
+        {"title", finding.rule->title},      {"line", placed.textPlace.line},
+        {"column", placed.textPlace.column}, {"pointer", pointerOf(placed)},
+        {"message", finding.message},        {"remedy", Datum::orNothing(finding.remedy)},
     };
 }
 
@@ -77,12 +64,22 @@ Datum datumOf(const CheckedFile& file) {
 
 } // namespace
 
+Datum pointerOf(const RadioFileCheck::PlacedFinding& placed) {
+    nlohmann::json::json_pointer pointer;
+    for (const std::string& key : placed.finding.place.path) {
+        pointer.push_back(key);
+    }
+    return placed.hasPointer ? Datum(pointer.to_string()) : Datum();
+}
+
 std::string textForm(const CheckedFile& file, const TextLook& look) {
     std::string text;
+    const std::string name = oneLine(file.name);
+    // What is no radio file is a message, as with every question.
     for (const RadioFileCheck::PlacedFinding& placed : file.check.findings) {
-        text += lineOf(file.name, placed, look);
+        text += file.check.isRadioFile ? lineOf(name, placed, look) : "";
     }
-    return text + file.name + ": " + summaryOf(file.check) + '\n';
+    return text + name + ": " + summaryOf(file.check) + '\n';
 }
 
 std::string jsonForm(const std::vector<CheckedFile>& files) {
@@ -90,13 +87,13 @@ std::string jsonForm(const std::vector<CheckedFile>& files) {
     for (const CheckedFile& file : files) {
         list.push_back(datumOf(file));
     }
-    return jsonDocument(Datum::Object{{"files", std::move(list)}});
+    return jsonDocument(answerOf("check", {{"files", std::move(list)}}));
 }
 
 std::string messageOf(const CheckedFile& file) {
     const RadioFileCheck::PlacedFinding& placed = file.check.findings.front();
     const Finding& finding = placed.finding;
-    return (file.name.empty() ? "" : file.name + ": ") +
+    return (file.name.empty() ? "" : oneLine(file.name) + ": ") +
            oneLine(placed.hasPointer ? pointerText(finding.place.path)
                                      : placeText(placed.textPlace)) +
            ": " + oneLine(finding.message) +

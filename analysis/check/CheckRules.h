@@ -13,6 +13,7 @@
     RULE(DoesNotStart, "QP-010", Error, "the service does not start")                              \
     RULE(OtherChannel, "QP-011", Warning, "the channel is neither 1 nor 2")                        \
     RULE(NotAllChecked, "QP-012", Hint, "the file is too large to be checked whole")               \
+    RULE(WholeDecibels, "QP-013", Warning, "figures look like whole decibels")                     \
     /* What the radio can do */                                                                    \
     RULE(PmaxRises, "QP-101", Warning, "a Pmax table rises with the modulation")                   \
     RULE(PmaxTwice, "QP-102", Warning, "a Pmax table lists a modulation twice")                    \
@@ -20,9 +21,11 @@
     RULE(PmaxNoModulation, "QP-104", Warning, "a row of a Pmax table is for no modulation")        \
     RULE(PmaxEmpty, "QP-105", Warning, "a Pmax table is empty")                                    \
     RULE(PredistortionLowers, "QP-106", Hint, "the DPD 2 table allows less than the DPD 1 table")  \
+    RULE(PredistortionExchanged, "QP-107", Warning, "the DPD 1 and DPD 2 tables look exchanged")   \
     RULE(NearProduct, "QP-110", Warning, "the product number is almost a known one")               \
     RULE(UnknownProduct, "QP-111", Hint, "the product number is not known")                        \
     RULE(NoProduct, "QP-112", Hint, "there is no product number")                                  \
+    RULE(HiddenBlanks, "QP-113", Warning, "blanks in the product number do not show")              \
     RULE(LimitNotAsked, "QP-120", Warning, "a limit of the modulation is never asked for")         \
     RULE(LimitMissing, "QP-121", Warning, "the limit that is asked for is missing")                \
     RULE(ProfileWithoutLimit, "QP-122", Warning, "a performance profile has no limit")             \
@@ -50,13 +53,14 @@
     RULE(ModulationWithoutCode, "QP-219", Warning, "the configured modulation has no code")        \
     RULE(IdTwice, "QP-220", Warning, "an id is given to two records")                              \
     RULE(IdOutOfReach, "QP-221", Warning, "an id cannot be asked for")                             \
+    RULE(UnlikeItsRecord, "QP-222", Warning,                                                       \
+         "the configured frame format is unlike its own record")                                   \
     /* The operator's selection and the link */                                                    \
     RULE(SelectionReversed, "QP-301", Warning, "the selected minimum is above the maximum")        \
     RULE(SelectionNotCarried, "QP-302", Warning, "the frame format lacks a selected code")         \
     RULE(NoSelection, "QP-303", Hint, "no range is selected")                                      \
     RULE(OffsetTwice, "QP-304", Warning, "a channel spacing has two minimum-power offsets")        \
-    RULE(ClassByNumber, "QP-305", Warning,                                                         \
-         "a class is given by a number that is the text of another")                               \
+    RULE(ClassByNumber, "QP-305", Warning, "a class is given by a number that reads like another") \
     /* Stored variables */                                                                         \
     RULE(ArraySizeDiffers, "QP-401", Warning, "the arraysize variable disagrees with the array")   \
     RULE(HalfPair, "QP-402", Warning, "the calibration ends within a pair")                        \
@@ -64,6 +68,7 @@
     RULE(CalibrationUnused, "QP-404", Hint, "a calibrated spacing matches no frame format")        \
     RULE(NearVariable, "QP-405", Warning, "a variable has almost the name of one that is read")    \
     RULE(VariableUnread, "QP-406", Hint, "a variable is never read")                               \
+    RULE(PairsReversed, "QP-407", Warning, "calibration pairs are reversed")                       \
     /* Requests */                                                                                 \
     RULE(OddStep, "QP-501", Warning, "a figure looks as if it were in the wrong unit")             \
     RULE(OddPresence, "QP-502", Warning, "the booster's presence is negative")                     \

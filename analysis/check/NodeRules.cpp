@@ -8,14 +8,18 @@
 #include "Printable.h"
 #include "Suggestion.h"
 #include "TextForms.h"
+#include "Utf8.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -47,6 +51,81 @@ std::map<Modulation, PmaxRow> countingRows(const std::vector<int>& table) {
         counting.emplace(row.modulation, row);
     }
     return counting;
+}
+
+// Units
+
+/// Figures of one kind that may be in the wrong unit.
+struct Figures {
+    std::string name; ///< "the rows of pmaxDpd1Etsi"
+    std::string unit; ///< "dB" or "dBm"
+    std::vector<std::pair<FilePlace, std::int64_t>> values;
+};
+
+constexpr std::int64_t oneDecibel = 100;
+
+/// Not zero and below 1 dB: as whole decibels such figures are usual, as hundredths they are not.
+bool isSmall(std::int64_t value) {
+    return value != 0 && std::abs(value) < oneDecibel;
+}
+
+/// Likewise where steps of 0.1 dB are usual as well.
+bool isSmallAndOdd(std::int64_t value) {
+    constexpr std::int64_t step = 10;
+    return isSmall(value) && value % step != 0;
+}
+
+void addWholeDecibels(const Figures& small, FindingList& findings) {
+    std::vector<std::string> list;
+    for (const auto& [place, value] : small.values) {
+        list.push_back(std::to_string(value) + " (" + Decibels::format(value) + ' ' + small.unit +
+                       ')');
+    }
+    const std::int64_t first = small.values.front().second;
+    findings.add(CheckRules::WholeDecibels, small.values.front().first,
+                 small.name + (list.size() == 1 ? " looks" : " look") +
+                     " like whole decibels: " + CheckText::list(list),
+                 "figures are in hundredths of a " + small.unit + ": " + std::to_string(first) +
+                     ' ' + small.unit + " is " + std::to_string(first * oneDecibel));
+}
+
+void checkUnits(const CheckedNode& node, FindingList& findings) {
+    for (const PmaxTableName& name : pmaxTables) {
+        const std::vector<int>* const table = node.pmaxTable(name);
+        Figures rows{std::string("the powers of ") + name.key, "dBm", {}};
+        bool areSmall = true;
+        for (const PmaxRow& row : table == nullptr ? std::vector<PmaxRow>() : rowsOf(*table)) {
+            rows.values.emplace_back(node.pmaxRow(name, row.index), row.power);
+            areSmall = areSmall && isSmall(row.power);
+        }
+        // One low row is a high modulation's.
+        if (areSmall && rows.values.size() > 1) {
+            addWholeDecibels(rows, findings);
+        }
+    }
+    const auto& minimum = node.answers().capabilityHandler->minOutputPower;
+    const int* const power = minimum ? std::get_if<int>(&*minimum) : nullptr;
+    constexpr int half = 50;
+    if (power != nullptr && isSmall(*power) && *power % half != 0) {
+        addWholeDecibels(
+            {"the minimum output power", "dBm", {{capabilityHandler / "minOutputPower", *power}}},
+            findings);
+    }
+    Figures offsets{"minimum-power offsets", "dB", {}};
+    if (node.answers().systemPowerController) {
+        std::size_t index = 0;
+        for (const auto& offset : node.answers().systemPowerController->minOutputPowerOffsets) {
+            if (isSmallAndOdd(offset.offset)) {
+                offsets.values.emplace_back(
+                    FilePlace{{"systemPowerController", "minOutputPowerOffsets"}} / index,
+                    offset.offset);
+            }
+            ++index;
+        }
+    }
+    if (!offsets.values.empty()) {
+        addWholeDecibels(offsets, findings);
+    }
 }
 
 bool isModulation(Modulation modulation) {
@@ -127,7 +206,27 @@ void checkPredistortion(const CheckedNode& node, const PmaxTableName& without,
         return;
     }
     const std::map<Modulation, PmaxRow> plain = countingRows(*dpd1);
-    for (const auto& [modulation, row] : countingRows(*dpd2)) {
+    const std::map<Modulation, PmaxRow> predistorted = countingRows(*dpd2);
+    std::size_t common = 0;
+    std::size_t lower = 0;
+    bool isAnyHigher = false;
+    for (const auto& [modulation, row] : predistorted) {
+        const auto found = plain.find(modulation);
+        if (found != plain.end()) {
+            ++common;
+            lower += row.power < found->second.power ? 1U : 0U;
+            isAnyHigher = isAnyHigher || row.power > found->second.power;
+        }
+    }
+    if (lower > 1 && !isAnyHigher && 2 * lower > common) {
+        findings.add(CheckRules::PredistortionExchanged, capabilityHandler / with.key,
+                     std::string(with.key) + " allows less than " + without.key + " at " +
+                         std::to_string(lower) + " of " + std::to_string(common) +
+                         " modulations, and more at none",
+                     "predistortion is there to allow more: exchange the two tables");
+        return;
+    }
+    for (const auto& [modulation, row] : predistorted) {
         const auto found = plain.find(modulation);
         if (found != plain.end() && row.power < found->second.power) {
             findings.add(CheckRules::PredistortionLowers, node.pmaxRow(with, row.index),
@@ -142,6 +241,41 @@ void checkPredistortion(const CheckedNode& node, const PmaxTableName& without,
 
 // The product
 
+/// A product number with single blanks between its words.
+std::string withPlainBlanks(const std::string& number) {
+    std::string plain;
+    Utf8::forEachCharacter(number,
+                           [&plain](std::optional<std::uint32_t> code, std::string_view bytes) {
+                               const bool isBlank = code && Utf8::isBlank(*code);
+                               if (!isBlank) {
+                                   plain += bytes;
+                               } else if (!plain.empty() && plain.back() != ' ') {
+                                   plain += ' ';
+                               }
+                           });
+    plain.resize(plain.find_last_not_of(' ') + 1);
+    return plain;
+}
+
+/// A product number with every blank as a sign that shows.
+std::string withVisibleBlanks(const std::string& number) {
+    std::string visible;
+    Utf8::forEachCharacter(number,
+                           [&visible](std::optional<std::uint32_t> code, std::string_view bytes) {
+                               if (code && Utf8::isBlank(*code)) {
+                                   constexpr const char* digits = "0123456789abcdef";
+                                   std::string hex;
+                                   for (int shift = 12; shift >= 0; shift -= 4) {
+                                       hex += digits[(*code >> shift) & 0xFU];
+                                   }
+                                   visible += "\\u" + hex;
+                               } else {
+                                   visible += bytes;
+                               }
+                           });
+    return visible;
+}
+
 void checkProduct(const CapabilityHandlerAnswers& radio, FindingList& findings) {
     const FilePlace place = capabilityHandler / "productNumber";
     if (!radio.productNumber || radio.productNumber->empty()) {
@@ -153,6 +287,15 @@ void checkProduct(const CapabilityHandlerAnswers& radio, FindingList& findings) 
     const std::string& number = *radio.productNumber;
     const std::vector<std::string>& known = knownProducts();
     if (std::ranges::find(known, number) != known.end()) {
+        return;
+    }
+    if (const std::string plain = withPlainBlanks(number); plain != number) {
+        const bool isKnown = std::ranges::find(known, plain) != known.end();
+        findings.add(CheckRules::HiddenBlanks, place,
+                     "the product number \"" + printable(withVisibleBlanks(number)) +
+                         "\" has blanks that do not show, so the newer radio-unit family is taken",
+                     "write \"" + printable(plain) + "\"" +
+                         (isKnown ? "" : ", if the radio does not report it so"));
         return;
     }
     const std::string taken = "the product number \"" + printable(number) +
@@ -250,14 +393,17 @@ void checkCodes(const CheckedFrameFormat& frameFormat, FindingList& findings) {
     }
 }
 
-void checkSpacing(const CheckedFrameFormat& frameFormat, FindingList& findings) {
+bool isUsualSpacing(std::int32_t spacing) {
     static constexpr std::int32_t usual[] = {3,  4,  5,  7,  10, 14, 20, 27, 28,
                                              29, 30, 40, 50, 56, 60, 80, 112};
+    return std::find(std::begin(usual), std::end(usual), spacing) != std::end(usual);
+}
+
+void checkSpacing(const CheckedFrameFormat& frameFormat, FindingList& findings) {
     if (!frameFormat.channelSpacing) {
         return;
     }
-    const auto spacing = static_cast<std::int32_t>(*frameFormat.channelSpacing);
-    if (std::find(std::begin(usual), std::end(usual), spacing) == std::end(usual)) {
+    if (!isUsualSpacing(static_cast<std::int32_t>(*frameFormat.channelSpacing))) {
         findings.add(CheckRules::OddSpacing, frameFormat.place / "channelSpacing",
                      CheckText::of(*frameFormat.channelSpacing) + " is no usual channel spacing",
                      "spacings are in whole MHz: 3, 4, 5, 7, 10, 14, 20, 27, 28, 29, 30, 40, 50, "
@@ -287,6 +433,52 @@ void checkConfigured(const CheckedNode& node, FindingList& findings) {
                      "no code of the configured frame format is for its modulation, " +
                          CheckText::of(answers.modulation),
                      "take the modulation of one of modulationAndCodes");
+    }
+}
+
+/// How two frame formats differ, in words.
+std::vector<std::string> differencesOf(const CheckedFrameFormat& configured,
+                                       const CheckedFrameFormat& record) {
+    std::vector<std::string> differences;
+    if (record.dpdVersion != configured.dpdVersion) {
+        differences.push_back(CheckText::of(configured.dpdVersion) + " in place of " +
+                              CheckText::of(record.dpdVersion));
+    }
+    if (record.market && configured.market && record.market != configured.market) {
+        differences.push_back("market " + CheckText::of(*configured.market) + " in place of " +
+                              CheckText::of(*record.market));
+    }
+    if (record.codes && configured.codes && record.codes != configured.codes) {
+        differences.emplace_back("other modulation-and-codes");
+    }
+    return differences;
+}
+
+/// The configured frame format is one of those of the unit: a record of the same spacing that is
+/// like it but for one thing is most likely its own.
+void checkOwnRecord(const CheckedNode& node, FindingList& findings) {
+    const CheckedFrameFormat* const configured = node.configured();
+    const CheckedFrameFormat* near = nullptr;
+    std::string difference;
+    for (const CheckedFrameFormat& record : node.frameFormats()) {
+        if (configured == nullptr || record.isConfigured() ||
+            record.channelSpacing != configured->channelSpacing) {
+            continue;
+        }
+        const std::vector<std::string> differences = differencesOf(*configured, record);
+        if (differences.empty()) {
+            return;
+        }
+        if (differences.size() == 1 && near == nullptr) {
+            near = &record;
+            difference = differences.front();
+        }
+    }
+    if (near != nullptr) {
+        findings.add(CheckRules::UnlikeItsRecord, configured->place,
+                     "the configured frame format is " + near->name() +
+                         " but for one thing: " + difference,
+                     "make the two agree, if they are the same");
     }
 }
 
@@ -387,12 +579,47 @@ void checkArraySize(const CheckedNode& node, FindingList& findings) {
                  "set it to " + std::to_string(array->size()));
 }
 
+/// Pairs of which the second number is a channel spacing and the first one is none.
+/// @return whether there are any.
+bool findReversedPairs(const std::vector<std::int32_t>& array, const FilePlace& place,
+                       FindingList& findings) {
+    std::vector<std::string> reversed;
+    FilePlace first;
+    for (std::size_t index = 0; index + 1 < array.size(); index += 2) {
+        if (!isUsualSpacing(array[index]) && isUsualSpacing(array[index + 1])) {
+            first = reversed.empty() ? place / index : first;
+            reversed.push_back(std::to_string(array[index]) + ", " +
+                               std::to_string(array[index + 1]));
+        }
+    }
+    if (!reversed.empty()) {
+        const std::size_t comma = reversed.front().find(',');
+        findings.add(
+            CheckRules::PairsReversed, first,
+            counted(reversed.size(), "calibration pair") +
+                (reversed.size() == 1 ? " names" : " name") +
+                " the compensation before the channel spacing: " + CheckText::list(reversed),
+            "write the spacing first: " + reversed.front().substr(comma + 2) + ", " +
+                reversed.front().substr(0, comma));
+    }
+    return !reversed.empty();
+}
+
 void checkPairs(const CheckedNode& node, FindingList& findings) {
     const auto* const array = node.variable(node.calibrationName());
     if (array == nullptr) {
         return;
     }
     const FilePlace place = variablesPlace / node.calibrationName();
+    Figures small{"calibrated compensations", "dB", {}};
+    for (std::size_t index = 1; index < array->size(); index += 2) {
+        if (isSmallAndOdd((*array)[index])) {
+            small.values.emplace_back(place / index, (*array)[index]);
+        }
+    }
+    if (!small.values.empty()) {
+        addWholeDecibels(small, findings);
+    }
     if (array->size() % 2 != 0) {
         findings.add(CheckRules::HalfPair, place / (array->size() - 1),
                      "the calibration ends with a channel spacing that has no compensation",
@@ -486,6 +713,7 @@ void checkCapabilityHandler(const CheckedNode& node, FindingList& findings) {
             }
         }
     }
+    checkUnits(node, findings);
     const CapabilityHandlerAnswers& radio = *node.answers().capabilityHandler;
     checkProduct(radio, findings);
     checkWhichLimit(radio, findings);
@@ -500,6 +728,7 @@ void checkFrameFormats(const CheckedNode& node, FindingList& findings) {
         checkSpacing(frameFormat, findings);
     }
     checkConfigured(node, findings);
+    checkOwnRecord(node, findings);
     checkIds(node, findings);
 }
 
@@ -519,8 +748,12 @@ void checkVariables(const CheckedNode& node, FindingList& findings) {
     checkNames(node, areRead, findings);
     if (areRead) {
         checkArraySize(node, findings);
-        checkPairs(node, findings);
-        checkCalibrated(node, findings);
+        const auto* const array = node.variable(node.calibrationName());
+        if (array == nullptr ||
+            !findReversedPairs(*array, variablesPlace / node.calibrationName(), findings)) {
+            checkPairs(node, findings);
+            checkCalibrated(node, findings);
+        }
     }
 }
 
@@ -543,13 +776,20 @@ void NodeRules::checkClass(const nlohmann::json* written, const FilePlace& place
         return;
     }
     const auto number = written->get<std::int32_t>();
-    const auto meant = referenceSecTextForms().find(std::to_string(number));
-    if (meant && static_cast<std::int32_t>(*meant) != number) {
-        const std::string taken = CheckText::of(EReferenceSEC{number});
+    const std::string digits = std::to_string(number);
+    const std::string taken = CheckText::of(EReferenceSEC{number});
+    std::vector<std::string> meant;
+    for (const std::string& text : referenceSecTextForms().texts()) {
+        if (text.starts_with(digits)) {
+            meant.push_back(text);
+        }
+    }
+    const bool isText = referenceSecTextForms().find(taken).has_value();
+    if (isText && !meant.empty() && !taken.starts_with(digits)) {
         findings.add(CheckRules::ClassByNumber, place,
-                     "the number " + std::to_string(number) + " is class " + taken +
-                         ", not class " + CheckText::of(*meant),
-                     "write \"" + taken + "\" or \"" + CheckText::of(*meant) + "\"");
+                     "the number " + digits + " is class " + taken + ", not class " +
+                         CheckText::list(meant),
+                     "write the class as its text, \"" + taken + "\" or \"" + meant.front() + "\"");
     }
 }
 

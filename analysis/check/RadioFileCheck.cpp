@@ -150,6 +150,9 @@ private:
         }
         for (std::size_t index = known; index < m_seen.findings().size(); ++index) {
             Finding finding = m_seen.findings()[index];
+            if (state.patch && finding.rule == &CheckRules::UnlikeItsRecord) {
+                continue; // a patch is there to try something else
+            }
             if (state.patch) {
                 finding.place = placeInPatch(state, finding.place, finding.message);
             }

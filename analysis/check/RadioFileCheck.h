@@ -34,7 +34,7 @@ struct RadioFileCheck {
 
 /// A radio file and what was found in it.
 struct CheckedFile {
-    std::string name; ///< on one line
+    std::string name; ///< as given
     RadioFileCheck check;
 };
 

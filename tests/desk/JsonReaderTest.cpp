@@ -147,9 +147,27 @@ const BadText badTexts[] = {
     {"truncatedString", "[\"abc",
      "1:6: syntax error while parsing value - invalid string: missing closing quote"},
     {"truncatedComment", "{} /* a",
-     "1:8: syntax error while parsing value - invalid comment; missing closing '*/'"},
+     "1:8: syntax error while parsing value - invalid comment; missing closing '*/'; the comment "
+     "that begins in 1:4 does not end: close it with */"},
     {"trailingComma", "{\n  \"a\": 1,\n}",
-     "3:1: syntax error while parsing object key - unexpected '}'; expected string literal"},
+     "3:1: syntax error while parsing object key - unexpected '}'; expected string literal; take "
+     "the comma before it away"},
+    {"trailingCommaOfAList", "[1, ]",
+     "1:5: syntax error while parsing value - unexpected ']'; expected '[', '{', or a literal; "
+     "take "
+     "the comma before it away"},
+    {"typographicQuotes",
+     "{\xE2\x80\x9C"
+     "a\xE2\x80\x9D: 1}",
+     "1:2: syntax error while parsing object key - invalid literal; texts stand in straight double "
+     "quotes, \"like this\""},
+    {"commentOfAnotherLanguage", "{# a\n\"a\": 1}",
+     "1:2: syntax error while parsing object key - invalid literal; comments begin with // or "
+     "stand "
+     "between /* and */"},
+    // No slip of these: only what is wrong is said.
+    {"bracketWithoutAComma", "[1 }",
+     "1:4: syntax error while parsing array - unexpected '}'; expected ']'"},
     {"missingColon", "{\n\"a\" 12345}",
      "2:5: syntax error while parsing object separator - unexpected number literal; expected ':'"},
     {"missingCommaBeforeString", R"({"a": "b" "cdef": 1})",

@@ -52,6 +52,51 @@ TEST(Check, ChecksAllFilesAndEndsWithTheWorstStatus) {
     }
 }
 
+TEST(Check, ReportsABadFileOnce) {
+    const ToolResult result = ToolProcess({"check", "-"}).withInput("{\"channel\": }").run();
+
+    EXPECT_EQ(result.output, "standard input: no radio file\n");
+    EXPECT_TRUE(result.errors.starts_with("qor-power: standard input: 1:13: syntax error"));
+    EXPECT_TRUE(result.hasOneErrorLine()) << result;
+}
+
+TEST(Check, CountsTheFindingsOfAFleetByCode) {
+    // By path, with an id in front, as a document behind a byte order mark, and one that is none.
+    const std::string list = "\xEF\xBB\xBF{\"channel\": }\n17\tcheck/rising.json\n" + sound + '\n' +
+                             "no-such-file.json\n";
+
+    const ToolResult json =
+        ToolProcess({"check", "--summary", "check/rising.json", "--list", "-", "--format", "json"})
+            .withInput(list)
+            .run();
+    const ToolResult text = ToolProcess({"check", "--summary", "check/rising.json", "--list", "-"})
+                                .withInput(list)
+                                .run();
+
+    const auto summary = nlohmann::json::parse(json.output).at("summary");
+    EXPECT_EQ(summary.at("files"), 4);
+    EXPECT_EQ(summary.at("clean"), 1);
+    ASSERT_EQ(summary.at("findings").size(), 5U);
+    EXPECT_EQ(summary.at("findings")[0].at("code"), "QP-001");
+    EXPECT_EQ(summary.at("findings")[0].at("first")[0].at("file"), "standard input, line 1");
+    const auto& rising = summary.at("findings")[1];
+    EXPECT_EQ(rising.at("code"), "QP-101");
+    EXPECT_EQ(rising.at("findings"), 2);
+    EXPECT_EQ(rising.at("files"), 2);
+    EXPECT_EQ(rising.at("first")[1].at("file"), "check/rising.json");
+    EXPECT_EQ(rising.at("first")[1].at("line"), 8);
+    EXPECT_NE(text.output.find("QP-101  warning          2      2  a Pmax table rises"),
+              std::string::npos)
+        << text;
+    EXPECT_TRUE(text.output.ends_with("4 files, in 1 nothing found\n")) << text;
+    for (const ToolResult& result : {json, text}) {
+        EXPECT_NE(result.errors.find("standard input, line 4: no-such-file.json: cannot be read"),
+                  std::string::npos)
+            << result;
+        EXPECT_EQ(result.status, otherTrouble);
+    }
+}
+
 TEST(Check, GoesOnAfterAFileThatCannotBeRead) {
     const ToolResult result = runTool({"check", "no-such-file.json", sound});
 
