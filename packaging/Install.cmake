@@ -153,7 +153,8 @@ install(
         "${PROJECT_SOURCE_DIR}/docs/reference/pictures"
     DESTINATION "${tool_documents}" COMPONENT ${way}Tool ${not_by_itself})
 # For editors.
-install(FILES "${PROJECT_SOURCE_DIR}/share/qor-radio-file.schema.json"
+install(FILES "${PROJECT_SOURCE_DIR}/share/qor-power-answers.schema.json"
+    "${PROJECT_SOURCE_DIR}/share/qor-radio-file.schema.json"
     DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/qor-power" COMPONENT ${way}Tool ${not_by_itself})
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/radios" DESTINATION "${tool_documents}/examples"
     COMPONENT ${way}Tool ${not_by_itself} FILES_MATCHING PATTERN "*.json")
