@@ -371,13 +371,13 @@ void BatchTotals::add(const BatchTotals& others) {
     rules.add(others.rules);
 }
 
-std::vector<std::string> BatchTotals::inWords() const {
+std::vector<std::string> BatchTotals::inWords(std::size_t width) const {
     std::vector<std::string> words{counted(lines, "line") + ": " + counted(lines - bad, "node") +
                                    ", " + std::to_string(bad) + " bad"};
-    const auto addColumns = [&words](const std::vector<Align>& align,
-                                     const std::vector<std::vector<std::string>>& table) {
+    const auto addColumns = [&words, width](const std::vector<Align>& align,
+                                            const std::vector<std::vector<std::string>>& table) {
         // A heading alone says nothing.
-        std::istringstream text(table.size() > 1 ? alignedColumns(align, table) : "");
+        std::istringstream text(table.size() > 1 ? alignedColumns(align, table, {width}) : "");
         for (std::string line; std::getline(text, line);) {
             words.push_back(line);
         }

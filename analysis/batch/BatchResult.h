@@ -108,7 +108,8 @@ struct BatchTotals {
     void add(const BatchTotals& others);
 
     /// For people: a sentence, then the troubles and the rules as columns, on lines.
-    std::vector<std::string> inWords() const;
+    /// @param width that the columns may take; 0: any.
+    std::vector<std::string> inWords(std::size_t width = 0) const;
 
     /// As a text without line ends, and from it: totals travel between processes.
     std::string packed() const;

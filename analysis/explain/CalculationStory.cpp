@@ -181,9 +181,16 @@ private:
                                *selected.answer,
                                {},
                                {},
-                               std::int64_t{selected.withoutCutback.value_or(*selected.answer)} -
-                                   *selected.answer});
+                               cutbackOf(selected)});
         }
+    }
+
+    /// By how much the cutback lowers the selected modulation's power, as far as that is told.
+    std::int64_t cutbackOf(const Explanation& selected) const {
+        if (selected.withoutCutback) {
+            return std::int64_t{*selected.withoutCutback} - *selected.answer;
+        }
+        return selected.cutback && m_cutback ? m_cutback->amount : 0;
     }
 
     using Lookup = Explanation::Lookup;

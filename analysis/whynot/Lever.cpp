@@ -445,7 +445,8 @@ private:
         const std::size_t place = isThere ? 2 * pair + 1 : 1;
         if (!isThere) {
             // In front, where every number of valid elements counts it.
-            elements.insert(elements.begin(), {spacing, 0});
+            elements.insert(elements.begin(), 0);
+            elements.insert(elements.begin(), spacing);
             valid = static_cast<std::uint32_t>(end + 2);
         }
         const std::int64_t from = elements[place];

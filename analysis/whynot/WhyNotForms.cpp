@@ -61,16 +61,14 @@ Fields<WhyNot::Change> changeFields(bool isPaired = false) {
 std::string textForm(const WhyNot& whyNot, const std::string& asked, const TextLook& look) {
     std::string text = standing(whyNot, asked);
     if (whyNot.isAllowed()) {
-        return text;
+        return fitted(text, look.width);
     }
     if (!whyNot.changes.empty()) {
         text += "Any one of these changes alone allows it, the smallest first:\n\n" +
                 textColumns(changeFields(), whyNot.changes, "", nullptr, {look.width}) + '\n';
     }
     if (!whyNot.without.empty()) {
-        text += wrapped("No change alone allows it of: " + joined(whyNot.without, ", "),
-                        look.width) +
-                '\n';
+        text += "No change alone allows it of: " + joined(whyNot.without, ", ") + '\n';
     }
     if (!whyNot.pairs.empty()) {
         text += "\nThese pairs of changes allow it, the smallest first:\n\n" +
@@ -78,22 +76,21 @@ std::string textForm(const WhyNot& whyNot, const std::string& asked, const TextL
     } else if (whyNot.changes.empty()) {
         text += "Nothing that was tried allows it.\n";
     }
-    return text + wrapped("Not tried: " + joined(whyNot.notTried, "; "), look.width) + '\n';
+    return fitted(text + "Not tried: " + joined(whyNot.notTried, "; ") + '\n', look.width);
 }
 
 std::string jsonForm(const WhyNot& whyNot, const std::string& asked) {
-    return jsonDocument(answerOf(
-        "why-not", {
-                       {"radioFile", whyNot.radioFile},
-                       {"asked", asked},
-                       {"wantedCentiDbm", whyNot.wanted},
-                       {"maxPowerCentiDbm", whyNot.power},
-                       {"rule", codeOf(whyNot.explanation.decisiveRule())},
-                       {"allowed", whyNot.isAllowed()},
-                       {"changes", listOf(changeFields(), whyNot.changes)},
-                       {"pairs", listOf(changeFields(true), whyNot.pairs)},
-                       {"without", whyNot.without},
-                       {"notTried", whyNot.notTried},
-                       {"warning", Datum::orNothing(whyNot.warning)},
-                   }));
+    return jsonDocument(answerOf("why-not", {
+                                                {"radioFile", whyNot.radioFile},
+                                                {"asked", asked},
+                                                {"wantedCentiDbm", whyNot.wanted},
+                                                {"maxPowerCentiDbm", whyNot.power},
+                                                {"rule", codeOf(whyNot.explanation.decisiveRule())},
+                                                {"allowed", whyNot.isAllowed()},
+                                                {"changes", listOf(changeFields(), whyNot.changes)},
+                                                {"pairs", listOf(changeFields(true), whyNot.pairs)},
+                                                {"without", whyNot.without},
+                                                {"notTried", whyNot.notTried},
+                                                {"warning", Datum::orNothing(whyNot.warning)},
+                                            }));
 }

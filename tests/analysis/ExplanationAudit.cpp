@@ -128,7 +128,10 @@ void ExplanationAudit::auditCutback(const ExplainedTable& explained, PowerTableQ
     // One of half the 32 bits and more may come to a small number, or to one that is put on.
     constexpr std::uint32_t near = std::uint32_t{1} << 28;
     const std::uint32_t cutback = explained.table.inputs.cutbackInForce();
-    if (cutback == 0 || cutback > near) {
+    const auto& booster = explained.table.inputs.booster;
+    // A booster's gain may wrap as well.
+    const bool isGainFar = booster && std::abs(std::int64_t{booster->gain}) > near;
+    if (cutback == 0 || cutback > near || isGainFar) {
         return;
     }
     if (explained.table.inputs.isTemporary()) {

@@ -27,6 +27,9 @@ void expectComplaint(const ToolRun& run, int status, const std::string& problem)
 /// The same, with nothing on standard output and within the limits.
 void expectTrouble(const ToolRun& run, int status, const std::string& problem);
 
+/// The reader of standard output has gone away, as `head` does: nothing is said of that.
+void expectSilentEnd(const ToolRun& run, int status);
+
 /// The command refused a bad radio file as it documents, and took no more than the limits.
 void expectRefusal(const ToolCommand& command, const ToolRun& run, const std::string& problem);
 

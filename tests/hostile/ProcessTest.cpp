@@ -302,10 +302,10 @@ TEST_P(HostileOutput, thatIsFullIsTrouble) {
     EXPECT_TRUE(isUntouched());
 }
 
-TEST_P(HostileOutput, thatIsAClosedPipeIsTrouble) {
+TEST_P(HostileOutput, thatNobodyReadsEndsTheToolSilently) {
     const ToolRun run = tool().withReaderOf(0).run();
 
-    expectTrouble(run, otherTrouble, "cannot write to standard output: Broken pipe");
+    expectSilentEnd(run, otherTrouble);
     EXPECT_TRUE(isUntouched());
 }
 
@@ -315,7 +315,7 @@ TEST(HostileOutputOfReplay, thatClosesInTheMiddleEndsTheReplay) {
 
     const ToolRun run = MeasuredTool({"replay", file.path()}).withReaderOf(1000).run();
 
-    expectTrouble(run, otherTrouble, "cannot write to standard output: Broken pipe");
+    expectSilentEnd(run, otherTrouble);
 }
 
 TEST(HostileOutputOfReplay, thatIsFullIsSaidOnceForAllFiles) {
@@ -335,7 +335,7 @@ TEST(HostileOutputOfBatch, thatClosesInTheMiddleEndsTheBatch) {
 
     const ToolRun run = MeasuredTool({"batch", "--quiet", list.path()}).withReaderOf(1000).run();
 
-    expectTrouble(run, otherTrouble, "cannot write to standard output: Broken pipe");
+    expectSilentEnd(run, otherTrouble);
 }
 
 // Texts that would change what a terminal or an editor shows.

@@ -134,8 +134,9 @@ TEST(ExplainCommand, ExplainsARequestOfTheFileInItsPlace) {
     const ToolResult before = runTool({"explain", file, "--request", "116"});
     const ToolResult after = runTool({"explain", file, "--request", "129"});
 
-    EXPECT_NE(before.output.find("64QAM: 14.50 dBm\n"), std::string::npos) << before;
-    EXPECT_NE(after.output.find("64QAM: 15.00 dBm\n"), std::string::npos) << after;
+    EXPECT_NE(before.output.find("64QAM: 14.50 dBm (code 61 64QAM)\n"), std::string::npos)
+        << before;
+    EXPECT_NE(after.output.find("64QAM: 15.00 dBm (code 61 64QAM)\n"), std::string::npos) << after;
 }
 
 TEST(ExplainCommand, RefusesARequestThatIsNone) {

@@ -2,13 +2,13 @@
 #include "BatchResult.h"
 #include "Commands.h"
 #include "CommonOptions.h"
-#include "Input.h"
 #include "Interrupts.h"
 #include "LineReader.h"
 #include "Messages.h"
 #include "OneLine.h"
 #include "OrderedWorkers.h"
 #include "RadioFileReader.h"
+#include "RadioLine.h"
 #include "Terminal.h"
 
 #include <algorithm>
@@ -121,46 +121,25 @@ BatchProgress::~BatchProgress() {
     clear();
 }
 
-/// Takes the node's id off the beginning of a line, if there is one in front of a tab.
-std::string takeId(std::string& line) {
-    // Inside a document a tab is nothing special.
-    const std::size_t tab = line.starts_with('{') ? std::string::npos : line.find('\t');
-    if (tab == std::string::npos) {
-        return "";
-    }
-    std::string id = line.substr(0, tab);
-    line.erase(0, tab + 1);
-    return id;
-}
-
 BatchResult answerTo(const LineReader::Line& line, const AskedInputs& inputs) {
     using enum BatchResult::Trouble;
+    const RadioLine radio(line);
     BatchResult result;
-    std::string text = line.text;
-    result.id = takeId(text);
-    const bool isDocument = text.starts_with('{');
-    if (!isDocument && !line.isTooLong) {
-        result.radioFile = oneLine(text);
-    }
+    result.id = radio.id();
+    result.radioFile = radio.path();
     try {
-        if (line.isTooLong) {
-            result.fail(Line, "longer than " + std::to_string(RadioFileReader::maxSize) + " bytes");
-        } else if (text.empty()) {
-            result.fail(Line, "an empty line");
-        } else if (text.find('\0') != std::string::npos && !isDocument) {
-            result.fail(Unreadable, "cannot be read: a path holds no NUL");
-        } else {
-            // Standard input is not for radio files here.
-            const auto read = [&text] { return readText(text == standardInput ? "./-" : text); };
-            result.setPowers(inputs.radio(isDocument ? text : read(), "").explain());
-        }
+        result.setPowers(inputs.radio(radio.text(), "").explain());
     } catch (const RadioFileError& error) {
         result.fail(
             BadRadioFile,
             oneLine(error.problem() + (error.remedy().empty() ? "" : "; " + error.remedy())),
             error.place());
+    } catch (const QuestionError& error) {
+        result.fail(NoPowers, oneLine(error.what()));
     } catch (const AnalysisError& error) {
-        result.fail(error.outcome() == Outcome::ServiceDidNotStart ? NotStarted : Unreadable,
+        result.fail(error.outcome() == Outcome::ServiceDidNotStart ? NotStarted
+                    : radio.path().empty()                         ? Line
+                                                                   : Unreadable,
                     oneLine(error.what()));
     } catch (const std::exception& error) {
         result.fail(Other, oneLine(error.what()));
@@ -400,7 +379,9 @@ Outcome answerLines(const BatchOptions& options, Output& standardOutput) {
         if (skipped > 0) {
             complain(counted(skipped, "line") + " answered before");
         }
-        for (const std::string& line : totals.inWords()) {
+        const std::size_t width = Terminal(STDERR_FILENO).width();
+        const std::size_t prefix = std::string_view("qor-power: ").size();
+        for (const std::string& line : totals.inWords(width - std::min(width, prefix))) {
             complain(line);
         }
     }
