@@ -55,12 +55,12 @@ reproducible: ## build the libraries in two folders and compare the bytes, for b
 fuzz: ## run each fuzzer for a minute on all processors (MINUTES=N for longer)
 	scripts/fuzz $(MINUTES)
 
-fuzz-sample: ## run the fuzzers beside each other for 40 seconds, in the build of the sanitizers
+fuzz-sample: ## run the fuzzers beside each other for 25 seconds, in the build of the sanitizers
 	scripts/setup coverage
 	cmake --preset coverage
 	cmake --build --preset coverage --target fuzz_radio_file fuzz_service fuzz_recorder
 	printf '%s\n' radio_file service recorder | QOR_FUZZ_BUILD=build/coverage QOR_FUZZ_NO_BUILD=1 \
-		QOR_FUZZ_WORKERS=1 xargs -P 3 -n 1 scripts/fuzz 40s
+		QOR_FUZZ_WORKERS=1 xargs -P 3 -n 1 scripts/fuzz 25s
 
 worst-file: build ## search for a minute for the radio file that takes most memory and time (MINUTES=N for longer)
 	scripts/worst-file --minutes $(MINUTES)
