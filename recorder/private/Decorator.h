@@ -21,7 +21,7 @@ public:
 
     /// The object that the broker is to hand out in place of real().
     virtual IInterface* face() = 0;
-    virtual IInterface* real() = 0;
+    IInterface* real() const { return m_realFace; }
 
     /// Starts or ends the recording; what the last one knew is forgotten.
     void recordTo(Recording* recording) {
@@ -33,12 +33,14 @@ public:
     unsigned users = 0; ///< recorders that have it in place; for the attachments
 
 protected:
-    Decorator() = default;
+    explicit Decorator(IInterface& real)
+        : m_realFace(&real) {}
     virtual ~Decorator() = default;
     virtual void forget() {}
 
 private:
     std::atomic<Recording*> m_recording{nullptr};
+    IInterface* m_realFace; ///< found once: the object may end before the recorder leaves it
 };
 
 /// Makes the decorators of one interface, or finds the one that an object has already. Used by one

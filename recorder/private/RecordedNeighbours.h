@@ -36,9 +36,9 @@ private:
 class RecordedCapabilityHandler final : public ICapabilityHandler, public Decorator {
 public:
     explicit RecordedCapabilityHandler(ICapabilityHandler& real)
-        : m_real(real) {}
+        : Decorator(real)
+        , m_real(real) {}
     IInterface* face() override { return this; }
-    IInterface* real() override { return &m_real; }
 
     std::string getTmuHwProductNumber() const override;
     unsigned getMinOutputPower(const int** table) const override;
@@ -73,9 +73,9 @@ private:
 class RecordedAcmHandler final : public IAcmHandler, public Decorator {
 public:
     explicit RecordedAcmHandler(IAcmHandler& real)
-        : m_real(real) {}
+        : Decorator(real)
+        , m_real(real) {}
     IInterface* face() override { return this; }
-    IInterface* real() override { return &m_real; }
 
     unsigned getMinMaxModulationAndCode(ModulationAndCoding& min,
                                         ModulationAndCoding& max) override;
@@ -91,9 +91,9 @@ private:
 class RecordedFrameFormat final : public IFrameFormat, public Decorator {
 public:
     explicit RecordedFrameFormat(IFrameFormat& real)
-        : m_real(real) {}
+        : Decorator(real)
+        , m_real(real) {}
     IInterface* face() override { return this; }
-    IInterface* real() override { return &m_real; }
 
     Modulation getModulation() const override;
     Modulation getMaxAvailableModulation() const override;
@@ -121,9 +121,9 @@ private:
 class RecordedSystemPowerController final : public ISystemPowerController, public Decorator {
 public:
     explicit RecordedSystemPowerController(ISystemPowerController& real)
-        : m_real(real) {}
+        : Decorator(real)
+        , m_real(real) {}
     IInterface* face() override { return this; }
-    IInterface* real() override { return &m_real; }
 
     EReferenceSEC getReferenceSec() const override;
     bool getMinOutputPowerOffset(EChannelSpacingType channelSpacing, long& offset) const override;
@@ -142,9 +142,9 @@ class RecordedHardwareConfigurationHandler final : public IHardwareConfiguration
                                                    public Decorator {
 public:
     explicit RecordedHardwareConfigurationHandler(IHardwareConfigurationHandler& real)
-        : m_real(real) {}
+        : Decorator(real)
+        , m_real(real) {}
     IInterface* face() override { return this; }
-    IInterface* real() override { return &m_real; }
 
     void getFrameFormatRecords(bool flag, std::vector<FrameFormatRecord>& records) const override;
     EDpdVersion getDpdVersion(RadioChannel channel, long frameFormatId) const override;

@@ -7,9 +7,9 @@
 class RecordedService final : public IOutputPowerCalculator, public Decorator {
 public:
     explicit RecordedService(IOutputPowerCalculator& real)
-        : m_real(real) {}
+        : Decorator(real)
+        , m_real(real) {}
     IInterface* face() override { return this; }
-    IInterface* real() override { return &m_real; }
 
     unsigned getMinMaxOutputPowerVsModulationArray(
         long frameFormatId, ModulationAndCoding minModulationAndCodeIn,

@@ -40,7 +40,8 @@ std::size_t live() {
 
 } // namespace FailingHeap
 
-// The other forms of operator new and delete lead to these.
+// The other forms of operator new and delete lead to these, but for the one that does not throw: a
+// sanitizer brings its own.
 
 void* operator new(std::size_t size) {
     ++s_taken;
@@ -54,6 +55,14 @@ void* operator new(std::size_t size) {
     }
     ++s_live;
     return block;
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 void operator delete(void* block) noexcept {
