@@ -26,6 +26,11 @@ std::int32_t narrow(std::int64_t number) {
     return static_cast<std::int32_t>(number);
 }
 
+/// What the library has added or taken off, undone: sums wrap as its own do.
+std::int32_t sum(std::int64_t left, std::int64_t right) {
+    return narrow(left + right);
+}
+
 std::optional<Modulation> modulationIn(const std::optional<std::string>& text) {
     return text ? modulationTextForms().find(*text) : std::nullopt;
 }
@@ -436,7 +441,7 @@ void LogImport::readCalculation(const CalculationFigures& figures) {
     }
     readOutdoor(figures, table);
     if (figures.radioUnit.pmaxActual) {
-        row(table, figures.modulation, *figures.radioUnit.pmaxActual + narrow(cutback()));
+        row(table, figures.modulation, sum(*figures.radioUnit.pmaxActual, narrow(cutback())));
     }
     if (figures.radioUnit.pmaxReference && figures.lookups.size() > 2) {
         row(table, figures.lookups[2].modulation, *figures.radioUnit.pmaxReference);
@@ -446,10 +451,10 @@ void LogImport::readCalculation(const CalculationFigures& figures) {
 void LogImport::readOutdoor(const CalculationFigures& figures, Pmax& table) {
     const CalculationFigures::OffsetFamily& offset = figures.offsetFamily;
     if (offset.pmaxActual) {
-        row(table, figures.modulation, *offset.pmaxActual + narrow(cutback()));
+        row(table, figures.modulation, sum(*offset.pmaxActual, narrow(cutback())));
     }
     if (offset.pmaxSelectedMin) {
-        row(table, figures.selectedMin, *offset.pmaxSelectedMin + narrow(cutback()));
+        row(table, figures.selectedMin, sum(*offset.pmaxSelectedMin, narrow(cutback())));
     }
     if (offset.pmaxReference && figures.lookups.size() > 2) {
         row(table, figures.lookups[2].modulation, *offset.pmaxReference);
@@ -459,7 +464,7 @@ void LogImport::readOutdoor(const CalculationFigures& figures, Pmax& table) {
         return;
     }
     // Pmax and compensation are both cut back there, so that their difference is not.
-    row(table, figures.modulation, *cap.uncompensated + figures.compensation.value_or(0));
+    row(table, figures.modulation, sum(*cap.uncompensated, figures.compensation.value_or(0)));
     if (cap.cap && cap.capped && !cap.isCapMissing) {
         if (*cap.capped < *cap.uncompensated) {
             row(table, *cap.cap, *cap.capped);
@@ -483,8 +488,8 @@ void LogImport::readFixedPower(const LoggedCall& call, const CalculationFigures&
     if (hasMissing) {
         return; // counts as 0
     }
-    const std::int32_t pmax =
-        *answer - figures.compensation.value_or(0) + (isUncut ? 0 : narrow(cutback()));
+    const std::int32_t pmax = sum(std::int64_t{*answer} - figures.compensation.value_or(0),
+                                  isUncut ? 0 : narrow(cutback()));
     Pmax& table = tableOf(figures.dpdVersion.value_or(0), figures.market);
     const auto powerOf = [&table](Modulation modulation) {
         const auto found = table.rows.find(static_cast<std::int32_t>(modulation));
@@ -708,7 +713,7 @@ Json LogImport::node(std::vector<std::string>& untold) const {
 
     Json& offsets = node["systemPowerController"]["minOutputPowerOffsets"] = Json::array();
     for (const auto& [spacing, minimum] : m_minimumPowers) {
-        offsets.push_back({spacing, minimum - base});
+        offsets.push_back({spacing, sum(minimum, -std::int64_t{base})});
     }
     Json& formats = node["hardwareConfigurationHandler"]["frameFormats"] = Json::array();
     for (const auto& [id, format] : m_frameFormats) {
