@@ -271,6 +271,10 @@ std::string BatchForm::header() const {
     return m_choice.isByCode ? csvHeader(m_codeFields) : csvHeader(m_radioFields);
 }
 
+std::string BatchForm::beginning() const {
+    return m_choice.isCsv ? "" : "{\"" + m_radioFields.front().inJson() + "\":";
+}
+
 std::string BatchForm::linesOf(const BatchResult& result) const {
     if (m_choice.hasErrorsOnly && !result.isBad()) {
         return "";

@@ -56,6 +56,9 @@ public:
     /// What stands before all results; may be empty.
     std::string header() const;
 
+    /// What the line of every radio begins with; may be empty.
+    std::string beginning() const;
+
     /// One result: any number of lines.
     std::string linesOf(const BatchResult& result) const;
 

@@ -393,7 +393,29 @@ TEST_F(BatchResume, RefusesTheAnswersOfAnotherList) {
               "it holds more answers than the list has lines");
     isRefused(resumeWith(whole, {"--format", "csv"}), whole,
               "its first line is not that of these columns");
+    const std::string half = withoutFirst + "{\"id\":\"no";
+    isRefused(resumeWith(half), half, "its line 299 does not answer line 299 of the list");
+    const std::string other = "{\"channel\": 1}";
+    isRefused(resumeWith(other), other, "it holds something else than answers");
+    isRefused(resumeWith(other, {"--format", "csv"}), other,
+              "it holds something else than answers");
     EXPECT_EQ(resumeWith("", {"--errors-only"}).status, 4);
+}
+
+TEST_F(BatchResume, GoesOnWithColumnsWithoutNames) {
+    const std::vector<std::string> form{"--format", "csv", "--no-header"};
+    const std::string whole = runBatch(longList(), form).output;
+
+    resumeWith(whole.substr(0, whole.size() / 2), form);
+
+    EXPECT_EQ(answers(), whole);
+}
+
+TEST(BatchOutput, IsNoDeviceThatItCouldGoOnWith) {
+    const ToolResult result = runBatch("", {"--resume", "/dev/null"});
+
+    EXPECT_EQ(result.errors, "qor-power: /dev/null: cannot go on: it is no plain file\n");
+    EXPECT_EQ(result.status, 4);
 }
 
 TEST(BatchProgress, IsShownOnATerminalAndTakenAwayAtTheEnd) {

@@ -9,16 +9,14 @@
 #include "OrderedWorkers.h"
 #include "RadioFileReader.h"
 #include "RadioLine.h"
+#include "ResumedFile.h"
 #include "Terminal.h"
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <memory>
 #include <optional>
@@ -27,8 +25,6 @@
 #include <utility>
 #include <vector>
 
-#include <sys/file.h>
-#include <sys/types.h>
 #include <unistd.h>
 
 namespace {
@@ -196,73 +192,15 @@ private:
     std::size_t m_count = 0;
 };
 
-/// The answers of a run that was interrupted, to which those that are missing are added.
-class AnswersSoFar {
-public:
-    explicit AnswersSoFar(std::string path)
-        : m_path(std::move(path))
-        , m_file(std::fopen(m_path.c_str(), "a+e")) {
-        if (m_file == nullptr) {
-            fail(std::strerror(errno));
-        }
-        if (::flock(descriptor(), LOCK_EX | LOCK_NB) != 0) {
-            fail("another run is writing it");
-        }
-        readWholeLines();
-    }
-
-    ~AnswersSoFar() { std::fclose(m_file); }
-    AnswersSoFar(const AnswersSoFar&) = delete;
-    AnswersSoFar& operator=(const AnswersSoFar&) = delete;
-
-    std::FILE* file() const { return m_file; }
-    int descriptor() const { return ::fileno(m_file); }
-    std::uint64_t lines() const { return m_lines; }
-    const std::string& first() const { return m_first; }
-    const std::string& last() const { return m_last; }
-
-    [[noreturn]] void fail(const std::string& why) const {
-        throw AnalysisError(Outcome::OtherTrouble, oneLine(m_path) + ": cannot go on: " + why);
-    }
-
-private:
-    void readWholeLines() {
-        off_t whole = 0;
-        std::string line;
-        std::array<char, std::size_t{64} << 10> block{};
-        while (const std::size_t count = std::fread(block.data(), 1, block.size(), m_file)) {
-            std::string_view text(block.data(), count);
-            for (std::size_t end = text.find('\n'); end != std::string_view::npos;
-                 end = text.find('\n')) {
-                line += text.substr(0, end + 1);
-                text.remove_prefix(end + 1);
-                whole += static_cast<off_t>(line.size());
-                if (m_lines++ == 0) {
-                    m_first = line;
-                }
-                m_last = std::exchange(line, "");
-            }
-            line += text;
-        }
-        // What was written of the line that the run broke off in is written again.
-        if (std::ferror(m_file) != 0 || ::ftruncate(descriptor(), whole) != 0) {
-            fail(std::strerror(errno));
-        }
-    }
-
-    std::string m_path;
-    std::FILE* m_file;
-    std::uint64_t m_lines = 0;
-    std::string m_first;
-    std::string m_last;
-};
-
 /// Leaves out the lines that are answered already.
-/// @return how many.
-std::uint64_t skipAnswered(LineReader& lines, const AnswersSoFar& answers, const BatchForm& form) {
+/// @param header that the answers begin with; may be empty.
+/// @return how many lines.
+/// @throw AnalysisError OtherTrouble for answers of another list or form.
+std::uint64_t skipAnswered(LineReader& lines, ResumedFile& answers, const BatchForm& form,
+                           const std::string& header) {
     std::uint64_t answered = answers.lines();
-    if (answered > 0 && !form.header().empty()) {
-        if (answers.first() != form.header()) {
+    if (answered > 0 && !header.empty()) {
+        if (answers.first() != header) {
             answers.fail("its first line is not that of these columns");
         }
         --answered;
@@ -275,16 +213,22 @@ std::uint64_t skipAnswered(LineReader& lines, const AnswersSoFar& answers, const
         }
     }
     if (line) {
-        // Whether the last answer can be that of the line.
-        const BatchResult result = answerTo(*line, AskedInputs());
+        const RadioLine radio(*line);
         BatchResult names;
-        names.id = result.id;
-        names.radioFile = result.radioFile;
+        names.id = radio.id();
+        names.radioFile = radio.path();
         if (!form.haveSameNames(answers.last(), form.linesOf(names))) {
             answers.fail("its line " + std::to_string(answers.lines()) + " does not answer line " +
                          std::to_string(answered) + " of the list");
         }
+    } else if (answers.lines() == 0) {
+        const std::string beginning = header.empty() ? form.beginning() : header;
+        const std::size_t common = std::min(beginning.size(), answers.rest().size());
+        if (answers.rest().compare(0, common, beginning, 0, common) != 0) {
+            answers.fail("it holds something else than answers");
+        }
     }
+    answers.cutRest();
     return answered;
 }
 
@@ -317,21 +261,22 @@ Outcome answerLines(const BatchOptions& options, Output& standardOutput) {
     const auto processes =
         options.jobs ? static_cast<std::size_t>(Arguments::integer("--jobs", *options.jobs, 1, 256))
                      : OrderedWorkers::processors();
-    std::optional<AnswersSoFar> answers;
+    std::optional<ResumedFile> answers;
     std::optional<Output> file;
     if (options.resume) {
         answers.emplace(*options.resume);
-        file.emplace(answers->file());
+        file.emplace(answers->stream());
     }
     Output& output = file ? *file : standardOutput;
     LineReader lines(options.file, RadioFileReader::maxSize,
                      answers ? answers->descriptor() : STDOUT_FILENO);
-    const std::uint64_t skipped = answers ? skipAnswered(lines, *answers, form) : 0;
+    const std::string header = options.withoutHeader ? "" : form.header();
+    const std::uint64_t skipped = answers ? skipAnswered(lines, *answers, form, header) : 0;
     // Where the results go to the same terminal they show by themselves how far it has come.
     const bool isSeen = Terminal(STDERR_FILENO).isTerminal() && !output.terminal().isTerminal();
     BatchProgress progress(options.progress || (isSeen && !options.quiet));
-    if (!options.withoutHeader && (!answers || answers->lines() == 0)) {
-        output.write(form.header());
+    if (!answers || answers->lines() == 0) {
+        output.write(header);
     }
     output.flush();
 
