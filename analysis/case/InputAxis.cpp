@@ -22,7 +22,6 @@ namespace {
 using Inputs::Value;
 
 constexpr std::string_view rangeDots = "..";
-constexpr std::int64_t oneDecibel = 100;
 
 // Reading one value
 
@@ -306,7 +305,7 @@ std::vector<std::string> InputAxis::expanded(const std::string& option,
     static_cast<void>(m_is.read(option, range.last));
     const auto number = [this](const std::string& text) {
         const std::optional<std::int64_t> hundredths = ::Decibels::parse(text);
-        const bool isWhole = hundredths && *hundredths % oneDecibel == 0;
+        const bool isWhole = hundredths && *hundredths % ::Decibels::one == 0;
         return m_is.scale == Scale::Decibels || isWhole ? hundredths : std::nullopt;
     };
     const std::optional<std::int64_t> first = number(range.first);
@@ -322,7 +321,7 @@ std::vector<std::string> InputAxis::expanded(const std::string& option,
     std::vector<std::string> texts;
     for (std::int64_t value = *first; value <= *last; value += *step) {
         texts.push_back(m_is.scale == Scale::Decibels ? ::Decibels::format(value)
-                                                      : std::to_string(value / oneDecibel));
+                                                      : std::to_string(value / ::Decibels::one));
     }
     return texts;
 }

@@ -62,11 +62,9 @@ struct Figures {
     std::vector<std::pair<FilePlace, std::int64_t>> values;
 };
 
-constexpr std::int64_t oneDecibel = 100;
-
 /// Not zero and below 1 dB: as whole decibels such figures are usual, as hundredths they are not.
 bool isSmall(std::int64_t value) {
-    return value != 0 && std::abs(value) < oneDecibel;
+    return value != 0 && std::abs(value) < Decibels::one;
 }
 
 /// Likewise where steps of 0.1 dB are usual as well.
@@ -86,7 +84,7 @@ void addWholeDecibels(const Figures& small, FindingList& findings) {
                  small.name + (list.size() == 1 ? " looks" : " look") +
                      " like whole decibels: " + CheckText::list(list),
                  "figures are in hundredths of a " + small.unit + ": " + std::to_string(first) +
-                     ' ' + small.unit + " is " + std::to_string(first * oneDecibel));
+                     ' ' + small.unit + " is " + std::to_string(first * Decibels::one));
 }
 
 void checkUnits(const CheckedNode& node, FindingList& findings) {

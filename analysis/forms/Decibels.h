@@ -9,6 +9,9 @@
 /// library counts them, in hundredths. Nothing goes through floating point.
 namespace Decibels {
 
+/// One dB, as it is counted.
+constexpr std::int64_t one = 100;
+
 /// Hundredths of a text: an optional sign, digits, and if wanted a point with one or two digits,
 /// before which there need be none. "1.5" is 150, "-.05" is -5. Digits beyond what 64 bits hold
 /// give the largest or least number.

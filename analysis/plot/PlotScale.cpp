@@ -1,10 +1,10 @@
 #include "PlotScale.h"
 
+#include "Decibels.h"
+
 #include <algorithm>
 
 namespace {
-
-constexpr std::int64_t oneDecibel = 100;
 
 /// The quotient rounded towards negative infinity.
 std::int64_t floorDivided(std::int64_t number, std::int64_t divisor) {
@@ -24,7 +24,7 @@ std::int64_t nextStep(std::int64_t step) {
 } // namespace
 
 PlotScale::PlotScale(std::int64_t least, std::int64_t greatest, std::int64_t maxTicks)
-    : m_step(oneDecibel) {
+    : m_step(Decibels::one) {
     // Around a power that is itself a tick there are two steps, however wide: three ticks.
     constexpr std::int64_t fewestTicks = 3;
     for (;; m_step = nextStep(m_step)) {
