@@ -24,10 +24,6 @@ std::string sourceFileOf(Family family) {
     return "";
 }
 
-std::string number(std::int32_t value) {
-    return std::to_string(value);
-}
-
 std::int32_t lesser(std::int32_t left, std::int32_t right) {
     return left < right ? left : right;
 }

@@ -10,10 +10,6 @@ using nlohmann::json;
 
 const std::string serviceFile = "Control/OutputPowerCalculator/private/OutputPowerCalculator";
 
-std::string number(std::int32_t value) {
-    return std::to_string(value);
-}
-
 std::string flag(bool value) {
     return value ? "1" : "0";
 }

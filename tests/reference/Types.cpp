@@ -272,6 +272,10 @@ TraceRecord enterRecord(const std::string& file, const std::string& function,
     return TraceRecord{6, 0, TraceKind::enter, file, function, text};
 }
 
+std::string number(std::int32_t value) {
+    return std::to_string(value);
+}
+
 TraceRecord messageRecord(int level, const std::string& file, const std::string& function,
                           const std::string& text) {
     return TraceRecord{level, 0, TraceKind::msg, file, function, text};

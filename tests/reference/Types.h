@@ -74,6 +74,9 @@ struct TraceRecord {
 // Records of every level: whoever shows them picks the levels.
 using Trace = std::vector<TraceRecord>;
 
+// As traces write it.
+std::string number(std::int32_t value);
+
 TraceRecord enterRecord(const std::string& file, const std::string& function,
                         const std::string& text);
 TraceRecord messageRecord(int level, const std::string& file, const std::string& function,
