@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr const char* schemaKey = "schema";
+
 /// The texts of all codes, but for the one that is none.
 const std::vector<std::string>& codeNames() {
     static const std::vector<std::string> names = [] {
@@ -69,6 +71,7 @@ Field<BatchResult> ofTable(FieldNames names, Get get) {
 Fields<BatchResult> makeFields() {
     using enum Shown;
     Fields<BatchResult> fields = {
+        {{schemaKey}, [](const BatchResult&) { return Datum(schemaOf("batch")); }, InJson},
         {{"id"}, orNothing<BatchResult>(&BatchResult::id), InBoth},
         {{"radioFile"}, orNothing<BatchResult>(&BatchResult::radioFile), InBoth},
         ofTable({"productNumber"}, &PowerTable::productNumber),
@@ -214,7 +217,7 @@ Fields<BatchForm::CodeOfRadio> BatchForm::codeOfRadioFields() {
     const auto ofRadio = [&fields](const Field<BatchResult>& field) {
         fields.push_back({static_cast<const FieldNames&>(field),
                           [get = field.value](const CodeOfRadio& row) { return get(row.radio); },
-                          Shown::InBoth});
+                          field.key == schemaKey ? Shown::InJson : Shown::InBoth});
     };
     const auto isOfAll = [](const Field<BatchResult>& field) {
         return field.key == "rules" || field.key.starts_with("maxPower_");
@@ -257,6 +260,10 @@ BatchForm::BatchForm(Choice choice)
     for (const std::string& column : m_choice.columns) {
         Arguments::word(m_choice.columnsOption, column, known);
     }
+    if (!m_choice.isCsv &&
+        std::ranges::find(m_choice.columns, schemaKey) == m_choice.columns.end()) {
+        m_choice.columns.insert(m_choice.columns.begin(), schemaKey);
+    }
     if (m_choice.isByCode) {
         m_codeFields = selected(m_codeFields, m_choice.isCsv, m_choice.columns);
     } else if (m_choice.isCsv) {
@@ -272,7 +279,8 @@ std::string BatchForm::header() const {
 }
 
 std::string BatchForm::beginning() const {
-    return m_choice.isCsv ? "" : "{\"" + m_radioFields.front().inJson() + "\":";
+    return m_choice.isCsv ? ""
+                          : "{\"" + std::string(schemaKey) + "\":\"" + schemaOf("batch") + "\",";
 }
 
 std::string BatchForm::linesOf(const BatchResult& result) const {

@@ -78,8 +78,12 @@ private:
 
 } // namespace
 
+std::string schemaOf(const std::string& command) {
+    return "qor-power/" + command + "/1";
+}
+
 Datum::Object answerOf(const std::string& command, Datum::Object members) {
-    members.emplace(members.begin(), "schema", "qor-power/" + command + "/1");
+    members.emplace(members.begin(), "schema", schemaOf(command));
     return members;
 }
 

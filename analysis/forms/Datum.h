@@ -75,8 +75,10 @@ private:
     Held m_held;
 };
 
-/// The members of a command's answer, behind the name of the JSON Schema that it keeps:
-/// "qor-power/COMMAND/1".
+/// The name of the JSON Schema that a command's answers keep: "qor-power/COMMAND/1".
+std::string schemaOf(const std::string& command);
+
+/// The members of a command's answer, behind the name of its JSON Schema.
 Datum::Object answerOf(const std::string& command, Datum::Object members);
 
 /// A value as a JSON document with a line end. Bytes that are no UTF-8, for example of a path on

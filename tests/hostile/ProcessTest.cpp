@@ -196,10 +196,13 @@ TEST(HostileLine, doesNotAffectTheOthers) {
 
     EXPECT_EQ(run.status, badRadioFile) << run;
     EXPECT_EQ(std::count(run.firstOutput.begin(), run.firstOutput.end(), '\n'), 3) << run;
-    EXPECT_THAT(run.firstOutput, testing::StartsWith("{\"id\":null,\"radioFile\":\"" +
-                                                     radio.path() + "\",\"error\":null,"));
+    EXPECT_THAT(
+        run.firstOutput,
+        testing::StartsWith("{\"schema\":\"qor-power/batch/1\",\"id\":null,\"radioFile\":\"" +
+                            radio.path() + "\",\"error\":null,"));
     EXPECT_THAT(run.firstOutput,
-                HasSubstr("\n{\"id\":null,\"radioFile\":\"" + radio.path() + "\",\"error\":null,"));
+                HasSubstr("\n{\"schema\":\"qor-power/batch/1\",\"id\":null,\"radioFile\":\"" +
+                          radio.path() + "\",\"error\":null,"));
     expectWithinLimits(run);
 }
 

@@ -315,7 +315,9 @@ TEST(BatchForms, ByCodeHaveALineForEachCodeAndOneForABadRadio) {
 TEST(BatchForms, HaveTheColumnsThatAreSelectedInTheirOrder) {
     const std::string list = "7\t../analysis/radios/outdoor1.json\n";
     EXPECT_EQ(runBatch(list, {"--quiet", "--select", "minPowerCentiDbm,id"}).output,
-              "{\"minPowerCentiDbm\":-750,\"id\":\"7\"}\n");
+              "{\"schema\":\"qor-power/batch/1\",\"minPowerCentiDbm\":-750,\"id\":\"7\"}\n");
+    EXPECT_EQ(runBatch(list, {"--quiet", "--select", "id,schema"}).output,
+              "{\"id\":\"7\",\"schema\":\"qor-power/batch/1\"}\n");
     EXPECT_EQ(
         runBatch(list, {"--quiet", "--format", "csv", "--select", "max_power_64QAM_dBm,id"}).output,
         "max_power_64QAM_dBm,id\n21.00,7\n");
@@ -393,12 +395,18 @@ TEST_F(BatchResume, RefusesTheAnswersOfAnotherList) {
               "it holds more answers than the list has lines");
     isRefused(resumeWith(whole, {"--format", "csv"}), whole,
               "its first line is not that of these columns");
-    const std::string half = withoutFirst + "{\"id\":\"no";
+    const std::string half = withoutFirst + "{\"schema\":\"qor";
     isRefused(resumeWith(half), half, "its line 299 does not answer line 299 of the list");
     const std::string other = "{\"channel\": 1}";
     isRefused(resumeWith(other), other, "it holds something else than answers");
     isRefused(resumeWith(other, {"--format", "csv"}), other,
               "it holds something else than answers");
+    std::string older = whole;
+    const std::string schema = R"("schema":"qor-power/batch/1",)";
+    for (std::size_t at = older.find(schema); at != std::string::npos; at = older.find(schema)) {
+        older.erase(at, schema.size());
+    }
+    isRefused(resumeWith(older), older, "its lines do not begin with {" + schema);
     EXPECT_EQ(resumeWith("", {"--errors-only"}).status, 4);
 }
 

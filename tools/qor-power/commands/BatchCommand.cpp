@@ -213,6 +213,10 @@ std::uint64_t skipAnswered(LineReader& lines, ResumedFile& answers, const BatchF
         }
     }
     if (line) {
+        if (!answers.last().starts_with(form.beginning())) {
+            answers.fail("its lines do not begin with " + form.beginning() +
+                         " as those of this version do");
+        }
         const RadioLine radio(*line);
         BatchResult names;
         names.id = radio.id();
