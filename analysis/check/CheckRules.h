@@ -73,7 +73,7 @@
     RULE(OddStep, "QP-501", Warning, "a figure looks as if it were in the wrong unit")             \
     RULE(OddPresence, "QP-502", Warning, "the booster's presence is negative")                     \
     RULE(BoosterWithoutLimit, "QP-503", Warning, "the booster's highest modulation is none")       \
-    RULE(CutbackTooLarge, "QP-504", Warning, "a cutback leaves no power")                          \
+    RULE(CutbackTooLarge, "QP-504", Warning, "a cutback is too large")                             \
     RULE(CutbackLifted, "QP-505", Warning, "a temporary cutback of 0 dB lifts the permanent one")  \
     RULE(RequestReversed, "QP-510", Warning, "a request's minimum is above its maximum")           \
     RULE(RequestNotCarried, "QP-511", Warning,                                                     \

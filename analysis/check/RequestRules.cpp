@@ -12,7 +12,9 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
+#include <limits>
 #include <string>
 #include <tuple>
 #include <variant>
@@ -184,6 +186,14 @@ private:
                 "a cutback of " + std::to_string(cutback) + " is " + Decibels::dB(cutback),
                 "cutbacks are in hundredths of a dB: " + std::to_string(cutback) + " dB is " +
                     std::to_string(cutback * oneDecibel));
+        }
+        if (cutback > std::numeric_limits<std::int32_t>::max()) {
+            add(CheckRules::CutbackTooLarge, "cutback",
+                "a cutback of " + std::to_string(cutback) + " counts as " +
+                    Decibels::dB(static_cast<std::int32_t>(cutback)) +
+                    ", because powers are summed up in 32 bits with a sign",
+                "cutbacks are in hundredths of a dB, from 0");
+            return;
         }
         const std::optional<int> highest = highestPmax(m_node);
         if (!highest) {

@@ -53,7 +53,7 @@ struct ChangeCost {
     std::int64_t calibrations = 0; ///< likewise
     std::int64_t steps = 0;        ///< in hundredths
 
-    /// Adds a change of an input in the table.
+    /// Adds a change of an input in the table; any other counts as the dearest one of it.
     /// @param hundredths of a step: of a dB, or 100 for each place between two values.
     void add(std::string_view input, std::int64_t hundredths);
 

@@ -158,6 +158,17 @@ private:
                                         ? Options{option, Inputs::textOf(valueOf(*this_, value))}
                                         : setting(pointer, std::to_string(value));
                          }};
+        if (from > Limits32::max()) {
+            // Only a cutback is that much. The sums take it for one below none: its power rises and
+            // falls over its values, and those that give more power make no sense.
+            lever.values = {
+                {text(to), from - to,
+                 [apply = lever.range->apply, to](RadioCase& radio) { apply(radio, to); },
+                 lever.range->options(to)}};
+            lever.notTried =
+                "other values of the " + lever.words + ", which is so large that sums wrap around";
+            lever.range.reset();
+        }
         add(std::move(lever));
     }
 

@@ -36,6 +36,7 @@ struct Lever {
     std::string pointer = {};
     std::optional<Range> range = {};
     std::vector<Value> values = {}; ///< the nearest first
+    std::string notTried = {};      ///< words for its values that are not among these; or empty
 };
 
 /// Everything of a radio that can be changed for a power.

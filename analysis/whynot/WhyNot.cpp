@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
 #include <map>
 #include <utility>
 
@@ -73,8 +74,13 @@ public:
         , m_choice(choice)
         , m_wanted(wanted) {}
 
-    /// The power with settings if it is what is wanted; else nothing.
+    /// The power with settings if it is what is wanted; else nothing, as for each further question
+    /// than there may be.
     Power allowedBy(const std::vector<Setting>& settings) const {
+        if (m_questions == m_mostQuestions) {
+            m_isCutShort = true;
+            return std::nullopt;
+        }
         RadioCase radio = m_radio;
         for (const Setting& setting : settings) {
             setting.applyTo(radio);
@@ -118,13 +124,24 @@ public:
         return Setting{&lever, to};
     }
 
+    /// Counts questions anew, up to so many.
+    void bound(std::size_t most) {
+        m_mostQuestions = most;
+        m_questions = 0;
+    }
+
     std::size_t questions() const { return m_questions; }
+
+    /// Whether a question was not asked because of the bound.
+    bool isCutShort() const { return m_isCutShort; }
 
 private:
     const RadioCase& m_radio;
     const ModulationChoice& m_choice;
     std::int32_t m_wanted;
+    std::size_t m_mostQuestions = std::numeric_limits<std::size_t>::max();
     mutable std::size_t m_questions = 0;
+    mutable bool m_isCutShort = false;
 };
 
 /// Settings of one or two levers that allow the power.
@@ -253,9 +270,9 @@ std::vector<Change> changesOf(const Found& found) {
 }
 
 /// Finds the cheapest pair of each two levers, those with the fewest changes of hardware and
-/// calibrations first, and none that has more of them than one that was found.
-/// @return whether every pair that may be cheaper was tried.
-bool findPairs(const std::vector<Lever>& levers, const Search& search, std::vector<Found>& found) {
+/// calibrations first, and none that has more of them than one that was found. A pair within which
+/// the questions come to their end is left out, because it need not be the cheapest of its levers.
+void findPairs(const std::vector<Lever>& levers, const Search& search, std::vector<Found>& found) {
     using Kind = std::pair<std::int64_t, std::int64_t>;
     std::multimap<Kind, std::pair<const Lever*, const Lever*>> candidates;
     for (std::size_t first = 0; first < levers.size(); ++first) {
@@ -274,20 +291,20 @@ bool findPairs(const std::vector<Lever>& levers, const Search& search, std::vect
             kind > Kind(found.front().cost.hardware, found.front().cost.calibrations)) {
             break;
         }
-        if (search.questions() > WhyNot::maxQuestions) {
-            return false;
+        const auto best = PairSearch(*pair.first, *pair.second, search).best();
+        if (search.isCutShort()) {
+            return;
         }
-        if (const auto best = PairSearch(*pair.first, *pair.second, search).best()) {
+        if (best) {
             found.push_back(*best);
         }
     }
-    return true;
 }
 
 } // namespace
 
 WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::int32_t wanted,
-                   std::size_t most) {
+                   std::size_t most, std::size_t mostQuestions) {
     WhyNot whyNot;
     whyNot.radioFile = radio.name;
     whyNot.wanted = wanted;
@@ -305,7 +322,7 @@ WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::
     if (whyNot.isAllowed()) {
         return whyNot;
     }
-    const Search search(radio, choice, wanted);
+    Search search(radio, choice, wanted);
     const std::vector<Lever> levers = leversOf(radio, explained, whyNot.explanation, choice);
     std::vector<Found> found;
     for (const Lever& lever : levers) {
@@ -317,9 +334,10 @@ WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::
         found.insert(found.end(), singles.begin(), singles.end());
     }
     const bool isSingle = !found.empty();
-    bool isWhole = true;
     if (!isSingle && most > 1) {
-        isWhole = findPairs(levers, search, found);
+        search.bound(mostQuestions);
+        findPairs(levers, search, found);
+        whyNot.pairQuestions = search.questions();
     }
     std::ranges::stable_sort(found, {}, &Found::cost);
     const std::size_t count = isSingle ? found.size() : std::min(found.size(), maxPairs);
@@ -339,6 +357,11 @@ WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::
                        "a booster where there is none",
                        "other codes, channels or performance profiles in a frame format",
                        "what would exclude what is asked for, and what the table calls doubtful"};
+    for (const Lever& lever : levers) {
+        if (!lever.notTried.empty()) {
+            whyNot.notTried.push_back(lever.notTried);
+        }
+    }
     if (most == 1) {
         whyNot.notTried.emplace_back("several changes at once");
     } else {
@@ -349,8 +372,8 @@ WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::
             whyNot.notTried.emplace_back(
                 "pairs with more calibrations or changes of hardware than the smallest one");
         }
-        if (!isWhole) {
-            whyNot.notTried.emplace_back("pairs beyond " + std::to_string(maxQuestions) +
+        if (search.isCutShort()) {
+            whyNot.notTried.emplace_back("pairs beyond " + std::to_string(mostQuestions) +
                                          " questions to the library");
         }
     }

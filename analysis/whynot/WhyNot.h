@@ -35,16 +35,16 @@ struct WhyNot {
     /// @param choice the codes that shall all have the power, and that no change excludes.
     /// @param wanted power in hundredths of a dBm.
     /// @param most changes at once, 1 or 2.
+    /// @param mostQuestions to the library for pairs; the answer says where they did not do.
     /// @throw AnalysisError OtherTrouble if the frame format has none of the codes; as the query
     /// does.
     static WhyNot ask(const RadioCase& radio, const ModulationChoice& choice, std::int32_t wanted,
-                      std::size_t most = 1);
+                      std::size_t most = 1, std::size_t mostQuestions = 5000);
 
     bool isAllowed() const { return power && *power >= wanted && warning.empty(); }
 
-    /// Pairs that are shown, and questions to the library for pairs.
+    /// Pairs that are shown.
     static constexpr std::size_t maxPairs = 10;
-    static constexpr std::size_t maxQuestions = 5000;
 
     std::string radioFile;
     std::int32_t wanted = 0;
@@ -56,6 +56,7 @@ struct WhyNot {
     std::vector<std::string> mismatches; ///< of the explanations of the radio as it is
     std::vector<std::string> without;  ///< words for the inputs of which no change alone allows it
     std::vector<std::string> notTried; ///< what this answer does not know
+    std::size_t pairQuestions = 0;     ///< to the library, for pairs
 };
 
 /// The answer for people.

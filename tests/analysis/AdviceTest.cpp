@@ -125,6 +125,10 @@ ChangeCost operator+(ChangeCost left, const ChangeCost& right) {
     return left;
 }
 
+bool hasCost(std::string_view input) {
+    return std::ranges::find(inputCosts, input, &InputCost::input) != inputCosts.end();
+}
+
 bool isAllowed(const Asked& asked, const std::vector<const Point*>& points) {
     RadioCase radio = asked.radio;
     for (const Point* const point : points) {
@@ -164,6 +168,7 @@ std::size_t cheaperThan(const Asked& asked, const std::optional<ChangeCost>& cos
         }
     };
     for (std::size_t one = 0; one < levers.size(); ++one) {
+        EXPECT_TRUE(hasCost(levers[one].input)) << levers[one].input;
         for (const Point& first : gridOf(levers[one])) {
             if (!inPairs) {
                 tryPoints({&first}, first.cost);
@@ -221,6 +226,77 @@ TEST(Advice, GivesWhatItPromisesAndIsTheSmallest) {
     }
     EXPECT_GT(singles, tried);
     EXPECT_GT(pairs, 0U);
+}
+
+bool saysAsNotTried(const WhyNot& answer, const std::string& words) {
+    return std::ranges::find(answer.notTried, words) != answer.notTried.end();
+}
+
+/// One code of the first outdoor family, 20 dBm less a cutback.
+RadioCase smallRadio(const std::string& cutback) {
+    return AskedInputs().radio(R"({
+        "channel": 1,
+        "capabilityHandler": {"productNumber": "QZT 846 001", "minOutputPower": 0,
+                              "pmaxDpd1Etsi": [["4QAM", 2000]]},
+        "acmHandler": {"min": "4QAM", "max": "4QAM"},
+        "frameFormat": {"modulation": "4QAM", "maxAvailableModulation": "4QAM",
+                        "modulationAndCodes": ["4QAM"], "channelSpacing": 28, "dpdVersion": 1,
+                        "market": "Etsi"},
+        "systemPowerController": {"referenceSec": "4L", "minOutputPowerOffsets": []},
+        "hardwareConfigurationHandler": {},
+        "variables": {"channel.1.tx.rf.pmax.cs.comp.v2.array": [28, 0],
+                      "channel.1.tx.rf.pmax.cs.comp.v2.arraysize": 2},
+        "requests": [{"call": "setPowerCutback", "cutback": )" +
+                                   cutback + "}]}",
+                               "");
+}
+
+TEST(Advice, AsksForPairsNoMoreThanItMay) {
+    // 250 dBm takes more than the 200 dB that the Pmax may rise by.
+    const RadioCase radio = smallRadio("300");
+    const ModulationChoice choice({"4QAM"});
+    const WhyNot whole = WhyNot::ask(radio, choice, 25000, 2);
+    const std::size_t enough = whole.pairQuestions;
+    ASSERT_FALSE(whole.pairs.empty());
+    ASSERT_GT(enough, 10U);
+    for (const std::size_t most : {std::size_t{0}, std::size_t{10}, enough - 1, enough}) {
+        const WhyNot sut = WhyNot::ask(radio, choice, 25000, 2, most);
+
+        EXPECT_EQ(sut.pairQuestions, most);
+        EXPECT_EQ(saysAsNotTried(sut, "pairs beyond " + std::to_string(most) +
+                                          " questions to the library"),
+                  most < enough);
+        EXPECT_EQ(sut.pairs.empty(), most < enough - 1);
+    }
+}
+
+TEST(Advice, OnACutbackThatWrapsIsToSetNone) {
+    // 4294967294 is -2 in 32 bits, so that none gives less; 2147483700 is far below every power.
+    for (const auto& [cutback, isHelp] : {std::pair("4294967294", false), {"2147483700", true}}) {
+        const WhyNot sut =
+            WhyNot::ask(smallRadio(cutback), ModulationChoice({"4QAM"}), isHelp ? 2000 : 2003);
+
+        const auto change = std::ranges::find(sut.changes, "cutback", &WhyNot::Change::input);
+        EXPECT_EQ(change != sut.changes.end(), isHelp) << cutback;
+        if (change != sut.changes.end()) {
+            EXPECT_EQ(change->to, "0.00 dB");
+            EXPECT_EQ(change->options,
+                      (std::vector<std::string>{"--set", "/requests/0/cutback=0"}));
+        }
+        EXPECT_TRUE(saysAsNotTried(sut, "other values of the permanent cutback, which is so large "
+                                        "that sums wrap around"));
+    }
+}
+
+TEST(ChangeCost, OfAnInputThatTheTableLacksIsThatOfTheDearest) {
+    ChangeCost sut;
+    ChangeCost dearest;
+
+    sut.add("no such input", 100);
+
+    dearest.add("product", 100);
+    EXPECT_EQ(sut, dearest);
+    EXPECT_STREQ(kindOf("no such input"), "hardware");
 }
 
 } // namespace
