@@ -100,6 +100,7 @@ TEST(Text, FitsIntoTheColumnsThatThereAreAndLosesNothing) {
     const std::string radios = "../../examples/radios/";
     const std::string one = radios + "18ghz-ansi-high-radio-unit-new-booster.json";
     const std::string other = radios + "13ghz-etsi-outdoor1.json";
+    const std::string log = runTool({"replay", "--trace", "6", one}).output;
     for (const auto& words :
          std::vector<std::vector<std::string>>{{"explain", one},
                                                {"diff", one, other},
@@ -109,13 +110,16 @@ TEST(Text, FitsIntoTheColumnsThatThereAreAndLosesNothing) {
                                                {"check", "check/rising.json"},
                                                {"check", "--summary", "check/rising.json", one},
                                                {"plot", other},
+                                               {"explain", "--trace-log", "-"},
+                                               {"examples"},
                                                {"explain", "--help"},
                                                {"--help"}}) {
         SCOPED_TRACE(testing::PrintToString(words));
-        const std::string whole = runTool(words).output;
+        const ToolProcess tool = ToolProcess(words).withInput(log);
+        const std::string whole = tool.run().output;
         for (const std::size_t columns : {50U, 80U}) {
             const std::string text =
-                ToolProcess(words).withEnvironment("COLUMNS", std::to_string(columns)).run().output;
+                ToolProcess(tool).withEnvironment("COLUMNS", std::to_string(columns)).run().output;
 
             for (const std::string& line : linesOf(text)) {
                 EXPECT_LE(textWidth(line), columns) << line;
@@ -125,6 +129,26 @@ TEST(Text, FitsIntoTheColumnsThatThereAreAndLosesNothing) {
                         std::ranges::includes(lettersOf(text), lettersOf(whole)))
                 << text;
         }
+    }
+}
+
+TEST(Text, OfAMistakeFitsATerminalAndIsOneLineElsewhere) {
+    const ToolProcess tool =
+        ToolProcess({"explain", "no such folder/of nodes/radio.json", "64QAM", "--xyzzy"});
+    const std::string whole = tool.run().errors;
+    EXPECT_EQ(ToolProcess(tool).withEnvironment("COLUMNS", "50").run().errors, whole);
+    ASSERT_EQ(linesOf(whole).size(), 1U);
+
+    const std::string wide = ToolProcess(tool).withErrorsOnTerminal().run().errors;
+    const std::string narrow =
+        ToolProcess(tool).withErrorsOnTerminal().withEnvironment("COLUMNS", "50").run().errors;
+
+    for (const auto& [text, columns] : {std::pair(wide, 100U), {narrow, 50U}}) {
+        EXPECT_GT(linesOf(text).size(), 1U);
+        for (const std::string& line : linesOf(text)) {
+            EXPECT_LE(textWidth(line), columns) << line;
+        }
+        EXPECT_EQ(lettersOf(text), lettersOf(whole));
     }
 }
 

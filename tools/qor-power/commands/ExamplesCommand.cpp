@@ -5,6 +5,7 @@
 #include "ExampleRadios.h"
 #include "FileWriter.h"
 #include "OneLine.h"
+#include "TextColumns.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -66,8 +67,10 @@ void listExamples(Output& output) {
     }
     const TextLook look = output.terminal().look();
     for (const ExampleRadio& radio : exampleRadios()) {
-        output.write(look.styled(radio.name, TextStyle::Bold) +
-                     std::string(column - radio.name.size(), ' ') + "  " + summaryOf(radio) + '\n');
+        output.write(fitted(look.styled(radio.name, TextStyle::Bold) +
+                                std::string(column - radio.name.size(), ' ') + "  " +
+                                summaryOf(radio) + '\n',
+                            look.width));
     }
 }
 
