@@ -8,6 +8,7 @@
 #include "TextForms.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstddef>
 #include <limits>
@@ -177,6 +178,13 @@ std::vector<std::string> Arguments::splitAt(char separator, std::string_view tex
         }
         text.remove_prefix(comma + 1);
     }
+}
+
+bool AskedInputs::isEmpty() const {
+    return set.empty() &&
+           std::ranges::none_of(std::array{&frameFormat, &cutback, &temporaryCutback, &booster,
+                                           &rsec, &min, &max, &request},
+                                [](const auto* value) { return value->has_value(); });
 }
 
 PowerTableQuery AskedInputs::query() const {

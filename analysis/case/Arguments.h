@@ -75,6 +75,9 @@ struct AskedInputs {
     /// What messages put before the name of an input: "--" where it is an option of a command line.
     std::string prefix = {};
 
+    /// Whether nothing is set.
+    bool isEmpty() const;
+
     /// What can be read without the radio; of a request nothing can.
     /// @throw QuestionError for what cannot be read.
     PowerTableQuery query() const;

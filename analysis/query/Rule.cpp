@@ -16,6 +16,15 @@ const char* wordsFor(Rule rule) {
     return texts[static_cast<std::size_t>(rule)];
 }
 
+std::string wordsFor(const std::string& code) {
+    for (const Rule rule : allRules()) {
+        if (codeOf(rule) == code) {
+            return wordsFor(rule);
+        }
+    }
+    return code;
+}
+
 const std::vector<Rule>& allRules() {
 #define QOR_VALUE(name, code, words) Rule::name,
     static const std::vector<Rule> rules{QOR_RULES(QOR_VALUE)};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 /// The rules that give, move or bound a power, or that deny one: the name, the stable text for
@@ -57,6 +58,9 @@ const char* codeOf(Rule rule);
 
 /// A rule in a few words for people, for example "Pmax of the modulation".
 const char* wordsFor(Rule rule);
+
+/// The same of a rule's code; a code that is not known stands for itself.
+std::string wordsFor(const std::string& code);
 
 /// Every rule, in the order of the enumeration.
 const std::vector<Rule>& allRules();

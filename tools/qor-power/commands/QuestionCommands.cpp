@@ -1,7 +1,9 @@
 #include "Commands.h"
 
 #include "FileWriter.h"
+#include "FleetAnalysis.h"
 #include "Input.h"
+#include "LineReader.h"
 #include "OneLine.h"
 #include "RadioQuestion.h"
 #include "TextForms.h"
@@ -11,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -28,6 +31,7 @@ constexpr const char* aboutLists =
 struct DiffOptions {
     RadioQuestion radio{Question::Topic::Diff};
     std::string after;
+    bool isFleet = false;
 };
 
 /// A radio file as an argument of its own name.
@@ -38,10 +42,40 @@ CommandOption radioFile(const std::string& name, const std::string& words, std::
     return argument;
 }
 
+/// Two outputs of batch, line by line in turn.
+Outcome compareFleets(const DiffOptions& options, Output& output) {
+    if (!options.radio.query.isEmpty()) {
+        throw QuestionError("--fleet compares answers as they are; options that change a radio are "
+                            "batch's");
+    }
+    LineReader before(options.radio.file, RadioAnswer::maxSize);
+    LineReader after(options.after, RadioAnswer::maxSize);
+    FleetComparison comparison(options.radio.question.form, output.terminal().look(),
+                               [&output](std::string_view piece) { output.write(piece); });
+    bool isAtEnd = false;
+    while (!isAtEnd) {
+        isAtEnd = true;
+        if (const auto line = before.next()) {
+            comparison.add(FleetDiff::Side::Before, line->text);
+            isAtEnd = false;
+        }
+        if (const auto line = after.next()) {
+            comparison.add(FleetDiff::Side::After, line->text);
+            isAtEnd = false;
+        }
+    }
+    const Outcome outcome = comparison.finish();
+    output.flush();
+    return outcome;
+}
+
 Outcome compare(DiffOptions& options, Output& output) {
     Question& question = options.radio.question;
     options.radio.validate();
     CommonOptions::expectOneStandardInput({options.radio.file, options.after});
+    if (options.isFleet) {
+        return compareFleets(options, output);
+    }
     const std::string before = readText(options.radio.file);
     question.radioName = givenName(options.radio.file);
     question.otherRadio = readText(options.after);
@@ -185,6 +219,7 @@ Command Commands::diff() {
                 {"qor-power diff before.json after.json --frame-format 7"},
                 {"qor-power diff before.json after.json --format json"},
                 {"qor-power diff golden.json radio.json > /dev/null || echo changed"},
+                {"qor-power diff --fleet before.ndjson after.ndjson"},
             },
         .about =
             {
@@ -196,10 +231,16 @@ Command Commands::diff() {
                 "The exit status is 0 if both have the same codes with the same maximum powers and "
                 "the "
                 "same minimum power, and 1 if not, whatever else differs.",
+                "With --fleet A and B are what batch has printed before and after an edit of the "
+                "radios or a release of the tool: it shows which radios' powers changed, by how "
+                "much and with which rule. The status is 1 if any did, and if a radio is missing, "
+                "fails or is doubled in one of them.",
             },
         .options = options->radio.query.behind(
             {radioFile("A", "Radio file; - for standard input", options->radio.file),
              radioFile("B", "Radio file that is compared with A", options->after),
+             {"--fleet", "", "A and B are answers of batch, whole ones as ndjson",
+              &options->isFleet},
              options->radio.describeFormat()}),
         .run = [options](Output& output) { return compare(*options, output); },
     };

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Analysis.h"
+#include "FleetDiff.h"
+
+#include <functional>
+#include <string_view>
+
+/// Questions about fleets, in memory that does not grow with them: the lines that a batch has
+/// printed go in one by one, pieces of the answer come out. Faces have them beside answerTo(); no
+/// radio is asked anything, so nothing of the process is touched.
+///
+/// What tells the answers of two batches apart.
+///
+///     FleetComparison comparison(Question::Form::Csv, {}, print);
+///     for (...) {
+///         comparison.add(FleetDiff::Side::Before, line); // in turn, as long as there are lines
+///         comparison.add(FleetDiff::Side::After, line);
+///     }
+///     const Outcome outcome = comparison.finish();
+class FleetComparison {
+public:
+    using Write = std::function<void(std::string_view piece)>;
+
+    /// @param write gets the pieces of the answer in order.
+    /// @throw QuestionError for a form that there is not: Text, Csv and Json are.
+    FleetComparison(Question::Form form, TextLook look, Write write);
+
+    /// @throw AnalysisError OtherTrouble if the order of the two is too different.
+    void add(FleetDiff::Side side, std::string_view line) { m_diff.add(side, line); }
+
+    /// @return AnswerIsNo if there is any difference.
+    /// @throw AnalysisError OtherTrouble if there was no line.
+    Outcome finish();
+
+private:
+    TextLook m_look;
+    Write m_write;
+    FleetDiffForm m_form;
+    FleetDiff m_diff;
+    bool m_isText;
+};
