@@ -1,5 +1,6 @@
 #include "FleetAnalysis.h"
 
+#include "Arguments.h"
 #include "TextColumns.h"
 
 #include <utility>
@@ -20,7 +21,63 @@ FleetDiffForm::Kind fleetFormOf(Question::Form form) {
     throw QuestionError("this question has no answer in that form");
 }
 
+/// @param name one of FleetOverview::tables(), or empty.
+FleetTable tableOf(const std::string& name) {
+    if (name == "rules") {
+        return FleetTable::Rules;
+    }
+    return name == "outliers" ? FleetTable::Outliers : FleetTable::Powers;
+}
+
 } // namespace
+
+const std::vector<std::string>& FleetOverview::tables() {
+    static const std::vector<std::string> names{"powers", "rules", "outliers"};
+    return names;
+}
+
+FleetOverview::FleetOverview(Choice choice)
+    : m_choice(std::move(choice))
+    , m_report(m_choice.by) {
+    if (!m_choice.by.empty()) {
+        Arguments::word(m_choice.prefix + "by", m_choice.by, FleetReport::groupings());
+    }
+    if (!m_choice.table.empty()) {
+        Arguments::word(m_choice.prefix + "table", m_choice.table, tables());
+        if (m_choice.form != Question::Form::Csv) {
+            throw QuestionError(m_choice.prefix +
+                                "table is of csv; the other forms have all tables");
+        }
+    }
+}
+
+Reply FleetOverview::reply() const {
+    Reply reply;
+    if (m_report.unreadable() > 0) {
+        reply.outcome = Outcome::BadRadioFile;
+        reply.messages.push_back(m_report.firstUnreadable());
+    }
+    if (m_report.radios() + m_report.bad() == 0) {
+        reply.outcome = Outcome::OtherTrouble;
+        reply.messages.emplace_back("there is no answer of a radio");
+        return reply;
+    }
+    switch (m_choice.form) {
+    case Question::Form::Text:
+        reply.text = fitted(textForm(m_report, m_choice.look), m_choice.look.width);
+        break;
+    case Question::Form::Csv:
+        reply.text = csvForm(m_report, tableOf(m_choice.table));
+        break;
+    case Question::Form::Json:
+        reply.text = jsonForm(m_report);
+        break;
+    case Question::Form::Svg:
+        reply.text = svgForm(m_report);
+        break;
+    }
+    return reply;
+}
 
 FleetComparison::FleetComparison(Question::Form form, TextLook look, Write write)
     : m_look(look)

@@ -100,11 +100,18 @@ const Fields<BatchResult>& resultFields() {
     return fields;
 }
 
+/// What each code of a radio says.
+Fields<PowerTableLine> batchLineFields() {
+    Fields<PowerTableLine> fields = lineFields(true);
+    fields.push_back({{"headroom", "dB"}, &PowerTableLine::headroom, Shown::InBoth});
+    return fields;
+}
+
 /// What a radio answers, as a JSON object says it.
 Datum::Object objectOf(const BatchResult& result) {
     Datum::Object line = objectOf(resultFields(), result);
     if (result.powers) {
-        const Datum::List rows = listOf(lineFields(true), linesOf(RuledTable(*result.powers)));
+        const Datum::List rows = listOf(batchLineFields(), linesOf(RuledTable(*result.powers)));
         for (auto& member : objectOf(result.powers->table, rows)) {
             // The batch itself says where the radio comes from.
             if (member.first != "radioFile") {
@@ -230,7 +237,7 @@ Fields<BatchForm::CodeOfRadio> BatchForm::codeOfRadioFields() {
             ofRadio(field);
         }
     }
-    for (const Field<PowerTableLine>& field : lineFields(true)) {
+    for (const Field<PowerTableLine>& field : batchLineFields()) {
         if (!isThere(field)) {
             fields.push_back({static_cast<const FieldNames&>(field),
                               [get = field.value](const CodeOfRadio& row) {

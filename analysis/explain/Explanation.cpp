@@ -28,6 +28,7 @@ RuledTable::RuledTable(ExplainedTable explained)
     rules.reserve(explained.explanations.size());
     for (const Explanation& explanation : explained.explanations) {
         rules.push_back(explanation.decisiveRule());
+        headrooms.push_back(explanation.headroom);
     }
     table = std::move(explained.table);
 }

@@ -135,8 +135,9 @@ struct RuledTable {
     explicit RuledTable(ExplainedTable explained);
 
     PowerTable table;
-    std::vector<Rule> rules;             ///< one for each row of the table, in their order
-    std::vector<std::string> mismatches; ///< see mismatchesOf()
+    std::vector<Rule> rules; ///< one for each row of the table, in their order
+    std::vector<std::optional<std::int64_t>> headrooms; ///< likewise, see Explanation
+    std::vector<std::string> mismatches;                ///< see mismatchesOf()
 };
 
 /// What does not add up in explanations, a line for each modulation: "the steps for 16QAM do not

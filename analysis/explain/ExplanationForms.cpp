@@ -297,6 +297,7 @@ std::vector<PowerTableLine> linesOf(const RuledTable& ruled) {
     std::vector<PowerTableLine> lines = linesOf(ruled.table);
     for (std::size_t index = 0; index < lines.size(); ++index) {
         lines[index].rule = codeOf(ruled.rules[index]);
+        lines[index].headroom = ruled.headrooms[index];
     }
     return lines;
 }

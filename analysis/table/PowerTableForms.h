@@ -4,6 +4,7 @@
 #include "PowerTable.h"
 #include "TextLook.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -35,7 +36,8 @@ Fields<Row> codeFields() {
 /// A row with what its forms say beside it.
 struct PowerTableLine : PowerTable::Row {
     std::optional<long> minPower;
-    const char* rule = ""; ///< code of the one that decides
+    const char* rule = "";                     ///< code of the one that decides
+    std::optional<std::int64_t> headroom = {}; ///< in hundredths of a dB, up to the next bound
 };
 
 std::vector<PowerTableLine> linesOf(const PowerTable& table);

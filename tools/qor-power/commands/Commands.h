@@ -35,6 +35,7 @@ Command check();      ///< what is wrong with radio files, or likely not meant
 Command replay();     ///< what a node answered, call by call
 Command importLog();  ///< a radio file of what a log tells
 Command batch();      ///< the powers of many radio files, a line for each
+Command fleet();      ///< what the answers of a batch say of the fleet
 Command examples();   ///< the example radio files
 Command manual();     ///< the manual page
 Command completion(); ///< a script for a shell
