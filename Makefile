@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample worst-file valgrind bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
+.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample worst-file valgrind test-fleet bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 MINUTES ?= 1
@@ -67,6 +67,12 @@ worst-file: build ## search for a minute for the radio file that takes most memo
 
 valgrind: build ## run the test programs under valgrind
 	scripts/valgrind build/release
+
+test-fleet: build ## have a fleet answered by Slurm, by two hosts over ssh and as Spark would, on this machine; a killed task runs again
+	scripts/setup fleet
+	tests/fleet/spark build/release/bin/qor-power
+	tests/fleet/hosts build/release/bin/qor-power
+	tests/fleet/slurm build/release/bin/qor-power
 
 bench: ## time every query beside two yardsticks
 	scripts/bench

@@ -158,6 +158,10 @@ install(FILES "${PROJECT_SOURCE_DIR}/share/qor-power-answers.schema.json"
     DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/qor-power" COMPONENT ${way}Tool ${not_by_itself})
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/radios" DESTINATION "${tool_documents}/examples"
     COMPONENT ${way}Tool ${not_by_itself} FILES_MATCHING PATTERN "*.json")
+install(PROGRAMS "${PROJECT_SOURCE_DIR}/examples/fleet/on-hosts" "${PROJECT_SOURCE_DIR}/examples/fleet/on-slurm"
+    DESTINATION "${tool_documents}/examples/fleet" COMPONENT ${way}Tool ${not_by_itself})
+install(FILES "${PROJECT_SOURCE_DIR}/examples/fleet/on_spark.py"
+    DESTINATION "${tool_documents}/examples/fleet" COMPONENT ${way}Tool ${not_by_itself})
 
 # What the built tool says of itself: a manual page, and a script for each shell.
 set(tool_says "${PROJECT_BINARY_DIR}/tools/qor-power/documents")
