@@ -324,7 +324,9 @@ json JsonReader::read(std::string_view text, std::size_t maxSize, std::size_t ma
     // The parser takes a NUL for the end and would not look behind it.
     const std::size_t nul = text.find('\0');
     if (nul != std::string_view::npos) {
-        throw RadioFileError(textPlaceOf(text, nul), "syntax error: NUL byte");
+        const bool isUtf16 = text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF");
+        throw RadioFileError(textPlaceOf(text, nul), "syntax error: NUL byte",
+                             isUtf16 ? "the text is UTF-16: save it as UTF-8" : "");
     }
     DocumentBuilder builder(text, maxValueCount, places);
     builder.read();

@@ -361,6 +361,11 @@ Answered ask(const PowerTableQuery& query, const RadioFile& file) {
     table.isAdaptive = trace.isAdaptive;
     table.modulationLimit = trace.modulationLimit;
     table.notes = trace.notes;
+    constexpr std::int32_t none = ModulationAndCoding::UNDEFINED;
+    if (table.selectedMin.code != none && table.selectedMax.code != none &&
+        table.selectedMax < table.selectedMin) {
+        table.notes.emplace_back("the selected minimum is above the selected maximum");
+    }
     if (one && one->call == PowerTableQuery::OnePower::Call::UnrestrictedPmax) {
         table.notes.emplace_back("this call takes no cutback off");
     }

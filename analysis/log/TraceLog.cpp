@@ -221,6 +221,13 @@ void TraceLog::fail(const std::string& problem) const {
                         "; take its call out of the log");
 }
 
+std::string TraceLog::tracesAndRemedy() const {
+    const bool isOfOtherForm = m_records == 0 && m_leftOut != 0;
+    return std::to_string(m_records) + " traces; " +
+           (isOfOtherForm ? "qor-power explain --help shows the forms of lines that are taken"
+                          : "log what the library traces up to level 6");
+}
+
 void TraceLog::read(const std::string& line, bool isTooLong) {
     ++m_line;
     if (isTooLong) {

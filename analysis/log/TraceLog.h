@@ -86,6 +86,9 @@ public:
     /// The highest level of a trace so far; 0 without one.
     int highestLevel() const { return m_highestLevel; }
 
+    /// How many traces there were, and what to do about it: for a log without a call.
+    std::string tracesAndRemedy() const;
+
     std::size_t lines() const { return m_line; }
     std::size_t records() const { return m_records; } ///< traces that were found
     std::size_t leftOut() const {

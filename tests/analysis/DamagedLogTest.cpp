@@ -103,6 +103,7 @@ enum class Damage {
     CutAtAColumn,
     StartsInTheMiddle,
     LevelFive,
+    Holed,
     // What takes nothing away:
     TwoProcesses,
     TimesInFront,
@@ -145,6 +146,15 @@ Log damaged(Log log, const Log& other, Damage damage, std::mt19937& random) {
     case Damage::LevelFive:
         std::erase_if(log, [](const Line& line) { return line.text.front() == '6'; });
         break;
+    case Damage::Holed: {
+        // A lost block: the line goes on with the end of a later one.
+        const std::size_t last = std::min(log.size() - 1, place + random() % 6);
+        const std::string end = log[last].text.substr(random() % log[last].text.size());
+        at->text.resize(random() % at->text.size());
+        at->text += std::string(random() % 2 == 0 ? 0 : 512, '\0') + end;
+        log.erase(at + 1, log.begin() + static_cast<std::ptrdiff_t>(last) + 1);
+        break;
+    }
     case Damage::TwoProcesses: {
         Log right = other;
         insertInFront(log, "12:00:00.1 node7 qor[4711]: ");
@@ -238,7 +248,7 @@ bool isOfAnyQuery(const Explanation& told, const Truth& truth) {
 std::uint64_t numberOfLogs() {
     const char* const wanted = std::getenv("QOR_DAMAGED_LOGS");
 #ifdef __SANITIZE_ADDRESS__
-    constexpr std::uint64_t usual = 26; // two of each damage
+    constexpr std::uint64_t usual = 28; // two of each damage
 #else
     constexpr std::uint64_t usual = 130;
 #endif

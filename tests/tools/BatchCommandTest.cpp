@@ -199,6 +199,18 @@ TEST(Batch, OfNothingIsNothing) {
     EXPECT_EQ(result.errors, "qor-power: 0 lines: 0 nodes, 0 bad\n");
 }
 
+TEST(Batch, AndCheckTellARadioFileThatIsNoList) {
+    const std::string radio = "../analysis/radios/outdoor1.json";
+    const std::string words =
+        "qor-power: " + radio +
+        ": this is a radio file itself; a list has the path of one on each line\n";
+
+    EXPECT_TRUE(runTool({"batch", radio}).errors.ends_with(words));
+    EXPECT_TRUE(runTool({"check", "--list", radio}).errors.ends_with(words));
+    EXPECT_EQ(runTool({"batch", "list.txt"}).errors.find("itself"), std::string::npos);
+    EXPECT_EQ(runTool({"check", "--list", "list.txt"}).errors.find("itself"), std::string::npos);
+}
+
 TEST(Batch, NeedsNoLineEndBehindTheLastLine) {
     EXPECT_EQ(runBatch("../analysis/radios/outdoor1.json").output,
               runBatch("../analysis/radios/outdoor1.json\n").output);

@@ -107,6 +107,15 @@ TEST(LineReader, KnowsHowMuchOfAFileIsRead) {
     EXPECT_EQ(sut.share(), 1.0);
 }
 
+TEST(LineReader, RefusesWhatIsNoUtf8) {
+    for (const char* const mark : {"\xFF\xFE", "\xFE\xFF"}) {
+        const TextFile file(mark + std::string("a\n"));
+        LineReader sut(file.path(), 10);
+
+        EXPECT_THROW(sut.next(), AnalysisError);
+    }
+}
+
 TEST(LineReader, RefusesAPathThatCannotBeRead) {
     EXPECT_THROW(LineReader("/no/such/file", 10), AnalysisError);
 }

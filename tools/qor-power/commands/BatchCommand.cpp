@@ -2,6 +2,7 @@
 #include "BatchResult.h"
 #include "Commands.h"
 #include "CommonOptions.h"
+#include "Input.h"
 #include "Interrupts.h"
 #include "LineReader.h"
 #include "Messages.h"
@@ -333,6 +334,9 @@ Outcome answerLines(const BatchOptions& options, Output& standardOutput) {
         for (const std::string& line : totals.inWords(width - std::min(width, prefix))) {
             complain(line);
         }
+    }
+    if (!options.quiet && totals.bad == totals.lines) {
+        complainOfRadioAsList(options.file);
     }
     return totals.bad == 0 ? Outcome::Done : Outcome::BadRadioFile;
 }

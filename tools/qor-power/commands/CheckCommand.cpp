@@ -36,18 +36,24 @@ using Work = std::function<Outcome(const std::string& name, const std::string& t
 Outcome forEachLine(const std::string& list, const Work& work) {
     LineReader lines(list, RadioFileReader::maxSize);
     Outcome outcome = Outcome::Done;
+    bool hasRadio = false;
     for (std::size_t number = 1; const auto line = lines.next(); ++number) {
         const std::string place = inputName(list) + ", line " + std::to_string(number);
         const RadioLine radio(*line);
         try {
             const std::string& own = radio.path().empty() ? radio.id() : radio.path();
-            outcome = worst(outcome, work(own.empty() ? place : own, radio.text()));
+            const Outcome its = work(own.empty() ? place : own, radio.text());
+            outcome = worst(outcome, its);
+            hasRadio = hasRadio || its != Outcome::BadRadioFile;
         } catch (const OutputError&) {
             throw;
         } catch (const AnalysisError& error) {
             complain(place + ": " + error.what());
             outcome = worst(outcome, error.outcome());
         }
+    }
+    if (!hasRadio) {
+        complainOfRadioAsList(list);
     }
     return outcome;
 }

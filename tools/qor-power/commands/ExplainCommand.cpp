@@ -139,8 +139,7 @@ Outcome explainLog(const ExplainOptions& options, Output& output) {
     }
     if (explained == 0) {
         throw AnalysisError(Outcome::OtherTrouble,
-                            name + ": no query to explain among " + std::to_string(log.records()) +
-                                " traces; log what the library traces up to level 6");
+                            name + ": no query to explain among " + log.tracesAndRemedy());
     }
     return outcome;
 }

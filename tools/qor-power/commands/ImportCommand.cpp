@@ -39,8 +39,7 @@ Outcome radioFileOf(const std::string& log, const LogSource& source, Output& out
             complain(name + ": " + trouble);
         }
         throw AnalysisError(Outcome::OtherTrouble,
-                            name + ": no request among " + std::to_string(traces.records()) +
-                                " traces; log what the library traces up to level 6");
+                            name + ": no request among " + traces.tracesAndRemedy());
     }
     const std::string text = import.radioFile();
     output.write(text);

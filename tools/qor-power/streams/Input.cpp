@@ -2,6 +2,7 @@
 
 #include "AnalysisError.h"
 #include "InputFile.h"
+#include "Messages.h"
 #include "OneLine.h"
 #include "RadioFileReader.h"
 
@@ -32,4 +33,17 @@ RadioFile loadRadioFile(const std::string& path) {
     } catch (const RadioFileError& error) {
         throw AnalysisError(Outcome::BadRadioFile, inputName(path) + ": " + oneLine(error.what()));
     }
+}
+
+void complainOfRadioAsList(const std::string& path) {
+    if (path == standardInput) {
+        return;
+    }
+    try {
+        loadRadioFile(path);
+    } catch (const AnalysisError&) {
+        return;
+    }
+    complain(inputName(path) +
+             ": this is a radio file itself; a list has the path of one on each line");
 }

@@ -16,3 +16,7 @@ std::string readText(const std::string& path);
 /// @throw AnalysisError OtherTrouble if the path cannot be read, BadRadioFile if its content is
 /// none.
 RadioFile loadRadioFile(const std::string& path);
+
+/// Says so if a path leads to a radio file. To be asked where each line of what should be a list of
+/// radio files turned out bad.
+void complainOfRadioAsList(const std::string& path);

@@ -5,12 +5,13 @@
 #include <utility>
 
 LineReader::LineReader(const std::string& path, std::size_t limit, int output)
-    : m_file(path, InputFile::Growth::IsLeftOut)
+    : m_name(inputName(path))
+    , m_file(path, InputFile::Growth::IsLeftOut)
     , m_limit(limit) {
     if (m_file.isSameAs(output)) {
         throw AnalysisError(Outcome::OtherTrouble,
-                            inputName(path) + ": the answers would be added to it, and be read as "
-                                              "lines; let them go to another file");
+                            m_name + ": the answers would be added to it, and be read as "
+                                     "lines; let them go to another file");
     }
 }
 
@@ -42,8 +43,15 @@ bool LineReader::isReady() {
 
 void LineReader::dropMark() {
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (std::exchange(m_isFirst, false) && m_begun.text.starts_with(byteOrderMark)) {
+    if (!std::exchange(m_isFirst, false)) {
+        return;
+    }
+    if (m_begun.text.starts_with(byteOrderMark)) {
         m_begun.text.erase(0, byteOrderMark.size());
+    }
+    if (m_begun.text.starts_with("\xFF\xFE") || m_begun.text.starts_with("\xFE\xFF")) {
+        throw AnalysisError(Outcome::OtherTrouble,
+                            m_name + ": the text is UTF-16; save it as UTF-8");
     }
 }
 

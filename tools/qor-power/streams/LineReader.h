@@ -38,7 +38,7 @@ public:
     std::optional<double> share() const { return m_file.share(); }
 
     /// @return nothing behind the last line, which may do without a line end.
-    /// @throw AnalysisError OtherTrouble if the input cannot be read.
+    /// @throw AnalysisError OtherTrouble if the input cannot be read, or is UTF-16.
     std::optional<Line> next();
 
 private:
@@ -52,6 +52,7 @@ private:
     void append(std::string_view text);
     void dropMark();
 
+    std::string m_name;
     InputFile m_file;
     std::size_t m_limit;
     std::array<char, std::size_t{64} << 10> m_block{};
