@@ -15,6 +15,14 @@ BenchNode::BenchNode(const Scenario& scenario)
     , m_frameFormat(scenario)
     , m_systemPowerController(scenario)
     , m_hardwareConfigurationHandler(scenario) {
+    publish();
+    BenchPlatform::setCompensation(scenario.compensation.data(),
+                                   static_cast<std::uint32_t>(scenario.compensation.size()),
+                                   scenario.compensationSize);
+    BenchPlatform::setCarrierAggregation(scenario.isCarrierAggregation);
+}
+
+void BenchNode::publish() {
     InterfaceBroker& broker = InterfaceBroker::getInstance();
     broker.registerInterface(ICapabilityHandler::interfaceName(channel), &m_capabilityHandler);
     broker.registerInterface(IAcmHandler::interfaceName(channel), &m_acmHandler);
@@ -23,10 +31,6 @@ BenchNode::BenchNode(const Scenario& scenario)
                              &m_systemPowerController);
     broker.registerInterface(IHardwareConfigurationHandler::interfaceName(),
                              &m_hardwareConfigurationHandler);
-    BenchPlatform::setCompensation(scenario.compensation.data(),
-                                   static_cast<std::uint32_t>(scenario.compensation.size()),
-                                   scenario.compensationSize);
-    BenchPlatform::setCarrierAggregation(scenario.isCarrierAggregation);
 }
 
 BenchNode::~BenchNode() {

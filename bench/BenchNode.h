@@ -14,6 +14,10 @@ class BenchNode {
 public:
     explicit BenchNode(const Scenario& scenario);
     ~BenchNode();
+
+    /// Puts the neighbours in the broker.
+    void publish();
+
     BenchNode(const BenchNode&) = delete;
     BenchNode& operator=(const BenchNode&) = delete;
 

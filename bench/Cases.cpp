@@ -102,6 +102,7 @@ void addRecorded(std::vector<Case>& cases) {
     limited.isLimitedByProfile = true;
     limited.radioMaximum = Modulation::QAM1024;
     add("outdoor1/fixed", outdoor, Query::PowerCapabilities);
+    add("outdoor1/fixed/in-turn", outdoor, Query::PowerCapabilities).isInTurn = true;
     add("outdoor1/adaptive", outdoor, Query::AdmodPowerCapabilities);
     add("outdoor1/unrestricted", outdoor, Query::UnrestrictedPmax);
     add("outdoor1/pmin-pmax", outdoor, Query::FindPminPmax);
@@ -278,6 +279,12 @@ PreparedCase::PreparedCase(const Case& measured)
     BenchPlatform::setTraceLevel(0);
     start(m_service);
     if (m_case.isRecorded) {
+        m_forwarding.emplace(m_node);
+        m_forwarding->publish(1);
+        m_forwardedService.emplace(1);
+        start(*m_forwardedService);
+        m_forwarded.emplace(*m_forwardedService);
+        m_node.publish();
         m_recorder.emplace(1, recorderSize);
         m_recorder->attach();
         m_recordedService.emplace(1);
@@ -303,7 +310,7 @@ PreparedCase::~PreparedCase() {
 
 std::vector<Way> PreparedCase::ways() const {
     if (m_case.isRecorded) {
-        return {Way::Library, Way::Fair};
+        return {Way::Library, Way::Fair, Way::Bare};
     }
     std::vector<Way> ways = {Way::Library};
     if (m_case.hasPlainWay()) {
@@ -318,7 +325,11 @@ std::vector<Way> PreparedCase::ways() const {
 void PreparedCase::askIn(Way way) {
     QueryAnswer& answer = m_answers[static_cast<std::size_t>(way)];
     if (m_case.isRecorded) {
-        ask(way == Way::Library ? *m_recorded : m_service, m_case, answer);
+        IOutputPowerCalculator* asked = &m_service;
+        if (way != Way::Fair) {
+            asked = way == Way::Library ? m_recorded : &*m_forwarded;
+        }
+        ask(*asked, m_case, answer);
         return;
     }
     switch (way) {
@@ -340,9 +351,13 @@ void PreparedCase::askIn(Way way) {
 void PreparedCase::warmUp(Way way) {
     // A recorder in the field is full: each request makes the oldest one part of the state.
     const std::size_t times = m_case.isRecorded ? recorderSize / 16 : 1;
-    for (std::size_t time = 0; time < times; ++time) {
+    const Modulation asked = m_case.modulation;
+    for (std::size_t left = times; left > 0; --left) {
+        // A turn of three, which no ring of a power of two repeats: the oldest request is another.
+        m_case.modulation = m_case.isInTurn && left % 3 != 0 ? Modulation::QAM16 : asked;
         askIn(way);
     }
+    m_case.modulation = asked;
     if (m_case.isMapFresh) {
         m_answers[static_cast<std::size_t>(way)].powerMap.clear();
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ForwardingNode.h"
 #include "Limit.h"
 #include "OutputPowerCalculator.h"
 #include "PlainWay.h"
@@ -48,7 +49,10 @@ struct Case {
     int traceLevel = 3; ///< threshold; 3 is what a node's trace objects begin with
     bool isMapFresh = false;
     bool isTroubled = false; ///< something is traced at threshold 3
-    bool isRecorded = false; ///< with the flight recorder; its limit is the query without it
+    /// With the flight recorder; its fair limit is the query without it, its bare limit the query
+    /// with decorators that only hand through.
+    bool isRecorded = false;
+    bool isInTurn = false; ///< with another query before and after it, so that all are not the same
 
     bool isArrayById() const { return query == Query::Array && frameFormatId > 0; }
 
@@ -117,6 +121,9 @@ private:
     PlainWay m_plainWay;
     FairLimit m_fairLimit;
     BareLimit m_bareLimit;
+    std::optional<ForwardingNode> m_forwarding;
+    std::optional<OutputPowerCalculator> m_forwardedService;
+    std::optional<ForwardingService> m_forwarded; ///< before the service
     std::optional<RadioFileRecorder> m_recorder;
     std::optional<OutputPowerCalculator> m_recordedService;
     IOutputPowerCalculator* m_recorded = nullptr; ///< before the service

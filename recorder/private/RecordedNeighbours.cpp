@@ -14,7 +14,7 @@ constexpr auto codeOf = [](const ModulationAndCoding& modulationAndCode) {
 
 /// The recording whose request is under way on this thread.
 Recording* askingRecording() {
-    return RequestUnderWay::ofThread == nullptr ? nullptr : RequestUnderWay::ofThread->recording;
+    return ofThread.request == nullptr ? nullptr : ofThread.request->recording;
 }
 
 /// Notes an answer that can fail, of one word.
@@ -23,11 +23,36 @@ void noteAnswer(Recording& recording, Question question, long argument, unsigned
     if (ResultCode::isFailure(result)) {
         const Shape shape = before == after ? Shape::ResultOnly : Shape::WroteAndFailed;
         const Word words[] = {wordOf(shape), wordOf(result), after};
-        recording.note(question, wordOf(argument), words, sizeof words);
+        recording.note(question, wordOf(argument), words);
     } else {
         const Word words[] = {wordOf(Shape::Value), after};
-        recording.note(question, wordOf(argument), words, sizeof words);
+        recording.note(question, wordOf(argument), words);
     }
+}
+
+/// Notes a new answer of one word.
+/// @return the word.
+template <Question question, auto known, class Neighbour>
+__attribute__((noinline)) Word notedAnew(const Neighbour& decorator, Word word) {
+    Recording* const recording = decorator.recording();
+    if (recording != nullptr && recording->isAsking()) {
+        recording->noteKnown(question, word, decorator.*known);
+    }
+    markAsked(Recording::bitOf(question));
+    return word;
+}
+
+/// Compares an answer of one word and, if it is another one, notes it. Most answers pass here and
+/// are known: the rest is called last, so that nothing has to be kept for it.
+/// @return the answer.
+template <Question question, auto known, class Neighbour, class Answer>
+inline Answer noted(const Neighbour& decorator, Answer answer) {
+    // Without a recording nothing is known.
+    if (__builtin_expect(!(decorator.*known).is(wordOf(answer)), 0)) {
+        return static_cast<Answer>(notedAnew<question, known>(decorator, wordOf(answer)));
+    }
+    markAsked(Recording::bitOf(question));
+    return answer;
 }
 
 } // namespace
@@ -37,8 +62,10 @@ void noteAnswer(Recording& recording, Question question, long argument, unsigned
 std::string RecordedCapabilityHandler::getTmuHwProductNumber() const {
     std::string number = m_real.getTmuHwProductNumber();
     constexpr std::uint32_t bit = Recording::bitOf(Question::ProductNumber);
-    if ((RequestUnderWay::asked & bit) == 0 || !m_productNumber.is(number)) {
+    if (__builtin_expect(!m_productNumber.is(number), 0)) {
         noteProductNumber(number);
+    } else if ((ofThread.asked & bit) == 0) {
+        noteVariables();
     }
     return number;
 }
@@ -48,14 +75,19 @@ void RecordedCapabilityHandler::noteProductNumber(const std::string& number) con
     if (recording == nullptr) {
         return;
     }
-    if (recording->isAsking() && !m_productNumber.is(number)) {
+    if (recording->isAsking()) {
         recording->noteText(Question::ProductNumber, number, m_productNumber);
     }
-    constexpr std::uint32_t bit = Recording::bitOf(Question::ProductNumber);
-    const bool isFirst = (RequestUnderWay::asked & bit) == 0;
-    RequestUnderWay::asked |= bit;
-    if (isFirst) {
-        // A query chooses the family for the calibration first, and then reads that.
+    if ((ofThread.asked & Recording::bitOf(Question::ProductNumber)) == 0) {
+        noteVariables();
+    }
+}
+
+void RecordedCapabilityHandler::noteVariables() const {
+    markAsked(Recording::bitOf(Question::ProductNumber));
+    // A query chooses the family for the calibration first, and then reads that.
+    Recording* const recording = this->recording();
+    if (recording != nullptr && recording->isAsking()) {
         recording->noteVariables();
     }
 }
@@ -64,17 +96,17 @@ unsigned RecordedCapabilityHandler::getMinOutputPower(const int** table) const {
     const int* const before = *table;
     const unsigned result = m_real.getMinOutputPower(table);
     Recording* const recording = this->recording();
-    if (recording == nullptr || RequestUnderWay::ofThread != nullptr) {
+    if (recording == nullptr || ofThread.request != nullptr) {
         return result;
     }
     const bool isRefused = ResultCode::isFailure(result);
     if (isRefused || *table == nullptr) {
         const Shape shape = *table == before ? Shape::ResultOnly : Shape::WroteAndFailed;
         const Word words[] = {wordOf(shape), wordOf(result)};
-        recording->note(Question::MinOutputPower, 0, words, sizeof words);
+        recording->note(Question::MinOutputPower, 0, words);
     } else {
         const Word words[] = {wordOf(Shape::Value), **table};
-        recording->note(Question::MinOutputPower, 0, words, sizeof words);
+        recording->note(Question::MinOutputPower, 0, words);
     }
     recording->start(isRefused);
     return result;
@@ -85,7 +117,7 @@ void RecordedCapabilityHandler::notePmax(Question question, unsigned result,
                                          const int* tableBefore, const int* countBefore) const {
     Recording* const recording = this->recording();
     // A service fetches its tables when it starts.
-    if (recording == nullptr || RequestUnderWay::ofThread != nullptr) {
+    if (recording == nullptr || ofThread.request != nullptr) {
         return;
     }
     const bool isWritten = *table != tableBefore || *count != countBefore;
@@ -93,7 +125,7 @@ void RecordedCapabilityHandler::notePmax(Question question, unsigned result,
     if (isFailure || (*table == nullptr && *count == nullptr && !isWritten)) {
         const Shape shape = isWritten ? Shape::WroteAndFailed : Shape::ResultOnly;
         const Word words[] = {wordOf(shape), wordOf(result)};
-        recording->note(question, 0, words, sizeof words);
+        recording->note(question, 0, words);
         return;
     }
     // What was there before may have been handed out once more or left alone, which is the same to
@@ -142,21 +174,28 @@ unsigned RecordedCapabilityHandler::getPmaxCapabilityDpd2Etsi(const int** table,
 }
 
 bool RecordedCapabilityHandler::isMaxAcmLimitedByHw() const {
-    const bool isLimited = m_real.isMaxAcmLimitedByHw();
-    if (Recording* const recording = this->recording()) {
-        m_maxAcmLimitedByHw.note(*this, isLimited ? 1 : 0);
-        if (isLimited && recording->isAsking()) {
-            // The service asks the board next.
-            m_carrierAggregation.note(*this, os::bsp::rl::isFftypeCarrierAggregation() ? 1 : 0);
-        }
+    const bool isLimited =
+        noted<Question::MaxAcmLimitedByHw, &RecordedCapabilityHandler::m_maxAcmLimitedByHw>(
+            *this, m_real.isMaxAcmLimitedByHw());
+    if (isLimited) {
+        noteCarrierAggregation();
     }
     return isLimited;
 }
 
+void RecordedCapabilityHandler::noteCarrierAggregation() const {
+    const Recording* const recording = this->recording();
+    if (recording != nullptr && recording->isAsking()) {
+        // The service asks the board next.
+        noted<Question::CarrierAggregation, &RecordedCapabilityHandler::m_carrierAggregation>(
+            *this, os::bsp::rl::isFftypeCarrierAggregation());
+    }
+}
+
 short RecordedCapabilityHandler::getPerformanceProfileIndex() const {
-    const short index = m_real.getPerformanceProfileIndex();
-    m_performanceProfileIndex.note(*this, index);
-    return index;
+    return noted<Question::PerformanceProfileIndex,
+                 &RecordedCapabilityHandler::m_performanceProfileIndex>(
+        *this, m_real.getPerformanceProfileIndex());
 }
 
 Modulation RecordedCapabilityHandler::getMaxModulationLimitedByHw(
@@ -165,30 +204,37 @@ Modulation RecordedCapabilityHandler::getMaxModulationLimitedByHw(
         m_real.getMaxModulationLimitedByHw(performanceProfiles, performanceProfileIndex);
     const auto index = static_cast<std::size_t>(performanceProfileIndex);
     const bool isInside = performanceProfileIndex >= 0 && index < performanceProfiles.size();
-    noteByKey(Question::MaxModulationLimitedByHw, Question::LastMaxModulationLimitedByHw,
-              isInside ? performanceProfiles[index] : noProfile, modulation, m_limited);
-    return modulation;
+    return noteByKey(Question::MaxModulationLimitedByHw, Question::LastMaxModulationLimitedByHw,
+                     isInside ? performanceProfiles[index] : noProfile, modulation, m_limited);
 }
 
 Modulation RecordedCapabilityHandler::getMaxModulationWithoutLimitation(
     const EFrameFormatMarket& market) const {
     const Modulation modulation = m_real.getMaxModulationWithoutLimitation(market);
-    noteByKey(Question::MaxModulationWithoutLimitation,
-              Question::LastMaxModulationWithoutLimitation, wordOf(market), modulation,
-              m_withoutLimitation);
+    return noteByKey(Question::MaxModulationWithoutLimitation,
+                     Question::LastMaxModulationWithoutLimitation, wordOf(market), modulation,
+                     m_withoutLimitation);
+}
+
+inline Modulation RecordedCapabilityHandler::noteByKey(Question question, Question last,
+                                                       std::int32_t key, Modulation modulation,
+                                                       KnownAnswer<2>& known) const {
+    if (__builtin_expect(!known.is(key, wordOf(modulation)), 0)) {
+        return noteNewByKey(question, last, key, modulation, known);
+    }
+    markAsked(Recording::bitOf(question));
     return modulation;
 }
 
-void RecordedCapabilityHandler::noteByKey(Question question, Question last, std::int32_t key,
-                                          Modulation modulation, KnownAnswer<2>& known) const {
+Modulation RecordedCapabilityHandler::noteNewByKey(Question question, Question last,
+                                                   std::int32_t key, Modulation modulation,
+                                                   KnownAnswer<2>& known) const {
     Recording* const recording = this->recording();
-    if (recording == nullptr) {
-        return;
-    }
-    if (!known.is(key, wordOf(modulation)) && recording->isAsking()) {
+    if (recording != nullptr && recording->isAsking()) {
         recording->noteByKey(question, last, {key, wordOf(modulation)}, known);
     }
-    RequestUnderWay::asked |= Recording::bitOf(question);
+    markAsked(Recording::bitOf(question));
+    return modulation;
 }
 
 void RecordedCapabilityHandler::forget() {
@@ -205,37 +251,40 @@ void RecordedCapabilityHandler::forget() {
 unsigned RecordedAcmHandler::getMinMaxModulationAndCode(ModulationAndCoding& min,
                                                         ModulationAndCoding& max) {
     const unsigned result = m_real.getMinMaxModulationAndCode(min, max);
-    Recording* const recording = this->recording();
-    if (recording == nullptr) {
-        return result;
-    }
     // After a failure nothing counts as selected, whatever was written.
     const bool isFailure = ResultCode::isFailure(result);
     const Word shape = wordOf(isFailure ? Shape::ResultOnly : Shape::Value);
     const Word first = isFailure ? wordOf(result) : codeOf(min);
     const Word second = isFailure ? 0 : codeOf(max);
-    if (RequestUnderWay::ofThread == nullptr) {
+    if (ofThread.request == nullptr || !m_selection.is(shape, first, second)) {
+        return noteSelection(result, shape, first, second);
+    }
+    markAsked(Recording::bitOf(Question::AcmSelection));
+    return result;
+}
+
+unsigned RecordedAcmHandler::noteSelection(unsigned result, Word shape, Word first, Word second) {
+    Recording* const recording = this->recording();
+    if (recording != nullptr && ofThread.request == nullptr) {
         recording->noteOutside();
-    } else if (!m_selection.is(shape, first, second) && recording->isAsking()) {
+    } else if (recording != nullptr && recording->isAsking()) {
         recording->noteKnown(Question::AcmSelection, 0, KnownAnswer<3>::Words{shape, first, second},
                              m_selection);
     }
-    RequestUnderWay::asked |= Recording::bitOf(Question::AcmSelection);
+    markAsked(Recording::bitOf(Question::AcmSelection));
     return result;
 }
 
 // The frame format
 
 Modulation RecordedFrameFormat::getModulation() const {
-    const Modulation modulation = m_real.getModulation();
-    m_modulation.note(*this, wordOf(modulation));
-    return modulation;
+    return noted<Question::Modulation, &RecordedFrameFormat::m_modulation>(*this,
+                                                                           m_real.getModulation());
 }
 
 Modulation RecordedFrameFormat::getMaxAvailableModulation() const {
-    const Modulation modulation = m_real.getMaxAvailableModulation();
-    m_maxAvailableModulation.note(*this, wordOf(modulation));
-    return modulation;
+    return noted<Question::MaxAvailableModulation, &RecordedFrameFormat::m_maxAvailableModulation>(
+        *this, m_real.getMaxAvailableModulation());
 }
 
 void RecordedFrameFormat::getModulationAndCodeArray(
@@ -249,24 +298,28 @@ void RecordedFrameFormat::getModulationAndCodeArray(
 }
 
 EChannelSpacingType RecordedFrameFormat::getChannelSpacing() const {
-    const EChannelSpacingType spacing = m_real.getChannelSpacing();
-    m_channelSpacing.note(*this, wordOf(spacing));
-    return spacing;
+    return noted<Question::ChannelSpacing, &RecordedFrameFormat::m_channelSpacing>(
+        *this, m_real.getChannelSpacing());
 }
 
 EDpdVersion RecordedFrameFormat::getDpdVersion() const {
     const EDpdVersion dpdVersion = m_real.getDpdVersion();
-    m_dpdVersion.note(*this, wordOf(dpdVersion));
-    if (RequestUnderWay::ofThread == nullptr && recording() != nullptr) {
+    if (ofThread.request == nullptr) {
+        return noteOutside(dpdVersion);
+    }
+    return noted<Question::DpdVersion, &RecordedFrameFormat::m_dpdVersion>(*this, dpdVersion);
+}
+
+EDpdVersion RecordedFrameFormat::noteOutside(EDpdVersion dpdVersion) const {
+    if (recording() != nullptr) {
         recording()->noteOutside();
     }
     return dpdVersion;
 }
 
 EFrameFormatMarket RecordedFrameFormat::getTelecomMarket() const {
-    const EFrameFormatMarket market = m_real.getTelecomMarket();
-    m_market.note(*this, wordOf(market));
-    return market;
+    return noted<Question::Market, &RecordedFrameFormat::m_market>(*this,
+                                                                   m_real.getTelecomMarket());
 }
 
 void RecordedFrameFormat::getPerformanceProfiles(std::vector<short>& performanceProfiles) const {
@@ -299,25 +352,30 @@ void RecordedFrameFormat::forget() {
 // The link
 
 EReferenceSEC RecordedSystemPowerController::getReferenceSec() const {
-    const EReferenceSEC rsec = m_real.getReferenceSec();
-    m_referenceSec.note(*this, wordOf(rsec));
-    return rsec;
+    return noted<Question::ReferenceSec, &RecordedSystemPowerController::m_referenceSec>(
+        *this, m_real.getReferenceSec());
 }
 
 bool RecordedSystemPowerController::getMinOutputPowerOffset(EChannelSpacingType channelSpacing,
                                                             long& offset) const {
     const bool isKnown = m_real.getMinOutputPowerOffset(channelSpacing, offset);
-    Recording* const recording = this->recording();
-    if (recording == nullptr) {
-        return isKnown;
-    }
-    const Word known = isKnown ? 1 : 0;
     const Word value = isKnown ? wordOf(offset) : 0;
-    if (!m_offset.is(wordOf(channelSpacing), known, value) && recording->isAsking()) {
-        recording->noteKnown(Question::MinOutputPowerOffset, 1,
-                             KnownAnswer<3>::Words{wordOf(channelSpacing), known, value}, m_offset);
+    if (__builtin_expect(!m_offset.is(wordOf(channelSpacing), isKnown ? 1 : 0, value), 0)) {
+        return noteOffset(wordOf(channelSpacing), isKnown, value);
     }
-    RequestUnderWay::asked |= Recording::bitOf(Question::MinOutputPowerOffset);
+    markAsked(Recording::bitOf(Question::MinOutputPowerOffset));
+    return isKnown;
+}
+
+bool RecordedSystemPowerController::noteOffset(Word channelSpacing, bool isKnown,
+                                               Word offset) const {
+    Recording* const recording = this->recording();
+    if (recording != nullptr && recording->isAsking()) {
+        recording->noteKnown(Question::MinOutputPowerOffset, 1,
+                             KnownAnswer<3>::Words{channelSpacing, isKnown ? 1 : 0, offset},
+                             m_offset);
+    }
+    markAsked(Recording::bitOf(Question::MinOutputPowerOffset));
     return isKnown;
 }
 
@@ -340,8 +398,8 @@ EDpdVersion RecordedHardwareConfigurationHandler::getDpdVersion(RadioChannel cha
                                                                 long frameFormatId) const {
     const EDpdVersion dpdVersion = m_real.getDpdVersion(channel, frameFormatId);
     if (Recording* const recording = askingRecording()) {
-        const Word word = wordOf(dpdVersion);
-        recording->note(Question::IdDpdVersion, wordOf(frameFormatId), &word, sizeof word);
+        const Word words[] = {wordOf(dpdVersion)};
+        recording->note(Question::IdDpdVersion, wordOf(frameFormatId), words);
     }
     return dpdVersion;
 }
@@ -368,7 +426,7 @@ unsigned RecordedHardwareConfigurationHandler::getModulationAndCodeArray(
         // The service passes an empty list.
         const Shape shape = modulationAndCodes.empty() ? Shape::ResultOnly : Shape::WroteAndFailed;
         const Word words[] = {wordOf(shape), wordOf(result)};
-        recording->note(Question::IdModulationAndCodes, wordOf(frameFormatId), words, sizeof words);
+        recording->note(Question::IdModulationAndCodes, wordOf(frameFormatId), words);
     } else if (recording != nullptr) {
         recording->noteList(Question::IdModulationAndCodes, wordOf(frameFormatId),
                             modulationAndCodes.data(), modulationAndCodes.size(), codeOf);

@@ -8,31 +8,6 @@
 #include "ISystemPowerController.h"
 #include "KnownAnswer.h"
 
-/// An answer of one word that a decorator compares and, if it is another one, notes.
-template <Question question>
-class NotedWord {
-public:
-    void note(const Decorator& decorator, std::int32_t word) const {
-        // Without a recording nothing is known.
-        if (!m_known.is(word)) {
-            noteNew(decorator, word);
-        }
-        RequestUnderWay::asked |= Recording::bitOf(question);
-    }
-
-    void forget() { m_known.forget(); }
-
-private:
-    __attribute__((noinline)) void noteNew(const Decorator& decorator, std::int32_t word) const {
-        Recording* const recording = decorator.recording();
-        if (recording != nullptr && recording->isAsking()) {
-            recording->noteKnown(question, 0, KnownAnswer<1>::Words{word}, m_known);
-        }
-    }
-
-    mutable KnownAnswer<1> m_known;
-};
-
 class RecordedCapabilityHandler final : public ICapabilityHandler, public Decorator {
 public:
     explicit RecordedCapabilityHandler(ICapabilityHandler& real)
@@ -56,16 +31,21 @@ private:
     friend class Decorators<ICapabilityHandler, RecordedCapabilityHandler>;
     void forget() override;
     __attribute__((noinline)) void noteProductNumber(const std::string& number) const;
+    __attribute__((noinline)) void noteVariables() const;
+    __attribute__((noinline)) void noteCarrierAggregation() const;
     void notePmax(Question question, unsigned result, const int* const* table,
                   const int* const* count, const int* tableBefore, const int* countBefore) const;
-    void noteByKey(Question question, Question last, std::int32_t key, Modulation modulation,
-                   KnownAnswer<2>& known) const;
+    Modulation noteByKey(Question question, Question last, std::int32_t key, Modulation modulation,
+                         KnownAnswer<2>& known) const;
+    __attribute__((noinline)) Modulation noteNewByKey(Question question, Question last,
+                                                      std::int32_t key, Modulation modulation,
+                                                      KnownAnswer<2>& known) const;
 
     ICapabilityHandler& m_real;
     mutable KnownText m_productNumber;
-    NotedWord<Question::MaxAcmLimitedByHw> m_maxAcmLimitedByHw;
-    NotedWord<Question::CarrierAggregation> m_carrierAggregation;
-    NotedWord<Question::PerformanceProfileIndex> m_performanceProfileIndex;
+    KnownWord m_maxAcmLimitedByHw;
+    KnownWord m_carrierAggregation;
+    KnownWord m_performanceProfileIndex;
     mutable KnownAnswer<2> m_limited;
     mutable KnownAnswer<2> m_withoutLimitation;
 };
@@ -83,6 +63,8 @@ public:
 private:
     friend class Decorators<IAcmHandler, RecordedAcmHandler>;
     void forget() override { m_selection.forget(); }
+    __attribute__((noinline)) unsigned noteSelection(unsigned result, std::int32_t shape,
+                                                     std::int32_t first, std::int32_t second);
 
     IAcmHandler& m_real;
     KnownAnswer<3> m_selection;
@@ -109,13 +91,14 @@ public:
 private:
     friend class Decorators<IFrameFormat, RecordedFrameFormat>;
     void forget() override;
+    __attribute__((noinline)) EDpdVersion noteOutside(EDpdVersion dpdVersion) const;
 
     IFrameFormat& m_real;
-    NotedWord<Question::Modulation> m_modulation;
-    NotedWord<Question::MaxAvailableModulation> m_maxAvailableModulation;
-    NotedWord<Question::ChannelSpacing> m_channelSpacing;
-    NotedWord<Question::DpdVersion> m_dpdVersion;
-    NotedWord<Question::Market> m_market;
+    KnownWord m_modulation;
+    KnownWord m_maxAvailableModulation;
+    KnownWord m_channelSpacing;
+    KnownWord m_dpdVersion;
+    KnownWord m_market;
 };
 
 class RecordedSystemPowerController final : public ISystemPowerController, public Decorator {
@@ -131,9 +114,11 @@ public:
 private:
     friend class Decorators<ISystemPowerController, RecordedSystemPowerController>;
     void forget() override;
+    __attribute__((noinline)) bool noteOffset(std::int32_t channelSpacing, bool isKnown,
+                                              std::int32_t offset) const;
 
     ISystemPowerController& m_real;
-    NotedWord<Question::ReferenceSec> m_referenceSec;
+    KnownWord m_referenceSec;
     mutable KnownAnswer<3> m_offset;
 };
 

@@ -1,5 +1,6 @@
 #include "RecordedService.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -17,6 +18,23 @@ void compareMinimum(RequestScope& scope, long minBefore, long minAfter, long max
     }
 }
 
+/// Copies the first entries of a power map.
+/// @return whether a power has more than 32 bits.
+__attribute__((noinline)) bool copyEntries(const std::map<ModulationAndCoding, long>& powerMap,
+                                           Word* at, std::size_t entries) {
+    auto entry = powerMap.begin();
+    long notSigned = 0;
+    for (const Word* const end = at + 2 * entries; at != end; at += 2) {
+        const long power = entry->second;
+        at[0] = entry->first.code;
+        ++entry;
+        at[1] = wordOf(power);
+        notSigned |= power ^ wordOf(power);
+    }
+    const auto isTooWide = [](const auto& any) { return RequestScope::isTooWide(any.second); };
+    return notSigned != 0 && std::any_of(powerMap.begin(), powerMap.end(), isTooWide);
+}
+
 } // namespace
 
 unsigned RecordedService::getMinMaxOutputPowerVsModulationArray(
@@ -29,7 +47,7 @@ unsigned RecordedService::getMinMaxOutputPowerVsModulationArray(
                                                             maxModulationAndCodeIn, referenceSec,
                                                             minOutputPower, powerMap);
     }
-    RequestScope scope(*recording, Call::GetMinMaxOutputPowerVsModulationArray);
+    RequestScope scope(*recording);
     constexpr std::size_t fixed = 9;
     std::array<Word, fixed + 2 * mostEntries> words;
     std::size_t count = fixed;
@@ -42,31 +60,32 @@ unsigned RecordedService::getMinMaxOutputPowerVsModulationArray(
         }
         Word* at = words.data() + count;
         count += 2 * entries;
-        auto entry = powerMap.begin();
-        bool isTooWide = false;
-        for (std::size_t left = entries; left > 0; --left, ++entry) {
-            *at++ = entry->first.code;
-            *at++ = wordOf(entry->second);
-            isTooWide |= RequestScope::isTooWide(entry->second);
-        }
-        if (isTooWide) {
+        if (copyEntries(powerMap, at, entries)) {
             scope.doubt(Doubt::tooWide);
         }
         return wordOf(entries);
     };
+    const auto wordOfNumber = [&](long number) {
+        if (RequestScope::isTooWide(number)) {
+            scope.doubt(Doubt::tooWide);
+        }
+        return wordOf(number);
+    };
     words[0] = wordOf(Call::GetMinMaxOutputPowerVsModulationArray);
-    words[2] = scope.word(minOutputPower);
-    words[3] = scope.word(frameFormatId);
+    words[2] = wordOfNumber(minOutputPower);
+    words[3] = wordOfNumber(frameFormatId);
     words[4] = minModulationAndCodeIn.code;
     words[5] = maxModulationAndCodeIn.code;
     words[6] = wordOf(referenceSec);
     words[8] = addMap();
-    words[1] = wordOf(m_real.getMinMaxOutputPowerVsModulationArray(
-        frameFormatId, minModulationAndCodeIn, maxModulationAndCodeIn, referenceSec, minOutputPower,
-        powerMap));
-    words[7] = scope.word(minOutputPower);
+    words[1] = wordOf(scope.ask(Call::GetMinMaxOutputPowerVsModulationArray, [&] {
+        return m_real.getMinMaxOutputPowerVsModulationArray(frameFormatId, minModulationAndCodeIn,
+                                                            maxModulationAndCodeIn, referenceSec,
+                                                            minOutputPower, powerMap);
+    }));
+    words[7] = wordOfNumber(minOutputPower);
     addMap();
-    scope.end(words.data(), count, &powerMap);
+    scope.end(words.data(), count, powerMap);
     return static_cast<unsigned>(words[1]);
 }
 
@@ -75,11 +94,11 @@ unsigned RecordedService::setTemporaryPowerCutback(bool use, unsigned long cutba
     if (recording == nullptr) {
         return m_real.setTemporaryPowerCutback(use, cutback);
     }
-    RequestScope scope(*recording, Call::SetTemporaryPowerCutback);
-    const unsigned result = m_real.setTemporaryPowerCutback(use, cutback);
-    const Word words[] = {wordOf(Call::SetTemporaryPowerCutback), wordOf(result), 0, use ? 1 : 0,
-                          scope.word(cutback)};
-    scope.end(words, std::size(words));
+    RequestScope scope(*recording);
+    const unsigned result = scope.ask(Call::SetTemporaryPowerCutback, [&] {
+        return m_real.setTemporaryPowerCutback(use, cutback);
+    });
+    scope.end(Call::SetTemporaryPowerCutback, result, 0, use ? 1 : 0, cutback);
     return result;
 }
 
@@ -88,10 +107,10 @@ unsigned RecordedService::setPowerCutback(unsigned long cutback) {
     if (recording == nullptr) {
         return m_real.setPowerCutback(cutback);
     }
-    RequestScope scope(*recording, Call::SetPowerCutback);
-    const unsigned result = m_real.setPowerCutback(cutback);
-    const Word words[] = {wordOf(Call::SetPowerCutback), wordOf(result), 0, scope.word(cutback)};
-    scope.end(words, std::size(words));
+    RequestScope scope(*recording);
+    const unsigned result =
+        scope.ask(Call::SetPowerCutback, [&] { return m_real.setPowerCutback(cutback); });
+    scope.end(Call::SetPowerCutback, result, 0, cutback);
     return result;
 }
 
@@ -101,18 +120,14 @@ int RecordedService::calculatePowerCapabilities(Modulation modulation, long& min
     if (recording == nullptr) {
         return m_real.calculatePowerCapabilities(modulation, minPower, maxPower);
     }
-    RequestScope scope(*recording, Call::CalculatePowerCapabilities);
+    RequestScope scope(*recording);
     const long minBefore = minPower;
     const long maxBefore = maxPower;
-    const int result = m_real.calculatePowerCapabilities(modulation, minPower, maxPower);
-    const Word words[] = {wordOf(Call::CalculatePowerCapabilities),
-                          result,
-                          scope.word(maxBefore),
-                          wordOf(modulation),
-                          scope.word(minPower),
-                          scope.word(maxPower)};
+    const int result = scope.ask(Call::CalculatePowerCapabilities, [&] {
+        return m_real.calculatePowerCapabilities(modulation, minPower, maxPower);
+    });
     compareMinimum(scope, minBefore, minPower, maxBefore);
-    scope.end(words, std::size(words));
+    scope.end(Call::CalculatePowerCapabilities, result, maxBefore, modulation, minPower, maxPower);
     return result;
 }
 
@@ -123,20 +138,15 @@ int RecordedService::calculateAdmodPowerCapabilities(Modulation actualModulation
     if (recording == nullptr) {
         return m_real.calculateAdmodPowerCapabilities(actualModulation, rsec, minPower, maxPower);
     }
-    RequestScope scope(*recording, Call::CalculateAdmodPowerCapabilities);
+    RequestScope scope(*recording);
     const long minBefore = minPower;
     const long maxBefore = maxPower;
-    const int result =
-        m_real.calculateAdmodPowerCapabilities(actualModulation, rsec, minPower, maxPower);
-    const Word words[] = {wordOf(Call::CalculateAdmodPowerCapabilities),
-                          result,
-                          scope.word(maxBefore),
-                          wordOf(actualModulation),
-                          wordOf(rsec),
-                          scope.word(minPower),
-                          scope.word(maxPower)};
+    const int result = scope.ask(Call::CalculateAdmodPowerCapabilities, [&] {
+        return m_real.calculateAdmodPowerCapabilities(actualModulation, rsec, minPower, maxPower);
+    });
     compareMinimum(scope, minBefore, minPower, maxBefore);
-    scope.end(words, std::size(words));
+    scope.end(Call::CalculateAdmodPowerCapabilities, result, maxBefore, actualModulation, rsec,
+              minPower, maxPower);
     return result;
 }
 
@@ -145,14 +155,13 @@ int RecordedService::findPminPmax(long& pmin, long& pmax) const {
     if (recording == nullptr) {
         return m_real.findPminPmax(pmin, pmax);
     }
-    RequestScope scope(*recording, Call::FindPminPmax);
+    RequestScope scope(*recording);
     const long minBefore = pmin;
     const long maxBefore = pmax;
-    const int result = m_real.findPminPmax(pmin, pmax);
-    const Word words[] = {wordOf(Call::FindPminPmax), result, scope.word(maxBefore),
-                          scope.word(pmin), scope.word(pmax)};
+    const int result =
+        scope.ask(Call::FindPminPmax, [&] { return m_real.findPminPmax(pmin, pmax); });
     compareMinimum(scope, minBefore, pmin, maxBefore);
-    scope.end(words, std::size(words));
+    scope.end(Call::FindPminPmax, result, maxBefore, pmin, pmax);
     return result;
 }
 
@@ -161,12 +170,11 @@ int RecordedService::getUnrestrictedPmax(long& pmax) const {
     if (recording == nullptr) {
         return m_real.getUnrestrictedPmax(pmax);
     }
-    RequestScope scope(*recording, Call::GetUnrestrictedPmax);
+    RequestScope scope(*recording);
     const long before = pmax;
-    const int result = m_real.getUnrestrictedPmax(pmax);
-    const Word words[] = {wordOf(Call::GetUnrestrictedPmax), result, scope.word(before),
-                          scope.word(pmax)};
-    scope.end(words, std::size(words));
+    const int result =
+        scope.ask(Call::GetUnrestrictedPmax, [&] { return m_real.getUnrestrictedPmax(pmax); });
+    scope.end(Call::GetUnrestrictedPmax, result, before, pmax);
     return result;
 }
 
@@ -175,10 +183,10 @@ unsigned RecordedService::setTemperature(long temperature) {
     if (recording == nullptr) {
         return m_real.setTemperature(temperature);
     }
-    RequestScope scope(*recording, Call::SetTemperature);
-    const unsigned result = m_real.setTemperature(temperature);
-    const Word words[] = {wordOf(Call::SetTemperature), wordOf(result), 0, scope.word(temperature)};
-    scope.end(words, std::size(words));
+    RequestScope scope(*recording);
+    const unsigned result =
+        scope.ask(Call::SetTemperature, [&] { return m_real.setTemperature(temperature); });
+    scope.end(Call::SetTemperature, result, 0, temperature);
     return result;
 }
 
@@ -188,15 +196,10 @@ unsigned RecordedService::setBoosterPresence(int presence, int gain, int maxInpu
     if (recording == nullptr) {
         return m_real.setBoosterPresence(presence, gain, maxInputPower, maxModulation);
     }
-    RequestScope scope(*recording, Call::SetBoosterPresence);
-    const unsigned result = m_real.setBoosterPresence(presence, gain, maxInputPower, maxModulation);
-    const Word words[] = {wordOf(Call::SetBoosterPresence),
-                          wordOf(result),
-                          0,
-                          presence,
-                          gain,
-                          maxInputPower,
-                          wordOf(maxModulation)};
-    scope.end(words, std::size(words));
+    RequestScope scope(*recording);
+    const unsigned result = scope.ask(Call::SetBoosterPresence, [&] {
+        return m_real.setBoosterPresence(presence, gain, maxInputPower, maxModulation);
+    });
+    scope.end(Call::SetBoosterPresence, result, 0, presence, gain, maxInputPower, maxModulation);
     return result;
 }

@@ -8,9 +8,6 @@
 #include <new>
 #include <utility>
 
-QOR_OF_THREAD RequestUnderWay* RequestUnderWay::ofThread = nullptr;
-QOR_OF_THREAD std::uint32_t RequestUnderWay::asked = 0;
-
 namespace {
 
 /// What the store counts in elements may not run behind what a radio file can hold.
@@ -42,19 +39,13 @@ bool Recording::noteLocked(Question question, std::int32_t argument, const void*
     if (now != before) {
         m_changes.store(now, std::memory_order_relaxed);
         if (isAsking()) {
-            ++RequestUnderWay::ofThread->changesExpected;
-            if ((RequestUnderWay::asked & bitOf(question)) != 0) {
-                RequestUnderWay::ofThread->doubt |= Doubt::changedMeanwhile;
+            ++ofThread.request->changesExpected;
+            if ((ofThread.asked & bitOf(question)) != 0) {
+                ofThread.request->doubt |= Doubt::changedMeanwhile;
             }
         }
     }
     return isKept;
-}
-
-bool Recording::note(Question question, std::int32_t argument, const void* bytes,
-                     std::size_t length) noexcept {
-    const std::lock_guard<BriefLock> lock(m_lock);
-    return noteLocked(question, argument, bytes, length);
 }
 
 bool Recording::hasSucceeded(Question question) noexcept {
@@ -153,10 +144,13 @@ void Recording::noteVariables() noexcept {
     }
 }
 
-bool Recording::isVariableNow(Question question, std::uint32_t status, const void* address,
-                              std::uint32_t count) noexcept {
+inline bool Recording::isVariableNow(Question question, std::uint32_t status, const void* address,
+                                     std::uint32_t count) noexcept {
+    if (ResultCode::isFailure(status) || address == nullptr) {
+        return false;
+    }
     const Tape::Slot* const slot = m_tape.slotOf(question, 0);
-    return slot != nullptr && address != nullptr && !ResultCode::isFailure(status) &&
+    return slot != nullptr &&
            m_tape.isNow(*slot, wordOf(Shape::Value), address, count * sizeof(Tape::Word));
 }
 

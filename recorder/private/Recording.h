@@ -26,10 +26,26 @@ struct RequestUnderWay {
     std::uint32_t askedByOuter;
     std::uint32_t changesExpected; ///< the recording's, if nobody else changes anything
     std::uint16_t doubt;
-
-    static QOR_OF_THREAD RequestUnderWay* ofThread;
-    static QOR_OF_THREAD std::uint32_t asked; ///< questions of the request, as bits
 };
+
+/// What a thread is at.
+struct ThreadState {
+    RequestUnderWay* request; ///< null: none
+    std::uint32_t asked;      ///< questions of the request, as bits
+};
+
+inline QOR_OF_THREAD ThreadState ofThread{};
+
+/// Marks a question as asked.
+/// @param bit of the question.
+inline void markAsked(std::uint32_t bit) {
+    ThreadState* thread = &ofThread;
+#ifdef __arm__
+    // Or the compiler finds the place once to read and once more to write.
+    __asm__("" : "+r"(thread));
+#endif
+    thread->asked |= bit;
+}
 
 /// What a recorder's decorators write to: a tape, its lock, and the trigger.
 class Recording {
@@ -44,7 +60,7 @@ public:
 
     /// Whether a request of this recording is under way on this thread.
     bool isAsking() const {
-        return RequestUnderWay::ofThread != nullptr && RequestUnderWay::ofThread->recording == this;
+        return ofThread.request != nullptr && ofThread.request->recording == this;
     }
 
     /// Notes an answer. Call with the lock held, and within a request or a start.
@@ -52,9 +68,17 @@ public:
     bool noteLocked(Question question, std::int32_t argument, const void* bytes,
                     std::size_t length) noexcept;
 
-    /// Likewise, with the lock taken.
-    bool note(Question question, std::int32_t argument, const void* bytes,
-              std::size_t length) noexcept;
+    /// Likewise an answer of words, with the lock taken.
+    template <std::size_t count>
+    void note(Question question, std::int32_t argument, const Tape::Word (&words)[count]) noexcept {
+        const std::lock_guard<BriefLock> lock(m_lock);
+        const Tape::Slot* const slot = m_tape.slotOf(question, argument);
+        if (slot == nullptr ||
+            m_tape.isNow(*slot, words[0], words + 1, (count - 1) * sizeof(Tape::Word))) {
+            return;
+        }
+        noteLocked(question, argument, words, sizeof words);
+    }
 
     /// Whether the last answer to a question for a table was no refusal.
     bool hasSucceeded(Question question) noexcept;
@@ -74,6 +98,13 @@ public:
         if (noteLocked(question, keyCount > 0 ? words[0] : 0, words.data() + keyCount,
                        (count - keyCount) * sizeof(Tape::Word))) {
             known.set(words);
+        }
+    }
+
+    void noteKnown(Question question, std::int32_t word, const KnownWord& known) noexcept {
+        const std::lock_guard<BriefLock> lock(m_lock);
+        if (noteLocked(question, 0, &word, sizeof word)) {
+            known.set(word);
         }
     }
 
@@ -101,6 +132,21 @@ public:
     void request(const Tape::Word* words, std::size_t count, std::uint16_t doubt,
                  const std::map<ModulationAndCoding, long>* powerMap) noexcept;
 
+    /// Likewise of a request without a power map.
+    template <class... Each>
+    __attribute__((always_inline)) void requestOf(std::uint16_t doubt, Each... words) noexcept {
+        m_lock.lock();
+        // A trigger sees every request.
+        if (__builtin_expect(!m_isArmed.load(std::memory_order_relaxed) &&
+                                 m_tape.isRepeated(doubt, words...),
+                             1)) {
+            m_lock.unlock();
+            return;
+        }
+        m_lock.unlock();
+        newRequestOf(doubt, words...);
+    }
+
     std::uint32_t changes() const { return m_changes.load(std::memory_order_relaxed); }
 
     /// Copies what write() has to write.
@@ -115,6 +161,12 @@ public:
     RadioChannel channel() const { return m_channel; }
 
 private:
+    template <class... Each>
+    __attribute__((noinline)) void newRequestOf(std::uint16_t doubt, Each... words) noexcept {
+        const Tape::Word all[] = {words...};
+        request(all, sizeof...(words), doubt, nullptr);
+    }
+
     void pullTrigger(const Tape::Word* words,
                      const std::map<ModulationAndCoding, long>* powerMap) noexcept;
     bool isVariableNow(Question question, std::uint32_t status, const void* address,
@@ -136,27 +188,27 @@ private:
     std::array<char, 64> m_sizeName{};
 };
 
-/// A request from its beginning to its end; without an end it has thrown.
+/// A request from its beginning to its end.
 class RequestScope {
 public:
-    RequestScope(Recording& recording, Call call)
-        : m_call(call)
-        , m_this{&recording, RequestUnderWay::ofThread, RequestUnderWay::asked, recording.changes(),
-                 0} {
-        RequestUnderWay::ofThread = &m_this;
-        RequestUnderWay::asked = 0;
-    }
-
-    ~RequestScope() {
-        if (!m_hasEnded) {
-            const Tape::Word words[] = {static_cast<Tape::Word>(m_call), 0, 0, 0};
-            leave();
-            m_this.recording->request(words, 4, Doubt::threw, nullptr);
-        }
+    explicit RequestScope(Recording& recording)
+        : m_this{&recording, ofThread.request, ofThread.asked, recording.changes(), 0} {
+        ofThread = {&m_this, 0};
     }
 
     RequestScope(const RequestScope&) = delete;
     RequestScope& operator=(const RequestScope&) = delete;
+
+    /// Hands a request through; one that throws ends here.
+    template <class Ask>
+    auto ask(Call call, const Ask& ask) {
+        try {
+            return ask();
+        } catch (...) {
+            threw(call);
+            throw;
+        }
+    }
 
     /// Whether a number is not one that 32 bits hold, with a sign or without.
     template <class Number>
@@ -166,35 +218,39 @@ public:
                static_cast<std::uint64_t>(number) + half >= 3 * half;
     }
 
-    /// A number as a word of the recording.
-    template <class Number>
-    Tape::Word word(Number number) {
-        if (isTooWide(number)) {
-            m_this.doubt |= Doubt::tooWide;
-        }
-        return static_cast<Tape::Word>(number);
-    }
-
     void doubt(std::uint16_t what) { m_this.doubt |= what; }
 
-    void end(const Tape::Word* words, std::size_t count,
-             const std::map<ModulationAndCoding, long>* powerMap = nullptr) {
-        leave();
-        if (m_this.recording->changes() != m_this.changesExpected) {
-            m_this.doubt |= Doubt::changedMeanwhile;
+    /// The end of a request without a power map: its call, its result and its other words.
+    template <class... Numbers>
+    __attribute__((always_inline)) void end(Call call, Numbers... numbers) {
+        if ((isTooWide(numbers) || ...)) {
+            doubt(Doubt::tooWide);
         }
-        m_this.recording->request(words, count, m_this.doubt, powerMap);
+        leave();
+        m_this.recording->requestOf(m_this.doubt, wordOf(call), wordOf(numbers)...);
+    }
+
+    /// The end of a request with a power map.
+    void end(const Tape::Word* words, std::size_t count,
+             const std::map<ModulationAndCoding, long>& powerMap) {
+        leave();
+        m_this.recording->request(words, count, m_this.doubt, &powerMap);
     }
 
 private:
     void leave() {
-        m_hasEnded = true;
-        RequestUnderWay::ofThread = m_this.outer;
-        RequestUnderWay::asked = m_this.askedByOuter;
+        ofThread = {m_this.outer, m_this.askedByOuter};
+        if (m_this.recording->changes() != m_this.changesExpected) {
+            doubt(Doubt::changedMeanwhile);
+        }
     }
 
-    Call m_call;
-    bool m_hasEnded = false;
+    __attribute__((noinline)) void threw(Call call) {
+        leave();
+        const Tape::Word words[] = {wordOf(call), 0, 0, 0};
+        m_this.recording->request(words, 4, Doubt::threw, nullptr);
+    }
+
     RequestUnderWay m_this;
 };
 

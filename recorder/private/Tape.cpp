@@ -144,16 +144,38 @@ bool Tape::answer(Slot& slot, const void* bytes, std::size_t length, bool isCoun
     return true;
 }
 
-void Tape::requestNew(const Word* words, std::size_t count, std::uint16_t doubt,
-                      std::uint32_t& recent) noexcept {
-    const std::uint32_t id = intern(words, count * sizeof(Word));
-    if (id == none) {
-        ++head().losses.requestsLost;
-        return;
+void Tape::push(const Step& step) noexcept {
+    Head& parts = head();
+    if (parts.stepCount == parts.stepCapacity) {
+        fold();
     }
-    recent = id;
+    std::uint32_t place = parts.firstStep + parts.stepCount;
+    if (place >= parts.stepCapacity) {
+        place -= parts.stepCapacity;
+    }
+    at<Step>(parts.stepsAt)[place] = step;
+    ++parts.stepCount;
+}
+
+void Tape::pushRequest(std::uint32_t id, std::uint16_t doubt) noexcept {
     ++value(id).users;
     push({Step::request, doubt, id});
+}
+
+void Tape::request(const Word* words, std::size_t count, std::uint16_t doubt) noexcept {
+    std::uint32_t& recent = this->recent(words[0], words[3]);
+    if (!holds(recent, words, count * sizeof(Word))) {
+        const std::uint32_t id = intern(words, count * sizeof(Word));
+        if (id == none) {
+            ++head().losses.requestsLost;
+            return;
+        }
+        recent = id;
+    }
+    // One that threw is not counted among those that are left behind.
+    const bool isQuery =
+        static_cast<Call>(words[0]) >= Call::CalculatePowerCapabilities && doubt != Doubt::threw;
+    repeat(recent, doubt, isQuery);
 }
 
 void Tape::start(bool isRefused) noexcept {

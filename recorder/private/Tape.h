@@ -1,10 +1,13 @@
 #pragma once
 
+#include "ModulationAndCoding.h"
+
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <type_traits>
 
 /// What a neighbour, the store or the board was asked. Some questions have an argument.
 enum class Question : std::uint8_t {
@@ -169,6 +172,11 @@ public:
     /// Notes a request.
     void request(const Word* words, std::size_t count, std::uint16_t doubt) noexcept;
 
+    /// Likewise, if the same one was among the last; the words stay in registers.
+    /// @return false: nothing is noted.
+    template <class... Each>
+    bool isRepeated(std::uint16_t doubt, Word call, Each... others) noexcept;
+
     /// Notes that the service has fetched its tables.
     void start(bool isRefused) noexcept;
 
@@ -231,8 +239,9 @@ private:
     std::uint32_t takeRoom(std::size_t length) noexcept;
     void compact() noexcept;
     Slot* findSlot(Question question, std::int32_t argument) noexcept;
-    void requestNew(const Word* words, std::size_t count, std::uint16_t doubt,
-                    std::uint32_t& recent) noexcept;
+    std::uint32_t& recent(Word call, Word argument) const;
+    void pushRequest(std::uint32_t id, std::uint16_t doubt) noexcept;
+    void repeat(std::uint32_t id, std::uint16_t doubt, bool isQuery) noexcept;
     void release(std::uint32_t id) noexcept;
     void end(std::uint32_t id) noexcept;
     void foldInput(Call call, const Word* words) noexcept;
@@ -261,8 +270,10 @@ inline bool Tape::isNow(const Slot& slot, Word first, const void* rest, std::siz
     const Value& known = value(slot.now);
     const auto* const words = at<const Word>(head().poolAt + known.place);
     // Value 0, of no answer, has no bytes.
-    return known.length == sizeof(Word) + length && words[0] == first &&
-           (length == 0 || std::memcmp(words + 1, rest, length) == 0);
+    if (known.length != sizeof(Word) + length || words[0] != first) {
+        return false;
+    }
+    return length == 0 || std::memcmp(words + 1, rest, length) == 0;
 }
 
 template <class Element, class ToWord>
@@ -273,6 +284,10 @@ bool Tape::isListNow(const Slot& slot, const Element* elements, std::size_t coun
     if (known.length != (count + 1) * sizeof(Word) || words[0] != wordOf(Shape::Value)) {
         return false;
     }
+    if constexpr (std::is_same_v<Element, ModulationAndCoding>) {
+        // A code is one word, and lists of codes are long.
+        return count == 0 || std::memcmp(words + 1, elements, count * sizeof(Word)) == 0;
+    }
     Word difference = 0;
     for (std::size_t index = 0; index < count; ++index) {
         difference |= words[index + 1] ^ toWord(elements[index]);
@@ -280,29 +295,40 @@ bool Tape::isListNow(const Slot& slot, const Element* elements, std::size_t coun
     return difference == 0;
 }
 
-inline void Tape::request(const Word* words, std::size_t count, std::uint16_t doubt) noexcept {
-    Head& parts = head();
-    const auto begin = static_cast<std::uint32_t>(words[0] * 5 ^ words[3] ^ (words[3] >> 5));
-    std::uint32_t& recent = parts.recent[begin & 15];
-    Value& known = value(recent);
-    if (known.users == 0 || known.length != count * sizeof(Word) ||
-        std::memcmp(pool() + known.place, words, known.length) != 0) {
-        requestNew(words, count, doubt, recent);
-        return;
-    }
-    ++known.users;
-    push({Step::request, doubt, recent});
+inline std::uint32_t& Tape::recent(Word call, Word argument) const {
+    return head().recent[static_cast<std::uint32_t>(call * 5 ^ argument ^ (argument >> 5)) & 15];
 }
 
-inline void Tape::push(const Step& step) noexcept {
+template <class... Each>
+inline __attribute__((always_inline)) bool Tape::isRepeated(std::uint16_t doubt, Word call,
+                                                            Each... others) noexcept {
+    constexpr std::size_t argument = 2; // of the others
+    std::size_t index = 0;
+    Word first = 0;
+    ((first = index++ == argument ? others : first), ...);
+    const std::uint32_t id = recent(call, first);
+    const Value& known = value(id);
+    const auto* words = at<const Word>(head().poolAt + known.place);
+    if (known.users == 0 || known.length != (1 + sizeof...(others)) * sizeof(Word) ||
+        *words != call || !((*++words == others) && ...)) {
+        return false;
+    }
+    repeat(id, doubt, static_cast<Call>(call) >= Call::CalculatePowerCapabilities);
+    return true;
+}
+
+inline __attribute__((always_inline)) void Tape::repeat(std::uint32_t id, std::uint16_t doubt,
+                                                        bool isQuery) noexcept {
     Head& parts = head();
-    if (parts.stepCount == parts.stepCapacity) {
-        fold();
+    if (isQuery && parts.stepCount == parts.stepCapacity) {
+        const Step& oldest = at<const Step>(parts.stepsAt)[parts.firstStep];
+        if (oldest.value == id && oldest.slot == Step::request && oldest.doubt == doubt) {
+            // The oldest goes, changes no state, and comes again as the newest in its place.
+            const std::uint32_t next = parts.firstStep + 1;
+            parts.firstStep = next == parts.stepCapacity ? 0 : next;
+            ++parts.losses.stepsFolded;
+            return;
+        }
     }
-    std::uint32_t place = parts.firstStep + parts.stepCount;
-    if (place >= parts.stepCapacity) {
-        place -= parts.stepCapacity;
-    }
-    at<Step>(parts.stepsAt)[place] = step;
-    ++parts.stepCount;
+    pushRequest(id, doubt);
 }
