@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test setup tsan coverage board packages abi reproducible fuzz fuzz-sample worst-file valgrind test-fleet bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
+.PHONY: help demo build test page page-test page-package setup tsan coverage board packages abi reproducible fuzz fuzz-sample worst-file valgrind test-fleet bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 MINUTES ?= 1
@@ -25,6 +25,18 @@ build: ## build libraries, tool and tests into build/release
 
 test: build ## build and run all tests
 	ctest --preset release
+
+page: ## build the page for a browser, build/page/qor-power.html, which holds library and analysis as WebAssembly
+	scripts/setup page
+	scripts/page
+
+page-test: build page ## test the page: its engine byte for byte against the tool, and all of it in two browsers
+	scripts/setup page-test
+	scripts/page-test
+
+page-package: page ## build and check the Debian package of the page
+	scripts/setup packages
+	scripts/page-package
 
 setup: ## install what is missing from Debian's packages, for the tests or another PURPOSE=
 	scripts/setup $(PURPOSE)

@@ -1,5 +1,6 @@
 #include "DocumentEdit.h"
 
+#include "DocumentText.h"
 #include "JsonPointer.h"
 #include "JsonReader.h"
 #include "Node.h"
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <string_view>
 
 namespace {
 
@@ -105,6 +105,10 @@ void DocumentEdit::failAt(const json& parent, std::size_t depth) const {
         }
     }
     throw RadioFileError(m_path, "the radio file does not have this place", remedy);
+}
+
+std::string DocumentEdit::madeIn(std::string_view text) const {
+    return DocumentText::withValue(text, m_path, value().dump());
 }
 
 void DocumentEdit::applyTo(json& document) const {

@@ -3,6 +3,7 @@
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// A change of a document before it is read as a radio file: the value at a JSON Pointer.
@@ -18,6 +19,9 @@ public:
     /// it has, and for a broken JSON value. A new key of an object is a place; which keys are known
     /// says the reader. A stored variable can be added only where a service reads it.
     void applyTo(nlohmann::json& document) const;
+
+    /// Likewise in the text, which stays otherwise as it is: see DocumentText.
+    std::string madeIn(std::string_view text) const;
 
 private:
     nlohmann::json value() const;

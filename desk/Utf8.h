@@ -43,7 +43,8 @@ void forEachCharacter(std::string_view text, Visit visit) {
         for (const char* at = begin; at != good;) {
             const char* const start = at;
             const std::uint32_t code = utf8::unchecked::next(at);
-            visit(std::optional(code), std::string_view(start, at));
+            visit(std::optional(code),
+                  std::string_view(start, static_cast<std::size_t>(at - start)));
         }
         text.remove_prefix(static_cast<std::size_t>(good - begin));
         if (!text.empty()) {

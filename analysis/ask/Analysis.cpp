@@ -2,6 +2,7 @@
 
 #include "Arguments.h"
 #include "ExplanationForms.h"
+#include "InputOverview.h"
 #include "ModulationChoice.h"
 #include "OneLine.h"
 #include "PowerDiff.h"
@@ -132,6 +133,10 @@ void answerPicture(const Question& question, const RadioCase& radio, Reply& repl
     reply.outcome = drawn.outcome;
 }
 
+void answerInputs(const Question&, const RadioCase& radio, Reply& reply) {
+    reply.text = inputOverviewJson(radio);
+}
+
 void answerCheck(const Question& question, std::string_view radioFile, Reply& reply) {
     const CheckedFile file{question.radioName, RadioFileCheck::run(radioFile)};
     reply.text = question.form == Form::Json ? jsonForm({file}) : textForm(file, question.look);
@@ -147,6 +152,7 @@ void answerRadio(const Question& question, std::string_view radioFile, Reply& re
         {Topic::Table, answerTable},   {Topic::Explanation, answerExplanation},
         {Topic::WhyNot, answerWhyNot}, {Topic::Sweep, answerSweep},
         {Topic::Diff, answerDiff},     {Topic::Picture, answerPicture},
+        {Topic::Inputs, answerInputs},
     };
     answers.at(question.topic)(question, radioCase(question, question.radioName, radioFile), reply);
 }
@@ -165,6 +171,8 @@ std::vector<Question::Form> Question::formsOf(Topic topic) {
         return {Form::Text, Form::Json};
     case Topic::Picture:
         return {Form::Text, Form::Svg};
+    case Topic::Inputs:
+        return {Form::Json};
     }
     return {};
 }

@@ -17,7 +17,8 @@ struct Question {
         Sweep,       ///< and over other values of an input?
         Diff,        ///< what tells the powers of two radios apart?
         Check,       ///< what is wrong in the radio file, or likely not meant?
-        Picture      ///< how do the powers look?
+        Picture,     ///< how do the powers look?
+        Inputs       ///< what can be set, to which values? See InputOverview.
     };
 
     /// Not every topic has every form: see formsOf().

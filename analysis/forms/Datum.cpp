@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 
 #include <cstddef>
-#include <ranges>
 #include <utility>
 
 namespace {
@@ -31,34 +30,33 @@ public:
             nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
     }
     void operator()(const Datum::List& list) {
-        writeAll('[', ']', list, [this](const Datum& value) { std::visit(*this, value.held()); });
+        writeAll('[', ']', list.size(),
+                 [this, &list](std::size_t index) { std::visit(*this, list[index].held()); });
     }
     void operator()(const std::shared_ptr<const Datum::Made>& made) {
-        writeAll('[', ']', std::views::iota(std::size_t{0}, made->count),
+        writeAll('[', ']', made->count,
                  [this, &made](std::size_t index) { std::visit(*this, made->at(index).held()); });
     }
     void operator()(const Datum::Object& members) {
-        writeAll('{', '}', members, [this](const auto& member) {
-            (*this)(member.first);
+        writeAll('{', '}', members.size(), [this, &members](std::size_t index) {
+            (*this)(members[index].first);
             m_text += m_indentation < 0 ? ":" : ": ";
-            std::visit(*this, member.second.held());
+            std::visit(*this, members[index].second.held());
         });
     }
 
 private:
-    template <class Elements, class Write>
-    void writeAll(char begin, char end, const Elements& elements, Write write) {
+    template <class Write>
+    void writeAll(char begin, char end, std::size_t count, Write write) {
         m_text += begin;
         ++m_level;
-        bool isFirst = true;
-        for (const auto& element : elements) {
-            m_text += isFirst ? "" : ",";
-            isFirst = false;
+        for (std::size_t index = 0; index < count; ++index) {
+            m_text += index == 0 ? "" : ",";
             beginLine();
-            write(element);
+            write(index);
         }
         --m_level;
-        if (!isFirst) {
+        if (count > 0) {
             beginLine();
         }
         m_text += end;

@@ -1,11 +1,14 @@
 #include "PlotCanvas.h"
 
+#include "Datum.h"
 #include "TextColumns.h"
 
+#include <algorithm>
 #include <array>
 #include <iterator>
 #include <sstream>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -120,6 +123,26 @@ RuleStyle styleOf(Rule rule) {
         }
     }
     return {gray, Pattern::Plain};
+}
+
+std::string ruleLegendJson() {
+    Datum::List rules;
+    for (const Rule rule : allRules()) {
+        const auto* const entry =
+            std::find_if(entries.begin(), entries.end(),
+                         [rule](const Entry& each) { return each.rule == rule; });
+        const bool isDrawn = entry != entries.end();
+        const Tile tileOfRule =
+            isDrawn ? tiles[static_cast<std::size_t>(entry->style.pattern)] : Tile{""};
+        rules.emplace_back(Datum::Object{
+            {"rule", codeOf(rule)},
+            {"words", wordsFor(rule)},
+            {"color", isDrawn ? Datum(entry->style.color) : Datum()},
+            {"pattern", isDrawn ? Datum(tileOfRule.path) : Datum()},
+            {"width", isDrawn ? Datum(tileOfRule.strokeWidth) : Datum()},
+        });
+    }
+    return jsonDocument(Datum::Object{{"rules", std::move(rules)}});
 }
 
 void PlotCanvas::definePatterns(const std::vector<Rule>& rules) {

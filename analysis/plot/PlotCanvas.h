@@ -30,6 +30,11 @@ struct RuleStyle {
 /// The style of a rule that limits a power; it is the same in all pictures.
 RuleStyle styleOf(Rule rule);
 
+/// Every rule as pictures show it, for faces that draw by themselves: a JSON object whose "rules"
+/// hold the code, the words, the colour, and the pattern as the data of a path in a tile of 8 by 8
+/// with its width. Rules that deny a power have neither colour nor pattern.
+std::string ruleLegendJson();
+
 /// The marks that pictures of powers are made of, on an SVG document.
 class PlotCanvas {
 public:

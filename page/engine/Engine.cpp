@@ -1,0 +1,330 @@
+#include "Engine.h"
+
+#include "Analysis.h"
+#include "Datum.h"
+#include "InputAxis.h"
+#include "InputEdits.h"
+#include "JsonReader.h"
+#include "LoggedPowers.h"
+#include "OneLine.h"
+#include "PlotCanvas.h"
+#include "RadioFileReader.h"
+#include "Replay.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <map>
+#include <new>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <utility>
+
+namespace {
+
+using nlohmann::json;
+
+struct TopicName {
+    const char* name;
+    Question::Topic topic;
+};
+
+constexpr TopicName topics[] = {
+    {"table", Question::Topic::Table},    {"explain", Question::Topic::Explanation},
+    {"why-not", Question::Topic::WhyNot}, {"sweep", Question::Topic::Sweep},
+    {"diff", Question::Topic::Diff},      {"check", Question::Topic::Check},
+    {"plot", Question::Topic::Picture},   {"inputs", Question::Topic::Inputs},
+};
+
+struct FormName {
+    const char* name;
+    Question::Form form;
+};
+
+constexpr FormName forms[] = {{"text", Question::Form::Text},
+                              {"csv", Question::Form::Csv},
+                              {"json", Question::Form::Json},
+                              {"svg", Question::Form::Svg}};
+
+/// The inputs that a question takes, each as the tool's option is called.
+const std::map<std::string, std::optional<std::string> AskedInputs::*> askedInputs{
+    {"frame-format", &AskedInputs::frameFormat},
+    {"request", &AskedInputs::request},
+    {"cutback", &AskedInputs::cutback},
+    {"temporary-cutback", &AskedInputs::temporaryCutback},
+    {"booster", &AskedInputs::booster},
+    {"rsec", &AskedInputs::rsec},
+    {"min", &AskedInputs::min},
+    {"max", &AskedInputs::max},
+};
+
+/// The option for all others.
+constexpr const char* settingName = "set";
+
+std::vector<std::string> pathOf(const std::string& pointer) {
+    std::vector<std::string> path;
+    for (json::json_pointer rest(pointer); !rest.empty(); rest.pop_back()) {
+        path.push_back(rest.back());
+    }
+    std::ranges::reverse(path);
+    return path;
+}
+
+/// A text as one word of a shell's command line.
+std::string shellWord(const std::string& text) {
+    const bool isPlain =
+        !text.empty() && text.front() != '-' &&
+        text.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789"
+                               "_-./,+:=@") == std::string::npos;
+    if (isPlain) {
+        return text;
+    }
+    std::string word;
+    for (const char byte : text) {
+        word += byte == '\'' ? "'\\''" : std::string(1, byte);
+    }
+    return "'" + word + "'";
+}
+
+/// Does something with each line; the last one needs no line end.
+void forEachLine(std::string_view text, const std::function<void(std::string line)>& work) {
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        std::string_view line = text.substr(0, end);
+        if (line.ends_with('\r')) {
+            line.remove_suffix(1);
+        }
+        work(std::string(line));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+}
+
+} // namespace
+
+/// The members of a request, read.
+class Engine::Request {
+public:
+    explicit Request(std::string_view text)
+        : m_json(json::parse(text)) {}
+
+    std::string text(const char* key) const { return m_json.value(key, std::string()); }
+    std::vector<std::string> texts(const char* key) const {
+        return m_json.value(key, std::vector<std::string>());
+    }
+    bool flag(const char* key) const { return m_json.value(key, false); }
+    int number(const char* key) const { return m_json.value(key, 0); }
+
+    /// The changes that are options of the tool.
+    AskedInputs asked() const {
+        AskedInputs inputs;
+        for (const json& change : changes()) {
+            const std::string name = nameOf(change);
+            const auto asked = askedInputs.find(name);
+            if (asked != askedInputs.end()) {
+                inputs.*asked->second = valueOf(change);
+            } else if (name == settingName) {
+                inputs.set.push_back(valueOf(change));
+            }
+        }
+        return inputs;
+    }
+
+    /// All of them: what is no option is a change of the radio file.
+    AskedInputs inputs(std::string_view radioFile) const {
+        AskedInputs inputs = asked();
+        const std::vector<std::string> others = settings(radioFile);
+        inputs.set.insert(inputs.set.end(), others.begin(), others.end());
+        return inputs;
+    }
+
+    /// What gives the same answer in a terminal.
+    std::string commandLine(std::string_view radioFile) const {
+        std::string line = "qor-power " + text("command") + ' ' + shellWord(text("name"));
+        const auto add = [&line](const std::string& option, const std::string& value) {
+            line += " --" + option + ' ' + shellWord(value);
+        };
+        for (const json& change : changes()) {
+            if (isOption(nameOf(change))) {
+                add(nameOf(change), valueOf(change));
+            }
+        }
+        for (const std::string& setting : settings(radioFile)) {
+            add(settingName, setting);
+        }
+        return line;
+    }
+
+private:
+    json changes() const { return m_json.value("changes", json::array()); }
+    static std::string nameOf(const json& change) { return change.at("input"); }
+    static std::string valueOf(const json& change) { return change.at("value"); }
+    static bool isOption(const std::string& name) {
+        return name == settingName || askedInputs.contains(name);
+    }
+
+    /// Of the inputs that are no options.
+    std::vector<std::string> settings(std::string_view radioFile) const {
+        std::vector<std::string> settings;
+        std::optional<RadioCase> radio;
+        for (const json& change : changes()) {
+            if (isOption(nameOf(change))) {
+                continue;
+            }
+            if (!radio) {
+                radio = asked().radio(radioFile, "");
+            }
+            const InputAxis& axis = InputAxis::named("input", nameOf(change));
+            for (const Inputs::Value& value : axis.valuesOf("", valueOf(change))) {
+                if (const auto setting = InputEdits::settingOf(*radio, value)) {
+                    settings.push_back(*setting);
+                }
+            }
+        }
+        return settings;
+    }
+
+    json m_json;
+};
+
+namespace {
+
+using Answer = Engine::Answer;
+
+Answer replay(int traceLevel, std::string_view radioFile) {
+    Answer answer;
+    const bool started =
+        Replay(traceLevel)
+            .play(RadioFileReader::read(radioFile),
+                  [&answer](const std::string& line) { answer.text += line + '\n'; });
+    answer.outcome = started ? Outcome::Done : Outcome::ServiceDidNotStart;
+    return answer;
+}
+
+Answer places(const std::vector<std::string>& pointers, std::string_view radioFile) {
+    const DocumentPlaces document = JsonReader::placesIn(radioFile);
+    Datum::List list;
+    for (const std::string& pointer : pointers) {
+        const TextPlace place = document.find(pathOf(pointer));
+        list.emplace_back(
+            Datum::Object{{"pointer", pointer}, {"line", place.line}, {"column", place.column}});
+    }
+    return {Outcome::Done, jsonLine(Datum::Object{{"places", std::move(list)}}), {}};
+}
+
+} // namespace
+
+Engine::Engine() = default;
+Engine::~Engine() = default;
+
+Engine::Answer Engine::fleetRadio(const Request& request, std::string_view radioFile) {
+    if (request.flag("first")) {
+        m_rules = {};
+    }
+    BatchResult result;
+    try {
+        result.setPowers(request.inputs(radioFile).radio(radioFile, "").explain());
+    } catch (const RadioFileError& error) {
+        result.fail(
+            BatchResult::Trouble::BadRadioFile,
+            oneLine(error.problem() + (error.remedy().empty() ? "" : "; " + error.remedy())),
+            error.place());
+    } catch (const AnalysisError& error) {
+        result.fail(BatchResult::Trouble::NotStarted, oneLine(error.what()));
+    }
+    if (result.powers && !result.isBad()) {
+        m_rules.add(*result.powers);
+    }
+    return {Outcome::Done, BatchForm({}).linesOf(result), {}};
+}
+
+Engine::Answer Engine::fleetRules() const {
+    Datum::List rules;
+    for (const RuleCounts::Count& count : m_rules.sortedBy(&RuleCounts::Count::nodes)) {
+        rules.emplace_back(Datum::Object{
+            {"rule", codeOf(count.rule)}, {"nodes", count.nodes}, {"codes", count.codes}});
+    }
+    return {Outcome::Done, jsonLine(Datum::Object{{"rules", std::move(rules)}}), {}};
+}
+
+Engine::Answer Engine::log(const Request& request, std::string_view lines) {
+    if (m_log == nullptr || request.flag("first")) {
+        LoggedQueries::Choice choice;
+        choice.inputs = request.asked().query().inputs;
+        m_log = std::make_unique<LoggedQueries>(
+            choice, [this](const LoggedPowers& powers) { m_explained += jsonLine(powers); });
+    }
+    Answer answer;
+    try {
+        forEachLine(lines, [this](const std::string& line) { m_log->read(line); });
+        if (request.flag("last")) {
+            m_log->end();
+        }
+    } catch (const TraceLogError& error) {
+        answer = {Outcome::OtherTrouble, {}, {error.what()}};
+    }
+    answer.text = std::exchange(m_explained, {});
+    if (request.flag("last")) {
+        m_log.reset();
+    }
+    return answer;
+}
+
+Engine::Answer Engine::ask(std::string_view requestText, std::string_view text) {
+    try {
+        const Request request(requestText);
+        const std::string asked = request.text("ask");
+        if (asked == "legend") {
+            return {Outcome::Done, ruleLegendJson(), {}};
+        }
+        if (asked == "fleet-radio") {
+            return fleetRadio(request, text);
+        }
+        if (asked == "fleet-rules") {
+            return fleetRules();
+        }
+        if (asked == "log") {
+            return log(request, text);
+        }
+        if (asked == "places") {
+            return places(request.texts("pointers"), text);
+        }
+        if (asked == "change") {
+            return {Outcome::Done, InputEdits::withInputs(text, request.inputs(text)), {}};
+        }
+        if (asked == "command") {
+            return {Outcome::Done, request.commandLine(text), {}};
+        }
+        if (asked == "replay") {
+            return replay(request.number("trace"), text);
+        }
+        const auto* const topic = std::ranges::find(topics, asked, &TopicName::name);
+        const auto* const form = std::ranges::find(forms, request.text("form"), &FormName::name);
+        if (topic == std::end(topics)) {
+            throw QuestionError("ask " + inQuotes(asked) + ": is no question");
+        }
+        Question question;
+        question.topic = topic->topic;
+        question.form = form == std::end(forms) ? Question::Form::Json : form->form;
+        question.radioName = request.text("name");
+        if (question.topic != Question::Topic::Check) {
+            question.inputs = request.inputs(text);
+        }
+        question.modulations = request.texts("modulations");
+        question.power = request.text("power");
+        question.over = request.texts("over");
+        question.otherRadio = request.text("other");
+        question.otherName = request.text("otherName");
+        Reply reply = answerTo(question, text);
+        return {reply.outcome, std::move(reply.text), std::move(reply.messages)};
+    } catch (const AnalysisError& error) {
+        return {error.outcome(), {}, {error.what()}};
+    } catch (const RadioFileError& error) {
+        return {Outcome::BadRadioFile, {}, {oneLine(error.what())}};
+    } catch (const std::bad_alloc&) {
+        throw; // the page starts another engine
+    } catch (const std::exception& error) {
+        return {Outcome::OtherTrouble, {}, {oneLine(error.what())}};
+    }
+}

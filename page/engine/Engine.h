@@ -1,0 +1,61 @@
+#pragma once
+
+#include "AnalysisError.h"
+#include "BatchResult.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class LoggedQueries;
+
+/// What the page asks, answered. Requests come as JSON, answers go back as the texts of analysis/:
+/// no figure and no word of an answer is made here.
+///
+/// A request is an object with "ask", which names what is wanted:
+///
+/// | ask | text | answer |
+/// |---|---|---|
+/// | table, explain, why-not, sweep, diff, check, plot, inputs | radio file | of answerTo() |
+/// | replay | radio file | the lines of a replay, up to the "trace" level |
+/// | change | radio file | the file's text with the changes in it |
+/// | places | radio file | line and column of each of the "pointers" |
+/// | fleet-radio | radio file | a line as of a batch, see BatchForm |
+/// | fleet-rules | - | how many nodes each rule limits since the "first" of a fleet |
+/// | log | lines of a log | a line for each query, see jsonLine(); "last" ends the log |
+/// | command | radio file | the command line that gives the answer of "command" |
+/// | legend | - | colours, patterns and words of rules |
+///
+/// A question has the members of Question: "form", "name", "modulations", "power", "over", "other",
+/// "otherName". Its inputs, and those of a fleet, are "changes": objects with an "input" and a
+/// "value". An input is one of AskedInputs, called as the tool's option is ("cutback", "request",
+/// "set" ...), or one of InputAxis, which is set in the radio file. A log has of these what is in
+/// force beside its calls.
+class Engine {
+public:
+    struct Answer {
+        Outcome outcome = Outcome::Done;
+        std::string text;
+        std::vector<std::string> messages;
+    };
+
+    Engine();
+    ~Engine();
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+
+    /// Every trouble is an outcome with a message.
+    Answer ask(std::string_view request, std::string_view text);
+
+private:
+    class Request;
+
+    Answer fleetRadio(const Request& request, std::string_view radioFile);
+    Answer fleetRules() const;
+    Answer log(const Request& request, std::string_view lines);
+
+    RuleCounts m_rules;
+    std::unique_ptr<LoggedQueries> m_log;
+    std::string m_explained; ///< of the log, not handed out yet
+};

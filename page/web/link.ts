@@ -1,0 +1,57 @@
+// The state of the view in the URL's fragment, so that a link opens it again.
+
+import type { Change } from "./engine";
+
+export interface Radio {
+  name: string;
+  text: string;
+}
+
+export interface View {
+  radio: Radio;
+  other: Radio | null;
+  changes: Change[];
+  code: string | null;
+  tab: string;
+  over: string;
+  wanted: string;
+}
+
+async function through(bytes: Uint8Array, stream: GenericTransformStream): Promise<Uint8Array> {
+  const answer = new Response(new Blob([bytes]).stream().pipeThrough(stream as ReadableWritablePair));
+  return new Uint8Array(await answer.arrayBuffer());
+}
+
+/** The bytes that base64 stands for. */
+export function fromBase64(text: string): Uint8Array {
+  return Uint8Array.from(atob(text), (character) => character.charCodeAt(0));
+}
+
+export function unpacked(bytes: Uint8Array): Promise<Uint8Array> {
+  return through(bytes, new DecompressionStream("gzip"));
+}
+
+// Lone surrogates have no UTF-8; JSON escapes them.
+export async function fragmentOf(view: View): Promise<string> {
+  const bytes = new TextEncoder().encode(JSON.stringify(view));
+  const packed = await through(bytes, new CompressionStream("gzip"));
+  let characters = "";
+  for (const byte of packed) {
+    characters += String.fromCharCode(byte);
+  }
+  return `#v1.${btoa(characters).replaceAll("+", "-").replaceAll("/", "_").replaceAll("=", "")}`;
+}
+
+/** Nothing if the fragment is none of this page. */
+export async function viewIn(fragment: string): Promise<View | null> {
+  if (!fragment.startsWith("#v1.")) {
+    return null;
+  }
+  try {
+    const base64 = fragment.slice(4).replaceAll("-", "+").replaceAll("_", "/");
+    const view = JSON.parse(new TextDecoder().decode(await unpacked(fromBase64(base64)))) as View;
+    return typeof view.radio?.text === "string" && Array.isArray(view.changes) ? view : null;
+  } catch {
+    return null;
+  }
+}

@@ -1,0 +1,195 @@
+// Many radios, or a log with many queries: a list to search, and what each one says.
+
+import { Fragment, h } from "preact";
+import { useMemo, useState } from "preact/hooks";
+import type { FleetLine, LoggedQuery } from "./answers";
+import { decibels } from "./format";
+import { RuleName, Waterfall } from "./panels";
+import type { Legend } from "./plot";
+import type { Radio } from "./link";
+
+export interface Fleet {
+  radios: Radio[];
+  lines: FleetLine[];
+  rules: { rule: string; nodes: number; codes: number }[];
+  isDone: boolean;
+}
+
+export interface Log {
+  name: string;
+  queries: LoggedQuery[];
+  messages: string[];
+  isDone: boolean;
+}
+
+const shownAtMost = 200;
+
+function rulesOf(line: FleetLine): string[] {
+  return [...new Set((line.rows ?? []).map((row) => row.rule ?? ""))].filter((rule) => rule !== "");
+}
+
+export function FleetView(props: { fleet: Fleet; legend: Legend; open(radio: Radio): void; cancel(): void }) {
+  const { fleet, legend } = props;
+  const [search, setSearch] = useState("");
+  const [rule, setRule] = useState("");
+  const words = search.toLowerCase();
+  const found = useMemo(
+    () =>
+      fleet.lines
+        .map((line, index) => ({ line, index, name: line.id ?? fleet.radios[index].name }))
+        .filter(
+          ({ line, name }) =>
+            (rule === "" || rulesOf(line).includes(rule)) &&
+            `${name} ${line.family ?? ""} ${line.productNumber ?? ""} ${line.error ?? ""}`.toLowerCase().includes(words),
+        ),
+    [fleet, words, rule],
+  );
+  return (
+    <section id="fleet">
+      <h2>
+        {fleet.lines.length} of {fleet.radios.length} radios
+        {!fleet.isDone && (
+          <>
+            {" "}
+            <progress max={fleet.radios.length} value={fleet.lines.length} aria-label="answered" />{" "}
+            <button onClick={props.cancel}>Cancel</button>
+          </>
+        )}
+      </h2>
+      <div class="columns">
+        <div>
+          <h3>Limited by</h3>
+          <table class="grid-table" id="fleet-rules">
+            <thead>
+              <tr>
+                <th scope="col">Rule</th>
+                <th scope="col" class="number">Radios</th>
+                <th scope="col" class="number">Codes</th>
+              </tr>
+            </thead>
+            <tbody>
+              {fleet.rules.map((count) => (
+                <tr class={count.rule === rule ? "chosen" : ""}>
+                  <th scope="row">
+                    <button class="link" aria-pressed={count.rule === rule}
+                      onClick={() => setRule(count.rule === rule ? "" : count.rule)}>
+                      <RuleName rule={count.rule} legend={legend} />
+                    </button>
+                  </th>
+                  <td class="number">{count.nodes}</td>
+                  <td class="number">{count.codes}</td>
+                </tr>
+              ))}
+            </tbody>
+          </table>
+        </div>
+        <div>
+          <div class="row">
+            <label for="fleet-search">Search</label>
+            <input id="fleet-search" type="search" value={search}
+              onInput={(event) => setSearch(event.currentTarget.value)} />
+            <span role="status">{found.length} found</span>
+          </div>
+          <div class="scroll">
+            <table class="grid-table" id="fleet-radios">
+              <thead>
+                <tr>
+                  <th scope="col">Radio</th>
+                  <th scope="col">Family</th>
+                  <th scope="col" class="number">Lowest</th>
+                  <th scope="col" class="number">Highest</th>
+                  <th scope="col">Limited by</th>
+                </tr>
+              </thead>
+              <tbody>
+                {found.slice(0, shownAtMost).map(({ line, index, name }) => {
+                  const powers = (line.rows ?? [])
+                    .map((row) => row.maxPowerCentiDbm)
+                    .filter((power): power is number => power !== null);
+                  return (
+                    <tr>
+                      <th scope="row">
+                        <button class="link" onClick={() => props.open({ ...fleet.radios[index], name })}>{name}</button>
+                      </th>
+                      <td>{line.error ? <span class="warning">{line.place} {line.error}</span> : line.family}</td>
+                      <td class="number">{powers.length > 0 ? decibels(Math.min(...powers)) : ""}</td>
+                      <td class="number">{powers.length > 0 ? decibels(Math.max(...powers)) : ""}</td>
+                      <td>
+                        {rulesOf(line).map((each) => (
+                          <RuleName rule={each} legend={legend} key={each} />
+                        ))}
+                      </td>
+                    </tr>
+                  );
+                })}
+              </tbody>
+            </table>
+          </div>
+          {found.length > shownAtMost && <p class="note">The first {shownAtMost} are shown; search for others.</p>}
+        </div>
+      </div>
+    </section>
+  );
+}
+
+export function LogView({ log, legend, cancel }: { log: Log; legend: Legend; cancel(): void }) {
+  const [chosen, choose] = useState(0);
+  const [modulation, setModulation] = useState(0);
+  const query = log.queries[chosen];
+  const explanation = query?.explanations[Math.min(modulation, query.explanations.length - 1)];
+  return (
+    <section id="log">
+      <h2>
+        {log.name}: {log.queries.length} queries{" "}
+        {!log.isDone && (
+          <>
+            <span role="status">reading …</span> <button onClick={cancel}>Cancel</button>
+          </>
+        )}
+      </h2>
+      {log.messages.map((message) => (
+        <p class="warning" role="alert">{message}</p>
+      ))}
+      <div class="columns">
+        <div class="scroll tall">
+          <table class="grid-table">
+            <thead>
+              <tr>
+                <th scope="col" class="number">Line</th>
+                <th scope="col">Query</th>
+                <th scope="col" class="number">Powers</th>
+              </tr>
+            </thead>
+            <tbody>
+              {log.queries.slice(0, 1000).map((each, index) => (
+                <tr class={index === chosen ? "chosen" : ""}>
+                  <td class="number">{each.line}</td>
+                  <th scope="row">
+                    <button class="link" aria-pressed={index === chosen} onClick={() => choose(index)}>
+                      {each.call ?? "query"}
+                    </button>
+                    {each.complete === false && <span class="warning"> incomplete</span>}
+                  </th>
+                  <td class="number">{each.explanations.length}</td>
+                </tr>
+              ))}
+            </tbody>
+          </table>
+        </div>
+        <div>
+          {query?.gaps?.map((gap) => <p class="warning">{gap}</p>)}
+          {query && (
+            <div class="row" role="group" aria-label="Modulation">
+              {query.explanations.map((each, index) => (
+                <button aria-pressed={each === explanation} onClick={() => setModulation(index)}>
+                  {each.modulation} <b>{decibels(each.maxPowerCentiDbm)}</b>
+                </button>
+              ))}
+            </div>
+          )}
+          {explanation && <Waterfall explanation={explanation} legend={legend} go={null} />}
+        </div>
+      </div>
+    </section>
+  );
+}

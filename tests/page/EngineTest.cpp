@@ -1,0 +1,270 @@
+#include "Engine.h"
+#include "Analysis.h"
+#include "InputAxis.h"
+#include "InputEdits.h"
+#include "PowerTableForms.h"
+#include "RadioFileReader.h"
+#include "Rule.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using nlohmann::json;
+
+std::string contentOf(const std::filesystem::path& path) {
+    std::ostringstream content;
+    content << std::ifstream(path).rdbuf();
+    return content.str();
+}
+
+std::string example(const std::string& name) {
+    return contentOf(std::filesystem::path(QOR_EXAMPLE_RADIOS) / name);
+}
+
+const std::string outdoor = "13ghz-etsi-outdoor1.json";
+const std::string withBooster = "18ghz-ansi-high-radio-unit-new-booster.json";
+
+json ask(const std::string& request, const std::string& text) {
+    const Engine::Answer answer = Engine().ask(request, text);
+    EXPECT_EQ(answer.outcome, Outcome::Done) << request;
+    return json::parse(answer.text);
+}
+
+std::string csvOf(const RadioCase& radio) {
+    return csvForm(radio.powers());
+}
+
+/// Values of every input that change something somewhere.
+const std::vector<std::pair<std::string, std::string>> changedInputs{
+    {"rsec", "6LB"},
+    {"market", "Ansi"},
+    {"dpd", "1"},
+    {"channel-spacing", "14"},
+    {"cutback", "3.25"},
+    {"temporary-cutback", "1.00"},
+    {"temporary-cutback", "none"},
+    {"booster", "2,16,15,256QAM"},
+    {"booster", "none"},
+    {"product", "QZT 846 003"},
+    {"min", "16QAM_STRONG"},
+    {"max", "256QAM"},
+};
+
+/// A request for the powers with one input changed.
+std::string tableWith(const std::string& ask, const std::int32_t frameFormat,
+                      const std::string& input, const std::string& value) {
+    return json{{"ask", ask},
+                {"form", "csv"},
+                {"changes",
+                 {{{"input", "frame-format"}, {"value", std::to_string(frameFormat)}},
+                  {{"input", input}, {"value", value}}}}}
+        .dump();
+}
+
+TEST(Engine, AnInputChangedInTheQuestionOrInTheTextIsTheRadioWithThatInput) {
+    for (const auto& entry : std::filesystem::directory_iterator(QOR_EXAMPLE_RADIOS)) {
+        const std::string text = contentOf(entry.path());
+        for (const std::int32_t frameFormat : {0, 2}) {
+            for (const auto& [input, wanted] : changedInputs) {
+                const InputAxis& axis = InputAxis::named("input", input);
+                const Inputs::Value value = axis.valuesOf("", wanted).front();
+                RadioCase radio{RadioFileReader::read(text), {}, ""};
+                radio.query.frameFormatId = frameFormat;
+                const std::string varied = csvOf(Inputs::varied(radio, value));
+                EXPECT_EQ(Engine().ask(tableWith("table", frameFormat, input, wanted), text).text,
+                          varied)
+                    << entry.path() << ", frame format " << frameFormat << ", " << input << ' '
+                    << wanted;
+                radio.file = RadioFileReader::read(
+                    Engine().ask(tableWith("change", frameFormat, input, wanted), text).text);
+                EXPECT_EQ(csvOf(radio), varied)
+                    << entry.path() << ", frame format " << frameFormat << ", " << input << ' '
+                    << wanted << ", in the text";
+            }
+        }
+    }
+}
+
+TEST(InputEdits, WhereNoRequestSetsACutbackOneIsAdded) {
+    AskedInputs inputs;
+    inputs.cutback = "1.5";
+    const std::string once = InputEdits::withInputs(R"({"channel": 1})", inputs);
+    EXPECT_EQ(once, R"({"requests": [{"call":"setPowerCutback","cutback":150}], "channel": 1})");
+    inputs = {};
+    inputs.temporaryCutback = "1";
+    EXPECT_EQ(InputEdits::withInputs(once, inputs),
+              R"({"requests": [{"call":"setPowerCutback","cutback":150}, )"
+              R"({"call":"setTemporaryPowerCutback","use":true,"cutback":100}], "channel": 1})");
+}
+
+TEST(InputEdits, AtARequestASettingNamesThePlaceThatCountsThere) {
+    const std::string text = R"({"channel": 1, "frameFormat": {"dpdVersion": 1}, "requests": [)"
+                             R"({"call": "patch", "file": {"frameFormat": {"dpdVersion": 2}}},)"
+                             R"({"call": "setPowerCutback", "cutback": 0}]})";
+    AskedInputs inputs;
+    EXPECT_EQ(InputEdits::settingOf(inputs.radio(text, ""), EDpdVersion(0)),
+              "/frameFormat/dpdVersion=0");
+    inputs.request = "1";
+    EXPECT_EQ(InputEdits::settingOf(inputs.radio(text, ""), EDpdVersion(0)),
+              "/requests/0/file/frameFormat/dpdVersion=0");
+}
+
+TEST(Engine, AQuestionHasTheAnswerOfTheAnalysis) {
+    const std::string text = example(outdoor);
+    Question question;
+    question.topic = Question::Topic::Explanation;
+    question.form = Question::Form::Json;
+    question.radioName = "radio.json";
+    question.inputs.cutback = "3";
+    const Engine::Answer answer = Engine().ask(
+        R"({"ask": "explain", "name": "radio.json", "changes": [{"input": "cutback", "value": "3"}]})",
+        text);
+    EXPECT_EQ(answer.text, answerTo(question, text).text);
+}
+
+TEST(Engine, ChangesAtAPlaceAndOfOtherInputsAreMadeInTheTextThatIsAsked) {
+    const std::string changes =
+        R"([{"input": "set", "value": "/capabilityHandler/pmaxDpd2Etsi/7/1=1500"},)"
+        R"( {"input": "channel-spacing", "value": "14"}])";
+    const std::string text = example(outdoor);
+    const Engine::Answer changed =
+        Engine().ask(R"({"ask": "change", "changes": )" + changes + "}", text);
+    EXPECT_NE(changed.text.find(R"(["1024QAM", 1500])"), std::string::npos);
+    EXPECT_EQ(
+        Engine().ask(R"({"ask": "table", "form": "csv", "changes": )" + changes + "}", text).text,
+        Engine().ask(R"({"ask": "table", "form": "csv"})", changed.text).text);
+}
+
+TEST(Engine, TheInputsOfARadioSayWhatIsInForceAndWhatMakesSense) {
+    const json inputs = ask(R"({"ask": "inputs"})", example(withBooster)).at("inputs");
+    std::vector<std::string> inForce;
+    for (const json& input : inputs) {
+        inForce.push_back(input.at("input").get<std::string>() + '=' +
+                          input.at("value").get<std::string>());
+        const json choice{{"value", input.at("value")}, {"label", input.at("label")}};
+        const json& values = input.at("values");
+        EXPECT_NE(std::find(values.begin(), values.end(), choice), values.end()) << input;
+    }
+    EXPECT_EQ(inForce, (std::vector<std::string>{
+                           "rsec=2", "market=Ansi", "dpd=2", "channel-spacing=30", "cutback=6.00",
+                           "temporary-cutback=none", "booster=2,16.00,15.00,256QAM",
+                           "product=QZT 860 18/HP", "min=4QAM_STRONG", "max=256QAM"}));
+}
+
+TEST(Engine, ACommandLineSetsInTheRadioFileWhatIsNoOption) {
+    EXPECT_EQ(Engine()
+                  .ask(R"({"ask": "command", "command": "table", "name": "it's 1.json", "changes": [)"
+                       R"({"input": "market", "value": "Ansi"}, {"input": "cutback", "value": "3"},)"
+                       R"({"input": "frame-format", "value": "2"}]})",
+                       example(outdoor))
+                  .text,
+              R"(qor-power table 'it'\''s 1.json' --cutback 3 --frame-format 2 )"
+              R"(--set '/hardwareConfigurationHandler/frameFormats/1/market="Ansi"')");
+}
+
+TEST(Engine, EveryAdviceIsAChangeThatGivesThePowerItSays) {
+    const std::string text = example(outdoor);
+    const json advice =
+        ask(R"({"ask": "why-not", "modulations": ["64QAM"], "power": "25"})", text);
+    ASSERT_FALSE(advice.at("changes").empty());
+    for (const json& each : advice.at("changes")) {
+        json changes = json::array();
+        const json& options = each.at("options");
+        for (std::size_t index = 0; index + 1 < options.size(); index += 2) {
+            changes.push_back({{"input", options[index].get<std::string>().substr(2)},
+                               {"value", options[index + 1]}});
+        }
+        const json request{{"ask", "table"}, {"changes", changes}};
+        const json table = ask(request.dump(), text);
+        const auto row = std::ranges::find_if(
+            table.at("rows"), [](const json& candidate) { return candidate.at("name") == "64QAM"; });
+        ASSERT_NE(row, table.at("rows").end());
+        EXPECT_EQ(row->at("maxPowerCentiDbm"), each.at("maxPowerCentiDbm")) << each;
+    }
+}
+
+TEST(Engine, AtARequestItsArgumentsCount) {
+    const std::string text = example(outdoor);
+    const json requests = ask(R"({"ask": "inputs"})", text).at("requests");
+    ASSERT_GT(requests.size(), 1U);
+    EXPECT_EQ(requests.at(0).at("value"), "none");
+    Question question;
+    question.form = Question::Form::Csv;
+    question.inputs.request = requests.back().at("value").get<std::string>();
+    const json request{{"ask", "table"},
+                       {"form", "csv"},
+                       {"changes", {{{"input", "request"}, {"value", *question.inputs.request}}}}};
+    EXPECT_EQ(Engine().ask(request.dump(), text).text, answerTo(question, text).text);
+}
+
+TEST(Engine, APlaceIsALineAndAColumn) {
+    EXPECT_EQ(
+        Engine()
+            .ask(R"({"ask": "places", "pointers": ["/a/1", "/none"]})", "{\n \"a\": [1, 2]}")
+            .text,
+        R"({"places":[{"pointer":"/a/1","line":2,"column":11},{"pointer":"/none","line":1,"column":1}]})"
+        "\n");
+}
+
+TEST(Engine, AFleetIsCountedUntilAnotherBegins) {
+    Engine sut;
+    const auto rules = [&sut] { return sut.ask(R"({"ask": "fleet-rules"})", "").text; };
+    static_cast<void>(sut.ask(R"({"ask": "fleet-radio", "first": true})", example(outdoor)));
+    const std::string once = rules();
+    EXPECT_EQ(json::parse(once).at("rules").at(0).at("nodes"), 1);
+    static_cast<void>(sut.ask(R"({"ask": "fleet-radio"})", example(outdoor)));
+    EXPECT_EQ(json::parse(rules()).at("rules").at(0).at("nodes"), 2);
+    static_cast<void>(sut.ask(R"({"ask": "fleet-radio", "first": true})", example(outdoor)));
+    EXPECT_EQ(rules(), once);
+    EXPECT_EQ(json::parse(sut.ask(R"({"ask": "fleet-radio"})", "{}").text).at("place"), "/channel");
+}
+
+TEST(Engine, ALogInPartsIsToldAsAWhole) {
+    const std::string log = Engine().ask(R"({"ask": "replay", "trace": 6})", example(outdoor)).text;
+    const std::string whole =
+        Engine().ask(R"({"ask": "log", "first": true, "last": true})", log).text;
+    EXPECT_NE(whole, "");
+    Engine sut;
+    const std::size_t half = log.find('\n', log.size() / 2) + 1;
+    const std::string first = sut.ask(R"({"ask": "log", "first": true})", log.substr(0, half)).text;
+    EXPECT_EQ(first + sut.ask(R"({"ask": "log", "last": true})", log.substr(half)).text, whole);
+}
+
+TEST(Engine, TroubleIsAnOutcomeWithAMessage) {
+    const auto outcomeOf = [](const std::string& request, const std::string& text) {
+        const Engine::Answer answer = Engine().ask(request, text);
+        EXPECT_EQ(answer.messages.size(), 1U) << request;
+        return answer.outcome;
+    };
+    EXPECT_EQ(outcomeOf("no request", ""), Outcome::OtherTrouble);
+    EXPECT_EQ(outcomeOf(R"({"ask": "whatever"})", ""), Outcome::OtherTrouble);
+    EXPECT_EQ(outcomeOf(R"({"ask": "table"})", "{}"), Outcome::BadRadioFile);
+    EXPECT_EQ(outcomeOf(R"({"ask": "replay"})", "{}"), Outcome::BadRadioFile);
+    EXPECT_EQ(outcomeOf(R"({"ask": "table", "changes": [{"input": "market", "value": "x"}]})",
+                        example(outdoor)),
+              Outcome::OtherTrouble);
+}
+
+TEST(RuleLegend, RulesThatLimitHaveAColourAndAPatternAndOthersNeither) {
+    const json rules = ask(R"({"ask": "legend"})", "").at("rules");
+    ASSERT_EQ(rules.size(), allRules().size());
+    EXPECT_EQ(rules.at(0), (json{{"rule", "pmax-row"},
+                                 {"words", "Pmax of the modulation"},
+                                 {"color", "#c77700"},
+                                 {"pattern", "M2 2 h0.01 M6 6 h0.01"},
+                                 {"width", "2.2"}}));
+    EXPECT_TRUE(rules.back().at("color").is_null());
+}
+
+} // namespace
