@@ -106,8 +106,8 @@ std::string DocumentText::withValue(std::string_view text, const std::vector<std
                 const bool isOnly = child == &parent->children.front();
                 const auto* const before = isOnly ? child : child - 1;
                 return replaced(
-                    text,
-                    isOnly ? first : scanner.behindValue(begin(*before, !parent->isList)), end, "");
+                    text, isOnly ? first : scanner.behindValue(begin(*before, !parent->isList)),
+                    end, "");
             }
             at = begin(*child, !parent->isList);
             parent = child;

@@ -91,8 +91,8 @@ Datum requestsOf(const RadioFile& file) {
         PowerTableQuery query;
         static_cast<void>(query.askAt(index, file.requests[index], {}));
         const std::string number = std::to_string(index);
-        requests.emplace_back(Datum::Object{
-            {"value", number}, {"label", number + ": " + query.request->words}});
+        requests.emplace_back(
+            Datum::Object{{"value", number}, {"label", number + ": " + query.request->words}});
     }
     return requests;
 }

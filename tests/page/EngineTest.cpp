@@ -163,20 +163,20 @@ TEST(Engine, TheInputsOfARadioSayWhatIsInForceAndWhatMakesSense) {
 }
 
 TEST(Engine, ACommandLineSetsInTheRadioFileWhatIsNoOption) {
-    EXPECT_EQ(Engine()
-                  .ask(R"({"ask": "command", "command": "table", "name": "it's 1.json", "changes": [)"
-                       R"({"input": "market", "value": "Ansi"}, {"input": "cutback", "value": "3"},)"
-                       R"({"input": "frame-format", "value": "2"}]})",
-                       example(outdoor))
-                  .text,
-              R"(qor-power table 'it'\''s 1.json' --cutback 3 --frame-format 2 )"
-              R"(--set '/hardwareConfigurationHandler/frameFormats/1/market="Ansi"')");
+    EXPECT_EQ(
+        Engine()
+            .ask(R"({"ask": "command", "command": "table", "name": "it's 1.json", "changes": [)"
+                 R"({"input": "market", "value": "Ansi"}, {"input": "cutback", "value": "3"},)"
+                 R"({"input": "frame-format", "value": "2"}]})",
+                 example(outdoor))
+            .text,
+        R"(qor-power table 'it'\''s 1.json' --cutback 3 --frame-format 2 )"
+        R"(--set '/hardwareConfigurationHandler/frameFormats/1/market="Ansi"')");
 }
 
 TEST(Engine, EveryAdviceIsAChangeThatGivesThePowerItSays) {
     const std::string text = example(outdoor);
-    const json advice =
-        ask(R"({"ask": "why-not", "modulations": ["64QAM"], "power": "25"})", text);
+    const json advice = ask(R"({"ask": "why-not", "modulations": ["64QAM"], "power": "25"})", text);
     ASSERT_FALSE(advice.at("changes").empty());
     for (const json& each : advice.at("changes")) {
         json changes = json::array();
@@ -187,8 +187,9 @@ TEST(Engine, EveryAdviceIsAChangeThatGivesThePowerItSays) {
         }
         const json request{{"ask", "table"}, {"changes", changes}};
         const json table = ask(request.dump(), text);
-        const auto row = std::ranges::find_if(
-            table.at("rows"), [](const json& candidate) { return candidate.at("name") == "64QAM"; });
+        const auto row = std::ranges::find_if(table.at("rows"), [](const json& candidate) {
+            return candidate.at("name") == "64QAM";
+        });
         ASSERT_NE(row, table.at("rows").end());
         EXPECT_EQ(row->at("maxPowerCentiDbm"), each.at("maxPowerCentiDbm")) << each;
     }

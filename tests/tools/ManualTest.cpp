@@ -74,7 +74,7 @@ TEST(Manual, AndEveryShellsCompletionTellEveryCommand) {
 
         for (const std::string command :
              {"table", "explain", "why-not", "sweep", "diff", "plot", "check", "replay", "batch",
-              "examples", "manual", "completion"}) {
+              "report", "page", "examples", "manual", "completion"}) {
             // The manual page writes a minus as its formatter wants it.
             const bool isEscaped = document.front() == "manual" && command == "why-not";
             const std::string written = isEscaped ? "why\\-not" : command;

@@ -25,7 +25,7 @@ offers() {
 
 # Commands and the tool's own options
 offers 'qor-power ta' 'table'
-offers 'qor-power re' 'replay'
+offers 'qor-power re' 'replay report'
 offers 'qor-power --v' '--version'
 offers 'qor-power xyz' ''
 

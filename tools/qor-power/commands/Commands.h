@@ -36,6 +36,8 @@ Command replay();     ///< what a node answered, call by call
 Command importLog();  ///< a radio file of what a log tells
 Command batch();      ///< the powers of many radio files, a line for each
 Command fleet();      ///< what the answers of a batch say of the fleet
+Command report();     ///< radio files with the page that explains them, as one HTML file
+Command page();       ///< where that page is
 Command examples();   ///< the example radio files
 Command manual();     ///< the manual page
 Command completion(); ///< a script for a shell

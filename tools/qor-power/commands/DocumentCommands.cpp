@@ -64,6 +64,6 @@ Command Commands::completion() {
 
 std::vector<Command> allCommands() {
     using namespace Commands;
-    return {table(),  explain(),   whyNot(), sweep(), diff(),     plot(),   check(),
-            replay(), importLog(), batch(),  fleet(), examples(), manual(), completion()};
+    return {table(),     explain(), whyNot(), sweep(),  diff(), plot(),     check(),  replay(),
+            importLog(), batch(),   fleet(),  report(), page(), examples(), manual(), completion()};
 }
