@@ -69,7 +69,7 @@ private:
 
     std::size_t behindString(std::size_t at) const {
         for (++at; at < m_text.size() && m_text[at] != '"'; ++at) {
-            at += m_text[at] == '\\' ? 1 : 0;
+            at += m_text[at] == '\\' ? 1U : 0U;
         }
         return std::min(at + 1, m_text.size());
     }

@@ -108,6 +108,11 @@ void stable_sort(Range&& range, Compare compare = {}, Projection projection = {}
     std::stable_sort(std::begin(range), std::end(range), projected(compare, projection));
 }
 
+template <class Range, class Value>
+constexpr auto lower_bound(Range&& range, const Value& value) {
+    return std::lower_bound(std::begin(range), std::end(range), value);
+}
+
 template <class Range, class Output, class Operation>
 constexpr auto transform(Range&& range, Output output, Operation operation) {
     return std::transform(std::begin(range), std::end(range), output, operation);

@@ -80,7 +80,7 @@ async function figures(page, url) {
   }
   for (const example of [examples[0], "18ghz-ansi-high-radio-unit-new-booster.json"]) {
     await chooseExample(page, example);
-    for (const [input, value] of [["cutback", "4.25"], ["rsec", "6LB"], ["frame-format", "2"]]) {
+    for (const [input, value] of [["cutback", "4.25"], ["rsec", "6LB"], ["frame-format", "2"], ["request", "1"]]) {
       await setControl(page, `#input-${input}`, value);
       expect(`${example}, ${input} ${value}`, await shownPowers(page), nativePowers(pathOf(example), `--${input}`, value));
       await page.click(`#reset-${input}`);

@@ -59,15 +59,18 @@ protected:
 TEST_F(PageCommand, AReportHoldsTheFileAndTheQuestion) {
     put("radio.json", "{\"channel\": 1}\n");
 
-    const ToolResult result = report({"radio.json", "--cutback", "3", "--frame-format", "2",
-                                      "--code", "64QAM", "--power", "18", "-o", "report.html"});
+    const ToolResult result =
+        report({"radio.json", "--cutback", "3", "--frame-format", "2", "--request", "1", "--set",
+                "/a=1", "--code", "64QAM", "--power", "18", "-o", "report.html"});
 
     EXPECT_EQ(result.status, 0) << result;
     EXPECT_EQ(result.output + result.errors, "");
     EXPECT_EQ(nlohmann::json::parse(blockIn("report.html")), nlohmann::json::parse(R"({
                   "files": [{"name": "radio.json", "text": "{\"channel\": 1}\n"}],
                   "changes": [{"input": "frame-format", "value": "2"},
-                              {"input": "cutback", "value": "3"}],
+                              {"input": "request", "value": "1"},
+                              {"input": "cutback", "value": "3"},
+                              {"input": "set", "value": "/a=1"}],
                   "tab": "why-not", "code": "64QAM", "wanted": "18"})"));
 }
 

@@ -8,6 +8,7 @@
 #include "LineReader.h"
 #include "OneLine.h"
 #include "RadioFileReader.h"
+#include "RadioLine.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -121,17 +122,11 @@ Datum radiosOf(const std::string& list) {
     std::size_t number = 0;
     while (const auto line = lines.next()) {
         ++number;
-        std::string text = line->text;
-        const std::size_t tab = text.starts_with('{') ? std::string::npos : text.find('\t');
-        std::string name = tab == std::string::npos ? std::string() : text.substr(0, tab);
-        text.erase(0, tab == std::string::npos ? 0 : tab + 1);
-        if (!text.starts_with('{')) {
-            name = name.empty() ? oneLine(text) : name;
-            text = readText(text);
-        }
+        const RadioLine radio(*line);
+        const std::string& name = radio.id().empty() ? radio.path() : radio.id();
         radios.emplace_back(
             Datum::Object{{"name", name.empty() ? "line " + std::to_string(number) : oneLine(name)},
-                          {"text", text}});
+                          {"text", radio.text()}});
     }
     return radios;
 }
@@ -144,10 +139,16 @@ Datum changesOf(const AskedInputs& inputs) {
         }
     };
     add("frame-format", inputs.frameFormat);
+    add("request", inputs.request);
     add("cutback", inputs.cutback);
     add("temporary-cutback", inputs.temporaryCutback);
     add("booster", inputs.booster);
     add("rsec", inputs.rsec);
+    add("min", inputs.min);
+    add("max", inputs.max);
+    for (const std::string& setting : inputs.set) {
+        add("set", setting);
+    }
     return changes;
 }
 
