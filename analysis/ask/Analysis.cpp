@@ -19,6 +19,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <memory>
+#include <utility>
 
 namespace {
 
@@ -93,16 +95,21 @@ void answerExplanation(const Question& question, const RadioCase& radio, Reply& 
     }
 }
 
-void answerWhyNot(const Question& question, const RadioCase& radio, Reply& reply) {
+void answerWhyNot(const Question& question, const WhyNot& whyNot, Reply& reply) {
     const std::string& asked = question.modulations.front();
-    const WhyNot whyNot =
-        WhyNot::ask(radio, ModulationChoice({asked}), wantedPower(question), changesOf(question));
     reply.text = question.form == Form::Json ? jsonForm(whyNot, asked)
                                              : textForm(whyNot, asked, question.look);
     reply.messages = whyNot.mismatches;
     reply.outcome = whyNot.isAllowed() || !whyNot.changes.empty() || !whyNot.pairs.empty()
                         ? Outcome::Done
                         : Outcome::AnswerIsNo;
+}
+
+void answerWhyNot(const Question& question, const RadioCase& radio, Reply& reply) {
+    answerWhyNot(question,
+                 WhyNot::ask(radio, ModulationChoice(question.modulations), wantedPower(question),
+                             changesOf(question)),
+                 reply);
 }
 
 void answerSweep(const Question& question, const RadioCase& radio, Reply& reply) {
@@ -157,6 +164,17 @@ void answerRadio(const Question& question, std::string_view radioFile, Reply& re
     answers.at(question.topic)(question, radioCase(question, question.radioName, radioFile), reply);
 }
 
+/// Does something for a reply; trouble becomes its outcome.
+template <class Work>
+void guard(Reply& reply, const Work& work) {
+    try {
+        work();
+    } catch (const AnalysisError& error) {
+        reply.outcome = error.outcome();
+        reply.messages.emplace_back(error.what());
+    }
+}
+
 } // namespace
 
 std::vector<Question::Form> Question::formsOf(Topic topic) {
@@ -201,7 +219,7 @@ void Question::validate() const {
 
 Reply answerTo(const Question& question, std::string_view radioFile) {
     Reply reply;
-    try {
+    guard(reply, [&] {
         question.validate();
         if (question.topic == Topic::Check) {
             answerCheck(question, radioFile, reply);
@@ -211,9 +229,42 @@ Reply answerTo(const Question& question, std::string_view radioFile) {
         if (question.form == Form::Text && question.topic != Topic::Picture) {
             reply.text = fitted(reply.text, question.look.width);
         }
-    } catch (const AnalysisError& error) {
-        reply.outcome = error.outcome();
-        reply.messages.emplace_back(error.what());
-    }
+    });
     return reply;
+}
+
+StepwiseAnswer::StepwiseAnswer(Question question, std::string_view radioFile)
+    : m_question(std::move(question)) {
+    guard(m_reply, [&] {
+        m_question.topic = Topic::WhyNot;
+        m_question.validate();
+        m_search =
+            std::make_unique<WhyNotSearch>(radioCase(m_question, m_question.radioName, radioFile),
+                                           ModulationChoice(m_question.modulations),
+                                           wantedPower(m_question), changesOf(m_question));
+    });
+}
+
+StepwiseAnswer::~StepwiseAnswer() = default;
+
+bool StepwiseAnswer::goOn(std::size_t questions) {
+    bool isMore = m_search != nullptr;
+    const std::size_t last = isMore ? m_search->questions() + questions : 0;
+    guard(m_reply, [&] {
+        while (isMore && m_search->questions() < last) {
+            isMore = m_search->step();
+        }
+        if (m_search && !isMore) {
+            answerWhyNot(m_question, m_search->answer(), m_reply);
+        }
+    });
+    return !isMore;
+}
+
+std::size_t StepwiseAnswer::steps() const {
+    return m_search ? m_search->steps() : 0;
+}
+
+std::size_t StepwiseAnswer::all() const {
+    return m_search ? m_search->all() : 0;
 }

@@ -4,9 +4,13 @@
 #include "Arguments.h"
 #include "TextLook.h"
 
+#include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+class WhyNotSearch;
 
 /// A question about a radio, as a face puts it: words that a person chose or typed.
 struct Question {
@@ -77,3 +81,28 @@ struct Reply {
 ///
 /// @param radioFile its text.
 Reply answerTo(const Question& question, std::string_view radioFile);
+
+/// The answer to a question of Topic::WhyNot in steps, for a face that lives on in between, where
+/// other questions may be asked. What comes of it is what answerTo() gives.
+class StepwiseAnswer {
+public:
+    StepwiseAnswer(Question question, std::string_view radioFile);
+    ~StepwiseAnswer();
+    StepwiseAnswer(const StepwiseAnswer&) = delete;
+    StepwiseAnswer& operator=(const StepwiseAnswer&) = delete;
+
+    /// Tries changes until the library has been asked so often, or somewhat more.
+    /// @return whether the answer is whole.
+    bool goOn(std::size_t questions);
+
+    std::size_t steps() const; ///< that were made
+    std::size_t all() const;   ///< steps, as far as it can be said
+
+    /// Once it is whole.
+    const Reply& reply() const { return m_reply; }
+
+private:
+    Question m_question;
+    Reply m_reply;
+    std::unique_ptr<WhyNotSearch> m_search; ///< nothing where there is nothing to search
+};

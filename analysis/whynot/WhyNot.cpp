@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
-#include <map>
+#include <memory>
 #include <utility>
 
 namespace {
@@ -269,43 +269,97 @@ std::vector<Change> changesOf(const Found& found) {
     return changes;
 }
 
-/// Finds the cheapest pair of each two levers, those with the fewest changes of hardware and
-/// calibrations first, and none that has more of them than one that was found. A pair within which
-/// the questions come to their end is left out, because it need not be the cheapest of its levers.
-void findPairs(const std::vector<Lever>& levers, const Search& search, std::vector<Found>& found) {
-    using Kind = std::pair<std::int64_t, std::int64_t>;
-    std::multimap<Kind, std::pair<const Lever*, const Lever*>> candidates;
+using PairOfLevers = std::pair<const Lever*, const Lever*>;
+using Kinds = std::pair<std::int64_t, std::int64_t>;
+
+Kinds kindsOf(const ChangeCost& cost) {
+    return {cost.hardware, cost.calibrations};
+}
+
+Kinds kindsOf(const PairOfLevers& pair) {
+    ChangeCost cost;
+    cost.add(pair.first->input, 0);
+    cost.add(pair.second->input, 0);
+    return kindsOf(cost);
+}
+
+/// Each two levers, those with the fewest changes of hardware and calibrations first.
+std::vector<PairOfLevers> pairsOf(const std::vector<Lever>& levers) {
+    std::vector<PairOfLevers> pairs;
     for (std::size_t first = 0; first < levers.size(); ++first) {
         for (std::size_t second = first + 1; second < levers.size(); ++second) {
             if (levers[first].input != levers[second].input || levers[first].range) {
-                ChangeCost cost;
-                cost.add(levers[first].input, 0);
-                cost.add(levers[second].input, 0);
-                candidates.emplace(Kind(cost.hardware, cost.calibrations),
-                                   std::pair(&levers[first], &levers[second]));
+                pairs.emplace_back(&levers[first], &levers[second]);
             }
         }
     }
-    for (const auto& [kind, pair] : candidates) {
-        if (!found.empty() &&
-            kind > Kind(found.front().cost.hardware, found.front().cost.calibrations)) {
-            break;
-        }
-        const auto best = PairSearch(*pair.first, *pair.second, search).best();
-        if (search.isCutShort()) {
-            return;
-        }
-        if (best) {
-            found.push_back(*best);
-        }
-    }
+    std::ranges::stable_sort(pairs, {}, [](const PairOfLevers& pair) { return kindsOf(pair); });
+    return pairs;
 }
 
 } // namespace
 
-WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::int32_t wanted,
-                   std::size_t most, std::size_t mostQuestions) {
+struct WhyNotSearch::Parts {
+    Parts(const RadioCase& asked, ModulationChoice chosen, std::int32_t wanted, std::size_t atOnce,
+          std::size_t questions)
+        : radio(asked)
+        , choice(std::move(chosen))
+        , most(atOnce)
+        , mostQuestions(questions)
+        , search(radio, choice, wanted) {}
+
+    RadioCase radio;
+    ModulationChoice choice;
+    std::size_t most;
+    std::size_t mostQuestions;
+    Search search;
     WhyNot whyNot;
+    std::vector<Lever> levers;
+    std::vector<PairOfLevers> pairs; ///< once no lever alone has helped
+    std::size_t next = 0;            ///< of the levers, then of the pairs
+    std::vector<Found> found;
+    bool isSingle = false;
+    std::size_t singleQuestions = 0; ///< once pairs are searched
+
+    void tryLever(const Lever& lever) {
+        const std::vector<Found> singles = singlesOf(lever, search);
+        if (singles.empty() &&
+            std::ranges::find(whyNot.without, lever.words) == whyNot.without.end()) {
+            whyNot.without.push_back(lever.words);
+        }
+        found.insert(found.end(), singles.begin(), singles.end());
+        if (next == levers.size()) {
+            isSingle = !found.empty();
+            if (!isSingle && most > 1) {
+                pairs = pairsOf(levers);
+                singleQuestions = search.questions();
+                search.bound(mostQuestions);
+            }
+        }
+    }
+
+    /// A pair within which the questions come to their end is left out, because it need not be the
+    /// cheapest of its levers.
+    /// @return false if none that is left may be cheaper, or nothing more may be asked.
+    bool tryPair(const PairOfLevers& pair) {
+        if (!found.empty() && kindsOf(pair) > kindsOf(found.front().cost)) {
+            return false;
+        }
+        const auto best = PairSearch(*pair.first, *pair.second, search).best();
+        if (search.isCutShort()) {
+            return false;
+        }
+        if (best) {
+            found.push_back(*best);
+        }
+        return true;
+    }
+};
+
+WhyNotSearch::WhyNotSearch(const RadioCase& radio, const ModulationChoice& choice,
+                           std::int32_t wanted, std::size_t most, std::size_t mostQuestions)
+    : m_parts(std::make_unique<Parts>(radio, choice, wanted, most, mostQuestions)) {
+    WhyNot& whyNot = m_parts->whyNot;
     whyNot.radioFile = radio.name;
     whyNot.wanted = wanted;
     const ExplainedTable explained = radio.explain();
@@ -319,28 +373,51 @@ WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::
     whyNot.explanation = explained.explanations[*row];
     whyNot.power = whyNot.explanation.answer;
     whyNot.warning = explained.table.rows[*row].warning;
+    if (!whyNot.isAllowed()) {
+        m_parts->levers = leversOf(m_parts->radio, explained, whyNot.explanation, choice);
+    }
+}
+
+WhyNotSearch::~WhyNotSearch() = default;
+
+bool WhyNotSearch::step() {
+    Parts& parts = *m_parts;
+    if (parts.next == all()) {
+        return false;
+    }
+    const std::size_t index = parts.next++;
+    if (index < parts.levers.size()) {
+        parts.tryLever(parts.levers[index]);
+    } else if (!parts.tryPair(parts.pairs[index - parts.levers.size()])) {
+        parts.next = all();
+    }
+    return true;
+}
+
+std::size_t WhyNotSearch::steps() const {
+    return m_parts->next;
+}
+
+std::size_t WhyNotSearch::all() const {
+    return m_parts->levers.size() + m_parts->pairs.size();
+}
+
+std::size_t WhyNotSearch::questions() const {
+    return m_parts->singleQuestions + m_parts->search.questions();
+}
+
+WhyNot WhyNotSearch::answer() const {
+    WhyNot whyNot = m_parts->whyNot;
     if (whyNot.isAllowed()) {
         return whyNot;
     }
-    Search search(radio, choice, wanted);
-    const std::vector<Lever> levers = leversOf(radio, explained, whyNot.explanation, choice);
-    std::vector<Found> found;
-    for (const Lever& lever : levers) {
-        const std::vector<Found> singles = singlesOf(lever, search);
-        if (singles.empty() &&
-            std::ranges::find(whyNot.without, lever.words) == whyNot.without.end()) {
-            whyNot.without.push_back(lever.words);
-        }
-        found.insert(found.end(), singles.begin(), singles.end());
+    const bool isSingle = m_parts->isSingle;
+    if (!m_parts->pairs.empty()) {
+        whyNot.pairQuestions = m_parts->search.questions();
     }
-    const bool isSingle = !found.empty();
-    if (!isSingle && most > 1) {
-        search.bound(mostQuestions);
-        findPairs(levers, search, found);
-        whyNot.pairQuestions = search.questions();
-    }
+    std::vector<Found> found = m_parts->found;
     std::ranges::stable_sort(found, {}, &Found::cost);
-    const std::size_t count = isSingle ? found.size() : std::min(found.size(), maxPairs);
+    const std::size_t count = isSingle ? found.size() : std::min(found.size(), WhyNot::maxPairs);
     for (std::size_t index = 0; index < count; ++index) {
         for (Change& change : changesOf(found[index])) {
             if (isSingle) {
@@ -357,12 +434,12 @@ WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::
                        "a booster where there is none",
                        "other codes, channels or performance profiles in a frame format",
                        "what would exclude what is asked for, and what the table calls doubtful"};
-    for (const Lever& lever : levers) {
+    for (const Lever& lever : m_parts->levers) {
         if (!lever.notTried.empty()) {
             whyNot.notTried.push_back(lever.notTried);
         }
     }
-    if (most == 1) {
+    if (m_parts->most == 1) {
         whyNot.notTried.emplace_back("several changes at once");
     } else {
         whyNot.notTried.emplace_back("more than two changes at once");
@@ -372,10 +449,18 @@ WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::
             whyNot.notTried.emplace_back(
                 "pairs with more calibrations or changes of hardware than the smallest one");
         }
-        if (search.isCutShort()) {
-            whyNot.notTried.emplace_back("pairs beyond " + std::to_string(mostQuestions) +
+        if (m_parts->search.isCutShort()) {
+            whyNot.notTried.emplace_back("pairs beyond " + std::to_string(m_parts->mostQuestions) +
                                          " questions to the library");
         }
     }
     return whyNot;
+}
+
+WhyNot WhyNot::ask(const RadioCase& radio, const ModulationChoice& choice, std::int32_t wanted,
+                   std::size_t most, std::size_t mostQuestions) {
+    WhyNotSearch search(radio, choice, wanted, most, mostQuestions);
+    while (search.step()) {
+    }
+    return search.answer();
 }

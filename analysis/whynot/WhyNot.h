@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -57,6 +58,32 @@ struct WhyNot {
     std::vector<std::string> without;  ///< words for the inputs of which no change alone allows it
     std::vector<std::string> notTried; ///< what this answer does not know
     std::size_t pairQuestions = 0;     ///< to the library, for pairs
+};
+
+/// The search of WhyNot::ask() in steps, for whoever has other things to do in between.
+class WhyNotSearch {
+public:
+    /// As WhyNot::ask().
+    WhyNotSearch(const RadioCase& radio, const ModulationChoice& choice, std::int32_t wanted,
+                 std::size_t most, std::size_t mostQuestions = 5000);
+    ~WhyNotSearch();
+    WhyNotSearch(const WhyNotSearch&) = delete;
+    WhyNotSearch& operator=(const WhyNotSearch&) = delete;
+
+    /// Tries the next input, or pair of inputs.
+    /// @return false if none is left.
+    bool step();
+
+    std::size_t steps() const; ///< that were made
+    std::size_t all() const;   ///< steps, as far as it can be said: pairs follow if no input helps
+    std::size_t questions() const; ///< to the library so far
+
+    /// What was found.
+    WhyNot answer() const;
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> m_parts;
 };
 
 /// The answer for people.

@@ -60,6 +60,9 @@ const std::map<std::string, std::optional<std::string> AskedInputs::*> askedInpu
     {"max", &AskedInputs::max},
 };
 
+/// A search lets go after so many questions to the library: some ten milliseconds.
+constexpr std::size_t questionsInSlice = 40;
+
 /// The option for all others.
 constexpr const char* settingName = "set";
 
@@ -137,6 +140,28 @@ public:
         const std::vector<std::string> others = settings(radioFile);
         inputs.set.insert(inputs.set.end(), others.begin(), others.end());
         return inputs;
+    }
+
+    Question question(const std::string& asked, std::string_view radioFile) const {
+        const auto* const topic = std::ranges::find(topics, asked, &TopicName::name);
+        const auto* const form = std::ranges::find(forms, text("form"), &FormName::name);
+        if (topic == std::end(topics)) {
+            throw QuestionError("ask " + inQuotes(asked) + ": is no question");
+        }
+        Question question;
+        question.topic = topic->topic;
+        question.form = form == std::end(forms) ? Question::Form::Json : form->form;
+        question.radioName = text("name");
+        if (question.topic != Question::Topic::Check) {
+            question.inputs = inputs(radioFile);
+        }
+        question.modulations = texts("modulations");
+        question.power = text("power");
+        question.changes = m_json.value("most", question.changes);
+        question.over = texts("over");
+        question.otherRadio = text("other");
+        question.otherName = text("otherName");
+        return question;
     }
 
     /// What gives the same answer in a terminal.
@@ -271,6 +296,23 @@ Engine::Answer Engine::log(const Request& request, std::string_view lines) {
     return answer;
 }
 
+Engine::Answer Engine::search(const Request& request, std::string_view radioFile) {
+    if (request.flag("first")) {
+        m_search =
+            std::make_unique<StepwiseAnswer>(request.question("why-not", radioFile), radioFile);
+    }
+    if (m_search == nullptr) {
+        throw QuestionError("no search has begun");
+    }
+    if (!m_search->goOn(questionsInSlice)) {
+        return {Outcome::Done,
+                jsonLine(Datum::Object{{"done", m_search->steps()}, {"of", m_search->all()}}),
+                {}};
+    }
+    const Reply reply = std::exchange(m_search, nullptr)->reply();
+    return {reply.outcome, reply.text, reply.messages};
+}
+
 Engine::Answer Engine::ask(std::string_view requestText, std::string_view text) {
     try {
         const Request request(requestText);
@@ -299,24 +341,10 @@ Engine::Answer Engine::ask(std::string_view requestText, std::string_view text) 
         if (asked == "replay") {
             return replay(request.number("trace"), text);
         }
-        const auto* const topic = std::ranges::find(topics, asked, &TopicName::name);
-        const auto* const form = std::ranges::find(forms, request.text("form"), &FormName::name);
-        if (topic == std::end(topics)) {
-            throw QuestionError("ask " + inQuotes(asked) + ": is no question");
+        if (asked == "search") {
+            return search(request, text);
         }
-        Question question;
-        question.topic = topic->topic;
-        question.form = form == std::end(forms) ? Question::Form::Json : form->form;
-        question.radioName = request.text("name");
-        if (question.topic != Question::Topic::Check) {
-            question.inputs = request.inputs(text);
-        }
-        question.modulations = request.texts("modulations");
-        question.power = request.text("power");
-        question.over = request.texts("over");
-        question.otherRadio = request.text("other");
-        question.otherName = request.text("otherName");
-        Reply reply = answerTo(question, text);
+        Reply reply = answerTo(request.question(asked, text), text);
         return {reply.outcome, std::move(reply.text), std::move(reply.messages)};
     } catch (const AnalysisError& error) {
         return {error.outcome(), {}, {error.what()}};

@@ -9,6 +9,7 @@
 #include <vector>
 
 class LoggedQueries;
+class StepwiseAnswer;
 
 /// What the page asks, answered. Requests come as JSON, answers go back as the texts of analysis/:
 /// no figure and no word of an answer is made here.
@@ -24,14 +25,15 @@ class LoggedQueries;
 /// | fleet-radio | radio file | a line as of a batch, see BatchForm |
 /// | fleet-rules | - | how many nodes each rule limits since the "first" of a fleet |
 /// | log | lines of a log | a line for each query, see jsonLine(); "last" ends the log |
-/// | command | radio file | the command line that gives the answer of "command" |
-/// | legend | - | colours, patterns and words of rules |
+/// | search | radio file, or - to go on | of why-not, or progress: steps that are done, and of how
+/// many | | command | radio file | the command line that gives the answer of "command" | | legend |
+/// - | colours, patterns and words of rules |
 ///
-/// A question has the members of Question: "form", "name", "modulations", "power", "over", "other",
-/// "otherName". Its inputs, and those of a fleet, are "changes": objects with an "input" and a
-/// "value". An input is one of AskedInputs, called as the tool's option is ("cutback", "request",
-/// "set" ...), or one of InputAxis, which is set in the radio file. A log has of these what is in
-/// force beside its calls.
+/// A question has the members of Question: "form", "name", "modulations", "power", "most", "over",
+/// "other", "otherName". Its inputs, and those of a fleet, are "changes": objects with an "input"
+/// and a "value". An input is one of AskedInputs, called as the tool's option is ("cutback",
+/// "request", "set" ...), or one of InputAxis, which is set in the radio file. A log has of these
+/// what is in force beside its calls.
 class Engine {
 public:
     struct Answer {
@@ -54,8 +56,10 @@ private:
     Answer fleetRadio(const Request& request, std::string_view radioFile);
     Answer fleetRules() const;
     Answer log(const Request& request, std::string_view lines);
+    Answer search(const Request& request, std::string_view radioFile);
 
     RuleCounts m_rules;
     std::unique_ptr<LoggedQueries> m_log;
+    std::unique_ptr<StepwiseAnswer> m_search;
     std::string m_explained; ///< of the log, not handed out yet
 };

@@ -116,22 +116,32 @@ export interface Sweep {
   }[];
 }
 
+export interface Advice {
+  input: string;
+  words: string;
+  from: string;
+  to: string;
+  amountCentiDb: number | null;
+  maxPowerCentiDbm: number;
+  pointer: string | null;
+  options: string[];
+}
+
 export interface WhyNot {
   asked: string;
   wantedCentiDbm: number;
   maxPowerCentiDbm: number | null;
   allowed: boolean;
-  changes: {
-    input: string;
-    words: string;
-    from: string;
-    to: string;
-    amountCentiDb: number | null;
-    maxPowerCentiDbm: number;
-    pointer: string | null;
-    options: string[];
-  }[];
+  changes: Advice[];
+  pairs: (Advice & { pair: number })[];
   without: string[];
+  notTried: string[];
+}
+
+/** Of a search that is not over. */
+export interface Progress {
+  done: number;
+  of: number;
 }
 
 export interface Diff {

@@ -2,7 +2,7 @@
 
 import { Fragment, h } from "preact";
 import { useCallback, useEffect, useMemo, useRef, useState } from "preact/hooks";
-import type { Check, Choice, Diff, Inputs, Powers, RuleStyle, Sweep, WhyNot } from "./answers";
+import type { Check, Choice, Diff, Inputs, Powers, Progress, RuleStyle, Sweep, WhyNot } from "./answers";
 import { Controls } from "./controls";
 import { EngineRestarted } from "./engine";
 import type { Answer, Change, Engine, Request } from "./engine";
@@ -589,29 +589,63 @@ function RadioView({ view, ask, legend, change, place, setPlace }: RadioProps) {
 
 type TabProps = Pick<RadioProps, "view" | "ask" | "change">;
 
+interface Searched {
+  answer: WhyNot | null;
+  messages: string[];
+  progress: Progress | null;
+}
+
+const nothingSearched: Searched = { answer: null, messages: [], progress: null };
+
+/** Single changes, and pairs where none alone does it: a search in slices. */
 function WhyNotTab({ view, ask, change, row, go }: TabProps & { row: string; go(pointer: string): void }) {
   const { radio, changes, wanted } = view;
-  const answer = useMemo(
-    () =>
-      wanted === ""
-        ? null
-        : ask({ ask: "why-not", name: radio.name, changes, modulations: [row], power: wanted }, radio.text),
-    [radio, changes, wanted, row, ask],
-  );
+  const [state, setState] = useState(nothingSearched);
+  const run = useRef(0);
+  useEffect(() => {
+    const mine = ++run.current;
+    const search = async () => {
+      if (wanted === "") {
+        setState(nothingSearched);
+        return;
+      }
+      const question = { name: radio.name, changes, modulations: [row], power: wanted, most: "2" };
+      for (let isFirst = true; ; isFirst = false) {
+        const answer = ask({ ask: "search", first: isFirst, ...(isFirst ? question : {}) }, isFirst ? radio.text : "");
+        const told = parsed<WhyNot | Progress>(answer);
+        const messages = answer?.messages ?? [];
+        if (told === null || !("of" in told)) {
+          setState({ answer: told, messages, progress: null });
+          return;
+        }
+        // What was shown stays until there is something else.
+        setState((before) => ({ ...before, progress: told }));
+        await pause();
+        if (mine !== run.current) {
+          return;
+        }
+      }
+    };
+    void search();
+    return () => void ++run.current;
+  }, [radio, changes, wanted, row, ask]);
   return (
     <WhyNotPanel
       code={row}
       wanted={wanted}
       setWanted={(power) => change({ ...view, wanted: power }, "wanted")}
-      answer={parsed<WhyNot>(answer)}
-      messages={answer?.messages ?? []}
+      answer={state.answer}
+      messages={state.messages}
+      progress={state.progress}
+      cancel={() => {
+        ++run.current;
+        setState(nothingSearched);
+      }}
       go={go}
       apply={(advice) => {
         // Words of a command line: an option and its value each. Settings are made one by one.
-        const added: Change[] = [];
-        for (let at = 0; at + 1 < advice.options.length; at += 2) {
-          added.push({ input: advice.options[at].slice(2), value: advice.options[at + 1] });
-        }
+        const added: Change[] = advice.flatMap(({ options }) =>
+          options.flatMap((option, at) => (at % 2 === 0 ? [{ input: option.slice(2), value: options[at + 1] }] : [])));
         const others = changes.filter((each) => each.input === "set" || added.every((one) => one.input !== each.input));
         change({ ...view, changes: [...others, ...added] });
       }}

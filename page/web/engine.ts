@@ -14,6 +14,7 @@ export interface Request {
   changes?: Change[];
   modulations?: string[];
   power?: string;
+  most?: string;
   over?: string[];
   other?: string;
   otherName?: string;

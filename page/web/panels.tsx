@@ -3,7 +3,7 @@
 import { Fragment, h } from "preact";
 import type { ComponentChildren } from "preact";
 import { useEffect, useRef, useState } from "preact/hooks";
-import type { Check, Diff, Explanation, Finding, Powers, Sweep, WhyNot } from "./answers";
+import type { Advice, Check, Diff, Explanation, Finding, Powers, Progress, Sweep, WhyNot } from "./answers";
 import type { Input } from "./answers";
 import { decibels, indexOf, signed } from "./format";
 import { labelsOf, SweepPlot, Swatch, ticksOf } from "./plot";
@@ -247,16 +247,41 @@ export function SweepPanel(props: {
   );
 }
 
+/** Changes that are made together, as a button that makes them. */
+function AdviceItem({ changes, apply, go }: { changes: Advice[]; apply(changes: Advice[]): void; go: Go }) {
+  return (
+    <li>
+      <button disabled={changes.some((change) => change.options.length === 0)} onClick={() => apply(changes)}>
+        {changes.map((change, index) => (
+          <>
+            {index > 0 && <b> and </b>}
+            {change.words}: {change.from} → {change.to}
+          </>
+        ))}
+      </button>
+      <span class="number" data-power={changes[0].maxPowerCentiDbm}>{decibels(changes[0].maxPowerCentiDbm)} dBm</span>
+      {changes.map((change) => change.pointer && <Where pointer={change.pointer} go={go} />)}
+    </li>
+  );
+}
+
 export function WhyNotPanel(props: {
   code: string;
   wanted: string;
   setWanted(power: string): void;
   answer: WhyNot | null;
   messages: string[];
-  apply(change: WhyNot["changes"][number]): void;
+  progress: Progress | null;
+  cancel(): void;
+  apply(changes: Advice[]): void;
   go: Go;
 }) {
   const { answer } = props;
+  const pairs = new Map<number, Advice[]>();
+  for (const change of answer?.pairs ?? []) {
+    pairs.set(change.pair, [...(pairs.get(change.pair) ?? []), change]);
+  }
+  const { apply, go } = props;
   return (
     <div id="why-not">
       <form
@@ -271,6 +296,13 @@ export function WhyNotPanel(props: {
         <input id="wanted" name="power" inputMode="decimal" size={7} value={props.wanted} placeholder="18" />
         <span>dBm?</span>
         <button type="submit">Ask</button>
+        {props.progress && (
+          <span role="status" class="row">
+            <progress max={props.progress.of} value={props.progress.done} aria-label="tried" />
+            {props.progress.done} of {props.progress.of}
+            <button type="button" onClick={props.cancel}>Cancel</button>
+          </span>
+        )}
       </form>
       <Messages messages={props.messages} />
       {answer && answer.allowed && <p class="note">It has {decibels(answer.maxPowerCentiDbm)} dBm: allowed already.</p>}
@@ -278,20 +310,26 @@ export function WhyNotPanel(props: {
         <>
           <p class="note">Any one of these changes alone allows it; each was tried.</p>
           <ul class="advice">
-            {answer.changes.map((change) => (
-              <li>
-                <button disabled={change.options.length === 0} onClick={() => props.apply(change)}>
-                  {change.words}: {change.from} → {change.to}
-                </button>
-                <span class="number">{decibels(change.maxPowerCentiDbm)} dBm</span>
-                {change.pointer && <Where pointer={change.pointer} go={props.go} />}
-              </li>
-            ))}
+            {answer.changes.map((change) => <AdviceItem changes={[change]} {...{ apply, go }} />)}
           </ul>
         </>
       )}
-      {answer && !answer.allowed && answer.without.length > 0 && (
-        <p class="note">No change alone allows it of: {answer.without.join(", ")}.</p>
+      {pairs.size > 0 && (
+        <>
+          <p class="note">No single change allows it. These pairs do, the smallest first; each was tried.</p>
+          <ul class="advice">
+            {[...pairs.values()].map((changes) => <AdviceItem {...{ changes, apply, go }} />)}
+          </ul>
+        </>
+      )}
+      {answer && !answer.allowed && (
+        <>
+          {answer.changes.length === 0 && pairs.size === 0 && <p>Nothing that was tried allows it.</p>}
+          {answer.without.length > 0 && (
+            <p class="note">No change alone allows it of: {answer.without.join(", ")}.</p>
+          )}
+          <p class="note">Not tried: {answer.notTried.join("; ")}.</p>
+        </>
       )}
     </div>
   );

@@ -109,10 +109,12 @@ TEST(InputEdits, WhereNoRequestSetsACutbackOneIsAdded) {
 }
 
 TEST(InputEdits, AtARequestASettingNamesThePlaceThatCountsThere) {
-    const std::string text = R"({"channel": 1, "frameFormat": {"dpdVersion": 1}, "requests": [)"
-                             R"({"call": "patch", "file": {"frameFormat": {"dpdVersion": 2}}},)"
-                             R"({"call": "setPowerCutback", "cutback": 0}]})";
+    std::string text = example(outdoor);
+    const std::string requests = "\"requests\": [";
+    text.insert(text.find(requests) + requests.size(),
+                R"({"call": "patch", "file": {"frameFormat": {"dpdVersion": 1}}},)");
     AskedInputs inputs;
+    inputs.request = "0";
     EXPECT_EQ(InputEdits::settingOf(inputs.radio(text, ""), EDpdVersion(0)),
               "/frameFormat/dpdVersion=0");
     inputs.request = "1";
@@ -174,24 +176,67 @@ TEST(Engine, ACommandLineSetsInTheRadioFileWhatIsNoOption) {
         R"(--set '/hardwareConfigurationHandler/frameFormats/1/market="Ansi"')");
 }
 
-TEST(Engine, EveryAdviceIsAChangeThatGivesThePowerItSays) {
-    const std::string text = example(outdoor);
-    const json advice = ask(R"({"ask": "why-not", "modulations": ["64QAM"], "power": "25"})", text);
-    ASSERT_FALSE(advice.at("changes").empty());
-    for (const json& each : advice.at("changes")) {
-        json changes = json::array();
+/// The power of 64QAM with advice followed, all of it at once.
+json powerWith(const std::vector<json>& advice, const std::string& text) {
+    json changes = json::array();
+    for (const json& each : advice) {
         const json& options = each.at("options");
         for (std::size_t index = 0; index + 1 < options.size(); index += 2) {
             changes.push_back({{"input", options[index].get<std::string>().substr(2)},
                                {"value", options[index + 1]}});
         }
-        const json request{{"ask", "table"}, {"changes", changes}};
-        const json table = ask(request.dump(), text);
-        const auto row = std::ranges::find_if(table.at("rows"), [](const json& candidate) {
-            return candidate.at("name") == "64QAM";
-        });
-        ASSERT_NE(row, table.at("rows").end());
-        EXPECT_EQ(row->at("maxPowerCentiDbm"), each.at("maxPowerCentiDbm")) << each;
+    }
+    const json table = ask(json{{"ask", "table"}, {"changes", changes}}.dump(), text);
+    for (const json& row : table.at("rows")) {
+        if (row.at("name") == "64QAM") {
+            return row.at("maxPowerCentiDbm");
+        }
+    }
+    return nullptr;
+}
+
+TEST(Engine, EveryAdviceIsAChangeThatGivesThePowerItSays) {
+    const std::string text = example(outdoor);
+    const json advice = ask(R"({"ask": "why-not", "modulations": ["64QAM"], "power": "18"})", text);
+    ASSERT_GT(advice.at("changes").size(), 3U);
+    for (const json& each : advice.at("changes")) {
+        EXPECT_EQ(powerWith({each}, text), each.at("maxPowerCentiDbm")) << each;
+    }
+    const json paired =
+        ask(R"({"ask": "why-not", "modulations": ["64QAM"], "power": "25", "most": "2"})", text);
+    ASSERT_EQ(paired.at("pairs").size(), 2U);
+    EXPECT_EQ(powerWith(paired.at("pairs"), text), paired.at("pairs").at(0).at("maxPowerCentiDbm"));
+}
+
+TEST(Engine, ASearchInStepsAnswersAsAQuestionDoesWhateverIsAskedMeanwhile) {
+    const std::string text = example(outdoor);
+    for (const std::string power : {"10", "18", "25", "x"}) {
+        json request{{"ask", "why-not"},
+                     {"name", "radio.json"},
+                     {"modulations", {"64QAM"}},
+                     {"power", power},
+                     {"most", "2"},
+                     {"changes", {{{"input", "market"}, {"value", "Ansi"}}}}};
+        const Engine::Answer whole = Engine().ask(request.dump(), text);
+        Engine sut;
+        request["ask"] = "search";
+        request["first"] = true;
+        Engine::Answer answer = sut.ask(request.dump(), text);
+        std::size_t done = 0;
+        for (json progress = json::parse(answer.text, nullptr, false);
+             progress.is_object() && progress.contains("of");
+             progress = json::parse(answer.text, nullptr, false)) {
+            EXPECT_GT(progress.at("done"), done);
+            EXPECT_LE(progress.at("done"), progress.at("of"));
+            done = progress.at("done");
+            static_cast<void>(sut.ask(R"({"ask": "table"})", text));
+            answer = sut.ask(R"({"ask": "search"})", "");
+        }
+        EXPECT_EQ(done > 0, power == "18" || power == "25") << power;
+        EXPECT_EQ(answer.text, whole.text) << power;
+        EXPECT_EQ(answer.outcome, whole.outcome) << power;
+        EXPECT_EQ(answer.messages, whole.messages) << power;
+        EXPECT_EQ(sut.ask(R"({"ask": "search"})", "").outcome, Outcome::OtherTrouble);
     }
 }
 
