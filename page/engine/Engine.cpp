@@ -10,6 +10,8 @@
 #include "PlotCanvas.h"
 #include "RadioFileReader.h"
 #include "Replay.h"
+#include "Rule.h"
+#include "Sweep.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -227,6 +229,17 @@ Answer replay(int traceLevel, std::string_view radioFile) {
     return answer;
 }
 
+/// @param radio with what is asked for in it.
+Answer values(const std::vector<std::string>& overs, const AskedInputs& inputs,
+              const RadioCase& radio) {
+    const std::vector<Sweep::Line> lines = Sweep::linesOf(overs, inputs, radio);
+    Datum::List texts;
+    for (const Inputs::Value& value : lines.front().values) {
+        texts.emplace_back(Inputs::textOf(value));
+    }
+    return {Outcome::Done, jsonLine(Datum::Object{{"values", std::move(texts)}}), {}};
+}
+
 Answer places(const std::vector<std::string>& pointers, std::string_view radioFile) {
     const DocumentPlaces document = JsonReader::placesIn(radioFile);
     Datum::List list;
@@ -243,9 +256,32 @@ Answer places(const std::vector<std::string>& pointers, std::string_view radioFi
 Engine::Engine() = default;
 Engine::~Engine() = default;
 
+bool Engine::countAnswer(std::string_view line) {
+    const json answer = json::parse(line, nullptr, false);
+    if (!answer.is_object() || !answer.contains("radioFile") || !answer.contains("error")) {
+        return false;
+    }
+    std::map<std::string, std::uint64_t> codes;
+    if (answer.at("error").is_null()) {
+        for (const json& row : answer.value("rows", json::array())) {
+            ++codes[row.value("rule", std::string())];
+        }
+    }
+    for (const Rule rule : allRules()) {
+        const auto found = codes.find(codeOf(rule));
+        if (found != codes.end()) {
+            m_rules.add(RuleCounts::Count{rule, 1, found->second});
+        }
+    }
+    return true;
+}
+
 Engine::Answer Engine::fleetRadio(const Request& request, std::string_view radioFile) {
     if (request.flag("first")) {
         m_rules = {};
+    }
+    if (countAnswer(radioFile)) {
+        return {Outcome::Done, std::string(radioFile) + '\n', {}};
     }
     BatchResult result;
     try {
@@ -328,6 +364,10 @@ Engine::Answer Engine::ask(std::string_view requestText, std::string_view text) 
         }
         if (asked == "log") {
             return log(request, text);
+        }
+        if (asked == "values") {
+            const AskedInputs inputs = request.inputs(text);
+            return values(request.texts("over"), inputs, inputs.radio(text, ""));
         }
         if (asked == "places") {
             return places(request.texts("pointers"), text);

@@ -21,12 +21,13 @@ class StepwiseAnswer;
 /// | table, explain, why-not, sweep, diff, check, plot, inputs | radio file | of answerTo() |
 /// | replay | radio file | the lines of a replay, up to the "trace" level |
 /// | change | radio file | the file's text with the changes in it |
+/// | values | radio file | those that a sweep "over" an input tries |
 /// | places | radio file | line and column of each of the "pointers" |
-/// | fleet-radio | radio file | a line as of a batch, see BatchForm |
-/// | fleet-rules | - | how many nodes each rule limits since the "first" of a fleet |
-/// | log | lines of a log | a line for each query, see jsonLine(); "last" ends the log |
-/// | search | radio file, or - to go on | of why-not, or progress: steps that are done, and of how
-/// many | | command | radio file | the command line that gives the answer of "command" | | legend |
+/// | fleet-radio | radio file, or a line of a batch's answer | a line as of a batch, see BatchForm
+/// | | fleet-rules | - | how many nodes each rule limits since the "first" of a fleet | | log |
+/// lines of a log | a line for each query, see jsonLine(); "last" ends the log | | search | radio
+/// file, or - to go on | of why-not, or progress: steps that are done, and of how many | | command
+/// | radio file | the command line that gives the answer of "command" | | legend |
 /// - | colours, patterns and words of rules |
 ///
 /// A question has the members of Question: "form", "name", "modulations", "power", "most", "over",
@@ -53,6 +54,8 @@ public:
 private:
     class Request;
 
+    /// Whether a line is an answer of a batch, which is counted as far as it tells.
+    bool countAnswer(std::string_view line);
     Answer fleetRadio(const Request& request, std::string_view radioFile);
     Answer fleetRules() const;
     Answer log(const Request& request, std::string_view lines);

@@ -69,6 +69,7 @@ function compareQuestions(path, text) {
   asked({ ask: "why-not", modulations: ["64QAM"], power: "25" }, "why-not", path, "64QAM", "25", ...json);
   asked({ ask: "explain", changes: [{ input: "cutback", value: "1.5" }, { input: "rsec", value: "2" }] },
     "explain", path, "--cutback", "1.5", "--rsec", "2", ...json);
+  asked({ ask: "why-not", modulations: ["64QAM"], power: "25", most: "2" }, "why-not", path, "64QAM", "25", "--changes", "2", ...json);
   const check = native("check", path, ...json);
   const own = ask({ ask: "check", name: path }, text);
   compare(`check ${path}`, own, { ...check, messages: check.messages.filter((line) => own.messages.length > 0 || !line) });
@@ -136,17 +137,28 @@ for (const [index, path] of files.slice(0, 8).entries()) {
     { status: 0, messages: [], text: Buffer.from(JSON.stringify(JSON.parse(fleet[index]))) });
 }
 
-// An engine that traps is started again, and answers the next question.
-{
+// An engine that traps or runs out of memory is started again, and answers the next question.
+for (const [what, harm] of [
+  ["a trap", (broken) => {
+    broken.exports = { ...broken.exports, qorAsk: () => { throw new WebAssembly.RuntimeError("unreachable"); } };
+  }],
+  ["want of memory", (broken) => {
+    const { encode } = broken.encoder;
+    broken.encoder.encode = () => {
+      broken.encoder.encode = encode;
+      return { length: 2 ** 30 };
+    };
+  }],
+]) {
   const broken = await Engine.from(readFileSync(enginePath));
-  broken.exports = { ...broken.exports, qorAsk: () => { throw new WebAssembly.RuntimeError("unreachable"); } };
+  harm(broken);
   let said = null;
   try {
     broken.ask({ ask: "legend" });
   } catch (error) {
     said = error;
   }
-  compare("after a trap", { outcome: said instanceof EngineRestarted ? broken.ask({ ask: "legend" }).outcome : 9, messages: [], text: "" },
+  compare(`after ${what}`, { outcome: said instanceof EngineRestarted ? broken.ask({ ask: "legend" }).outcome : 9, messages: [], text: "" },
     { status: 0, messages: [], text: Buffer.from("") });
 }
 

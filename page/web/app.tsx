@@ -9,7 +9,7 @@ import type { Answer, Change, Engine, Request } from "./engine";
 import { save } from "./format";
 import { fragmentOf, viewIn } from "./link";
 import type { Radio, View } from "./link";
-import { FleetView, LogView } from "./many";
+import { batchAnswerIn, FleetView, LogView } from "./many";
 import type { Fleet, Log } from "./many";
 import { DiffPanel, Editor, Findings, Messages, PowerTable, SweepPanel, Tabs, Waterfall, WhyNotPanel } from "./panels";
 import { Patterns, PowerPlot, Swatch } from "./plot";
@@ -53,10 +53,26 @@ function kindOf(text: string): Kind {
   const rest = text.trimStart().slice(first.length).trim();
   try {
     const line = JSON.parse(first.slice(first.indexOf("{"))) as Record<string, unknown>;
-    return "call" in line ? "log" : rest === "" && first.startsWith("{") ? "radio" : "fleet";
+    return "call" in line ? "log" : "radioFile" in line ? "fleet" : rest === "" && first.startsWith("{") ? "radio" : "fleet";
   } catch {
     return /^[{/\ufeff]/.test(first) ? "radio" : "log";
   }
+}
+
+/** Answers of a batch become the radio files that they are about, where those are among the radios. */
+function withTheirFiles(radios: Radio[]): Radio[] {
+  const files = new Map(radios.map((radio) => [radio.name, radio]));
+  const used = new Set<Radio>();
+  const found = radios.map((radio) => {
+    const answer = batchAnswerIn(radio);
+    const file = files.get(answer?.radioFile?.split("/").pop() ?? "");
+    if (!answer || !file) {
+      return radio;
+    }
+    used.add(file);
+    return { name: answer.id ?? file.name, text: file.text };
+  });
+  return found.filter((radio) => !used.has(radio));
 }
 
 function changedName(name: string): string {
@@ -205,7 +221,7 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         change({ ...viewOf(files[0]), other: files[1], tab: "diff" });
       } else {
         await readFleet(
-          files.flatMap((file, index) =>
+          withTheirFiles(files.flatMap((file, index) =>
             kinds[index] !== "fleet"
               ? [file]
               : file.text.split("\n").filter((line) => line.trim() !== "").map((line, at) => {
@@ -215,7 +231,7 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
                     text: line.slice(tab + 1),
                   };
                 }),
-          ),
+          )),
         );
       }
     },
@@ -433,6 +449,7 @@ function RadioView({ view, ask, legend, change, place, setPlace }: RadioProps) {
   kept.current.powers = explained ?? kept.current.powers;
   const check = useMemo(() => parsed<Check>(ask({ ask: "check", name: radio.name }, radio.text)), [radio, ask]);
   const isBad = explainedAnswer?.outcome === badRadioFile;
+  const isOld = explained === null && kept.current.powers !== null;
   const powers = explained ?? kept.current.powers;
   const inputs = kept.current.inputs;
 
@@ -508,8 +525,9 @@ function RadioView({ view, ask, legend, change, place, setPlace }: RadioProps) {
         </aside>
         <div class="column">
         <div class="answer">
-          {isBad && <Messages messages={["The text is no radio file now; what is shown is from before."]} />}
+          {isBad && <Messages messages={["The text is no radio file now."]} />}
           {!isBad && <Messages messages={explainedAnswer?.messages ?? []} />}
+          {isOld && <p class="warning">What is shown is from before.</p>}
           {powers && (
             <>
               <p class="heading">
@@ -671,16 +689,19 @@ function SweepTab({ view, ask, change, inputs }: TabProps & { inputs: Inputs }) 
   const run = useRef(0);
   useEffect(() => {
     const mine = ++run.current;
-    const [axis, list] = [over.split("=")[0], over.includes("=") ? over.slice(over.indexOf("=") + 1) : null];
-    const input = inputs.inputs.find((each) => each.input === axis);
+    const axis = over.split("=")[0];
     const kept = othersThan(axis, changes);
     const separator = axis === "booster" ? "/" : ",";
-    const values = list === null ? input?.values.map((choice) => choice.value) ?? [] : list.split(separator);
     const sweepOver = (some: string[]) =>
       ask({ ask: "sweep", name: radio.name, changes: kept, over: [`${axis}=${some.join(separator)}`] }, radio.text);
     const work = async () => {
+      const asked = ask({ ask: "values", changes: kept, over: [over] }, radio.text);
+      const values = parsed<{ values: string[] }>(asked)?.values ?? [];
       let whole = null as Sweep | null;
-      const messages: string[] = [];
+      const messages: string[] = [...(asked?.messages ?? [])];
+      if (values.length === 0) {
+        setState({ sweep: null, messages, progress: null });
+      }
       for (let at = 0; at < values.length; at += slice) {
         const answer = sweepOver(values.slice(at, at + slice));
         const part = parsed<Sweep>(answer);
@@ -688,16 +709,14 @@ function SweepTab({ view, ask, change, inputs }: TabProps & { inputs: Inputs }) 
         if (part) {
           whole = whole ? { ...whole, points: [...whole.points, ...part.points] } : part;
         }
-        if (mine !== run.current) {
-          return;
-        }
         const done = Math.min(values.length, at + slice);
         setState({ sweep: whole, messages, progress: done < values.length && part ? `${done} of ${values.length}` : null });
         if (!part) {
           return;
         }
-        if (done < values.length) {
-          await pause();
+        await pause();
+        if (mine !== run.current) {
+          return;
         }
       }
     };

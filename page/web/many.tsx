@@ -2,9 +2,9 @@
 
 import { Fragment, h } from "preact";
 import { useMemo, useState } from "preact/hooks";
-import type { FleetLine, LoggedQuery } from "./answers";
+import type { FleetLine, LoggedQuery, Powers } from "./answers";
 import { decibels } from "./format";
-import { RuleName, Waterfall } from "./panels";
+import { PowerTable, RuleName, Waterfall } from "./panels";
 import type { Legend } from "./plot";
 import type { Radio } from "./link";
 
@@ -24,6 +24,19 @@ export interface Log {
 
 const shownAtMost = 200;
 
+/** A fleet may be answers of qor-power batch in place of radios. */
+export function batchAnswerIn(radio: Radio): FleetLine | null {
+  if (!radio.text.startsWith("{") || !/"radioFile"\s*:/.test(radio.text.slice(0, 4000))) {
+    return null;
+  }
+  try {
+    const line = JSON.parse(radio.text) as FleetLine;
+    return "radioFile" in line ? line : null;
+  } catch {
+    return null;
+  }
+}
+
 function rulesOf(line: FleetLine): string[] {
   return [...new Set((line.rows ?? []).map((row) => row.rule ?? ""))].filter((rule) => rule !== "");
 }
@@ -32,11 +45,12 @@ export function FleetView(props: { fleet: Fleet; legend: Legend; open(radio: Rad
   const { fleet, legend } = props;
   const [search, setSearch] = useState("");
   const [rule, setRule] = useState("");
+  const [opened, setOpened] = useState(-1);
   const words = search.toLowerCase();
   const found = useMemo(
     () =>
       fleet.lines
-        .map((line, index) => ({ line, index, name: line.id ?? fleet.radios[index].name }))
+        .map((line, index) => ({ line, index, name: line.id ?? line.radioFile ?? fleet.radios[index].name }))
         .filter(
           ({ line, name }) =>
             (rule === "" || rulesOf(line).includes(rule)) &&
@@ -106,20 +120,37 @@ export function FleetView(props: { fleet: Fleet; legend: Legend; open(radio: Rad
                   const powers = (line.rows ?? [])
                     .map((row) => row.maxPowerCentiDbm)
                     .filter((power): power is number => power !== null);
+                  const answer = batchAnswerIn(fleet.radios[index]);
                   return (
-                    <tr>
+                    <>
+                    <tr class={index === opened ? "chosen" : ""}>
                       <th scope="row">
-                        <button class="link" onClick={() => props.open({ ...fleet.radios[index], name })}>{name}</button>
+                        <button class="link" aria-expanded={answer ? index === opened : undefined}
+                          onClick={() =>
+                            answer ? setOpened(index === opened ? -1 : index) : props.open({ ...fleet.radios[index], name })}>
+                          {name}
+                        </button>
                       </th>
                       <td>{line.error ? <span class="warning">{line.place} {line.error}</span> : line.family}</td>
-                      <td class="number">{powers.length > 0 ? decibels(Math.min(...powers)) : ""}</td>
-                      <td class="number">{powers.length > 0 ? decibels(Math.max(...powers)) : ""}</td>
+                      <td class="number lowest">{powers.length > 0 ? decibels(Math.min(...powers)) : ""}</td>
+                      <td class="number highest">{powers.length > 0 ? decibels(Math.max(...powers)) : ""}</td>
                       <td>
                         {rulesOf(line).map((each) => (
                           <RuleName rule={each} legend={legend} key={each} />
                         ))}
                       </td>
                     </tr>
+                    {answer && index === opened && (
+                      <tr>
+                        <td colSpan={5}>
+                          <PowerTable powers={line as unknown as Powers} inFile={null} legend={legend} chosen={null} />
+                          <p class="note">
+                            This is the answer alone. Drop {line.radioFile ?? "the radio file"} together with it to see why.
+                          </p>
+                        </td>
+                      </tr>
+                    )}
+                    </>
                   );
                 })}
               </tbody>

@@ -26,7 +26,7 @@ export function PowerTable(props: {
   inFile: Powers | null;
   legend: Legend;
   chosen: string | null;
-  choose(name: string): void;
+  choose?: (name: string) => void;
 }) {
   const ghosts = new Map((props.inFile?.rows ?? []).map((row) => [row.name, row.maxPowerCentiDbm]));
   return (
@@ -43,11 +43,16 @@ export function PowerTable(props: {
         {props.powers.rows.map((row) => {
           const ghost = ghosts.get(row.name);
           return (
-            <tr key={row.name} class={row.name === props.chosen ? "chosen" : ""} data-code={row.name}>
+            <tr key={row.name} class={row.name === props.chosen ? "chosen" : ""} data-code={row.name}
+              data-rule={row.rule ?? row.explanation?.rule}>
               <th scope="row">
-                <button class="link" aria-pressed={row.name === props.chosen} onClick={() => props.choose(row.name)}>
-                  {row.name}
-                </button>
+                {props.choose ? (
+                  <button class="link" aria-pressed={row.name === props.chosen} onClick={() => props.choose?.(row.name)}>
+                    {row.name}
+                  </button>
+                ) : (
+                  row.name
+                )}
               </th>
               <td class="number" data-power={row.maxPowerCentiDbm ?? "none"}>
                 {decibels(row.maxPowerCentiDbm)}
@@ -88,15 +93,15 @@ export function Waterfall({ explanation, legend, go }: { explanation: Explanatio
       {explanation.binding && (
         <p class="verdict">
           <b>Limited by</b> <RuleName rule={explanation.binding.rule} legend={legend} words={explanation.binding.words} />{" "}
-          at <b>{decibels(explanation.binding.powerCentiDbm)} dBm</b>
+          at <b class="binding">{decibels(explanation.binding.powerCentiDbm)} dBm</b>
           {explanation.runnerUp && (
             <>
               . <b>Next bound</b>{" "}
               <RuleName rule={explanation.runnerUp.rule} legend={legend} words={explanation.runnerUp.words} /> at{" "}
-              {decibels(explanation.runnerUp.powerCentiDbm)} dBm
+              <span class="runner-up">{decibels(explanation.runnerUp.powerCentiDbm)} dBm</span>
               {explanation.headroomCentiDb !== null && (
                 <>
-                  , <b>{decibels(explanation.headroomCentiDb)} dB</b> above
+                  , <b class="headroom">{decibels(explanation.headroomCentiDb)} dB</b> above
                 </>
               )}
             </>

@@ -240,6 +240,25 @@ TEST(Engine, ASearchInStepsAnswersAsAQuestionDoesWhateverIsAskedMeanwhile) {
     }
 }
 
+TEST(Engine, TheValuesOfASweepAreThoseThatTheAnswerHas) {
+    for (const std::string over : {"rsec", "cutback=0..1:0.25,3", "booster=none/1,16,12,64QAM"}) {
+        const auto request = [&over](const std::string& asked, const std::string& list) {
+            return json{{"ask", asked}, {"form", "csv"}, {"over", {list}}}.dump();
+        };
+        const json values = ask(request("values", over), example(outdoor)).at("values");
+        std::string list;
+        for (const json& value : values) {
+            list += (list.empty() ? over.substr(0, over.find('=')) + '='
+                                  : (over.starts_with("booster") ? "/" : ",")) +
+                    value.get<std::string>();
+        }
+        EXPECT_GT(values.size(), 1U);
+        EXPECT_EQ(Engine().ask(request("sweep", list), example(outdoor)).text,
+                  Engine().ask(request("sweep", over), example(outdoor)).text)
+            << list;
+    }
+}
+
 TEST(Engine, AtARequestItsArgumentsCount) {
     const std::string text = example(outdoor);
     const json requests = ask(R"({"ask": "inputs"})", text).at("requests");
@@ -274,6 +293,19 @@ TEST(Engine, AFleetIsCountedUntilAnotherBegins) {
     static_cast<void>(sut.ask(R"({"ask": "fleet-radio", "first": true})", example(outdoor)));
     EXPECT_EQ(rules(), once);
     EXPECT_EQ(json::parse(sut.ask(R"({"ask": "fleet-radio"})", "{}").text).at("place"), "/channel");
+}
+
+TEST(Engine, AnAnswerOfABatchIsCountedAsItStands) {
+    Engine sut;
+    const std::string answer =
+        R"({"radioFile": "a.json", "error": null, "rows": [{"rule": "pmax-row"}, {"rule": "pmax-row"}]})";
+    EXPECT_EQ(sut.ask(R"({"ask": "fleet-radio", "first": true})", answer).text, answer + '\n');
+    static_cast<void>(sut.ask(R"({"ask": "fleet-radio"})", answer));
+    static_cast<void>(
+        sut.ask(R"({"ask": "fleet-radio"})",
+                R"({"radioFile": "b.json", "error": "no", "rows": [{"rule": "pmax-row"}]})"));
+    EXPECT_EQ(sut.ask(R"({"ask": "fleet-rules"})", "").text,
+              "{\"rules\":[{\"rule\":\"pmax-row\",\"nodes\":2,\"codes\":4}]}\n");
 }
 
 TEST(Engine, ALogInPartsIsToldAsAWhole) {
