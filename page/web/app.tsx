@@ -365,7 +365,7 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
       {notice && (
         <div class="messages" role="alert">
           <p>{notice}</p>
-          <button onClick={() => setNotice(null)}>Good</button>
+          <button id="close-notice" onClick={() => setNotice(null)}>Close</button>
         </div>
       )}
       <main>
