@@ -325,7 +325,7 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
       <Patterns rules={Object.values(legend)} />
       <header>
         <h1>
-          qor-power <span class="name">{view?.radio.name}</span>
+          qor-power <span class="name">{log ? "" : view?.radio.name}</span>
         </h1>
         <div class="row">
           <label class="button">
