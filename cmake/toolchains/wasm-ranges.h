@@ -113,6 +113,20 @@ constexpr auto lower_bound(Range&& range, const Value& value) {
     return std::lower_bound(std::begin(range), std::end(range), value);
 }
 
+template <class Range, class Value, class Compare = std::less<>, class Projection = std::identity>
+constexpr auto upper_bound(Range&& range, const Value& value, Compare compare = {},
+                           Projection projection = {}) {
+    return std::upper_bound(
+        std::begin(range), std::end(range), value, [&](const auto& wanted, auto&& element) -> bool {
+            return std::invoke(compare, wanted, std::invoke(projection, element));
+        });
+}
+
+template <class Range, class Value>
+constexpr void replace(Range&& range, const Value& before, const Value& after) {
+    std::replace(std::begin(range), std::end(range), before, after);
+}
+
 template <class Range, class Output, class Operation>
 constexpr auto transform(Range&& range, Output output, Operation operation) {
     return std::transform(std::begin(range), std::end(range), output, operation);
