@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test page page-test page-package setup tsan coverage board packages abi reproducible fuzz fuzz-sample worst-file valgrind test-fleet bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
+.PHONY: help demo build test page page-test page-package setup tsan coverage board packages abi reproducible fuzz fuzz-sample worst-file valgrind test-fleet python python-test bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 MINUTES ?= 1
@@ -85,6 +85,14 @@ test-fleet: build ## have a fleet answered by Slurm, by two hosts over ssh and a
 	tests/fleet/spark build/release/bin/qor-power
 	tests/fleet/hosts build/release/bin/qor-power
 	tests/fleet/slurm build/release/bin/qor-power
+
+python: ## build the Python package qor_power into build/release/python
+	scripts/setup python
+	scripts/python
+
+python-test: ## build and test it and its Debian package
+	scripts/setup python
+	scripts/python --test
 
 bench: ## time every query beside two yardsticks
 	scripts/bench

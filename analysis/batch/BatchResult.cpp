@@ -1,12 +1,16 @@
 #include "BatchResult.h"
 
+#include "AnalysisError.h"
 #include "Arguments.h"
 #include "ExplanationForms.h"
+#include "OneLine.h"
+#include "RadioFileError.h"
 #include "TextColumns.h"
 #include "TextForms.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <exception>
 #include <functional>
 #include <set>
 #include <sstream>
@@ -194,6 +198,32 @@ const char* wordsFor(BatchResult::Trouble trouble) {
 }
 
 } // namespace
+
+BatchResult BatchResult::of(std::string id, std::string path,
+                            const std::function<std::string()>& text, const AskedInputs& inputs) {
+    using enum Trouble;
+    BatchResult result;
+    result.id = std::move(id);
+    result.radioFile = std::move(path);
+    try {
+        result.setPowers(inputs.radio(text(), "").explain());
+    } catch (const RadioFileError& error) {
+        result.fail(
+            BadRadioFile,
+            oneLine(error.problem() + (error.remedy().empty() ? "" : "; " + error.remedy())),
+            error.place());
+    } catch (const QuestionError& error) {
+        result.fail(NoPowers, oneLine(error.what()));
+    } catch (const AnalysisError& error) {
+        result.fail(error.outcome() == Outcome::ServiceDidNotStart ? NotStarted
+                    : result.radioFile.empty()                     ? Line
+                                                                   : Unreadable,
+                    oneLine(error.what()));
+    } catch (const std::exception& error) {
+        result.fail(Other, oneLine(error.what()));
+    }
+    return result;
+}
 
 void BatchResult::setPowers(ExplainedTable explained) {
     powers = std::move(explained);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "Arguments.h"
 #include "Explanation.h"
 #include "Field.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -29,6 +31,12 @@ struct BatchResult {
     std::string error;                    ///< why the line is bad, on one line; empty if it is not
     std::string place = {};               ///< of the error in the radio file; may be empty
     Trouble trouble = Trouble::None;      ///< kind of the error
+
+    /// Asks a radio, and says what came of it, whatever that is.
+    /// @param path of its file as given; empty: its text stands in the line.
+    /// @param text of its radio file; may throw AnalysisError where there is none to be had.
+    static BatchResult of(std::string id, std::string path,
+                          const std::function<std::string()>& text, const AskedInputs& inputs);
 
     bool isBad() const { return trouble != Trouble::None; }
 

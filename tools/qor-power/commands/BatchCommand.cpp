@@ -119,29 +119,9 @@ BatchProgress::~BatchProgress() {
 }
 
 BatchResult answerTo(const LineReader::Line& line, const AskedInputs& inputs) {
-    using enum BatchResult::Trouble;
     const RadioLine radio(line);
-    BatchResult result;
-    result.id = radio.id();
-    result.radioFile = radio.path();
-    try {
-        result.setPowers(inputs.radio(radio.text(), "").explain());
-    } catch (const RadioFileError& error) {
-        result.fail(
-            BadRadioFile,
-            oneLine(error.problem() + (error.remedy().empty() ? "" : "; " + error.remedy())),
-            error.place());
-    } catch (const QuestionError& error) {
-        result.fail(NoPowers, oneLine(error.what()));
-    } catch (const AnalysisError& error) {
-        result.fail(error.outcome() == Outcome::ServiceDidNotStart ? NotStarted
-                    : radio.path().empty()                         ? Line
-                                                                   : Unreadable,
-                    oneLine(error.what()));
-    } catch (const std::exception& error) {
-        result.fail(Other, oneLine(error.what()));
-    }
-    return result;
+    return BatchResult::of(
+        radio.id(), radio.path(), [&radio] { return radio.text(); }, inputs);
 }
 
 /// Some lines of a list on their way to a process, and their answers on the way back.
