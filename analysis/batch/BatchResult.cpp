@@ -174,7 +174,7 @@ Fields<Row> selected(const Fields<Row>& fields, bool isCsv,
     return chosen;
 }
 
-const char* wordsFor(BatchResult::Trouble trouble) {
+const char* troubleInWords(BatchResult::Trouble trouble) {
     using enum BatchResult::Trouble;
     switch (trouble) {
     case None:
@@ -433,7 +433,7 @@ std::vector<std::string> BatchTotals::inWords(std::size_t width) const {
     };
     std::vector<std::vector<std::string>> table{{"Bad because", "Lines"}};
     for (const auto& [trouble, count] : troubles) {
-        table.push_back({wordsFor(trouble), std::to_string(count)});
+        table.push_back({troubleInWords(trouble), std::to_string(count)});
     }
     addColumns({Align::Left, Align::Right}, table);
     table = {{"Limited by", "Nodes", "Codes", "In words"}};
