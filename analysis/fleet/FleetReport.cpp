@@ -194,7 +194,8 @@ std::vector<FleetReport::Limits> FleetReport::limits() const {
 
 std::vector<FleetReport::Outlier> FleetReport::outliers() const {
     std::map<std::string, Outlier> byRadio;
-    for (const auto& [key, kind] : m_kinds) {
+    for (const auto& ofKey : m_kinds) {
+        const auto& kind = ofKey.second;
         const auto range = kind.usualRange();
         if (!range) {
             continue;
