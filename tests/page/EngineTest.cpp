@@ -242,7 +242,7 @@ TEST(Engine, ASearchInStepsAnswersAsAQuestionDoesWhateverIsAskedMeanwhile) {
 
 TEST(Engine, TheValuesOfASweepAreThoseThatTheAnswerHas) {
     for (const std::string over : {"rsec", "cutback=0..1:0.25,3", "booster=none/1,16,12,64QAM"}) {
-        const auto request = [&over](const std::string& asked, const std::string& list) {
+        const auto request = [](const std::string& asked, const std::string& list) {
             return json{{"ask", asked}, {"form", "csv"}, {"over", {list}}}.dump();
         };
         const json values = ask(request("values", over), example(outdoor)).at("values");
