@@ -9,6 +9,19 @@ constexpr RadioChannel channel = 1;
 
 } // namespace
 
+void publishNeighbours(ICapabilityHandler& capabilityHandler, IAcmHandler& acmHandler,
+                       IFrameFormat& frameFormat, ISystemPowerController& systemPowerController,
+                       IHardwareConfigurationHandler& hardwareConfigurationHandler) {
+    InterfaceBroker& broker = InterfaceBroker::getInstance();
+    broker.registerInterface(ICapabilityHandler::interfaceName(channel), &capabilityHandler);
+    broker.registerInterface(IAcmHandler::interfaceName(channel), &acmHandler);
+    broker.registerInterface(IFrameFormat::interfaceName(channel), &frameFormat);
+    broker.registerInterface(ISystemPowerController::interfaceName(channel),
+                             &systemPowerController);
+    broker.registerInterface(IHardwareConfigurationHandler::interfaceName(),
+                             &hardwareConfigurationHandler);
+}
+
 BenchNode::BenchNode(const Scenario& scenario)
     : m_capabilityHandler(scenario)
     , m_acmHandler(scenario)
@@ -23,14 +36,8 @@ BenchNode::BenchNode(const Scenario& scenario)
 }
 
 void BenchNode::publish() {
-    InterfaceBroker& broker = InterfaceBroker::getInstance();
-    broker.registerInterface(ICapabilityHandler::interfaceName(channel), &m_capabilityHandler);
-    broker.registerInterface(IAcmHandler::interfaceName(channel), &m_acmHandler);
-    broker.registerInterface(IFrameFormat::interfaceName(channel), &m_frameFormat);
-    broker.registerInterface(ISystemPowerController::interfaceName(channel),
-                             &m_systemPowerController);
-    broker.registerInterface(IHardwareConfigurationHandler::interfaceName(),
-                             &m_hardwareConfigurationHandler);
+    publishNeighbours(m_capabilityHandler, m_acmHandler, m_frameFormat, m_systemPowerController,
+                      m_hardwareConfigurationHandler);
 }
 
 BenchNode::~BenchNode() {

@@ -7,6 +7,11 @@
 #include "ISystemPowerController.h"
 #include "Scenario.h"
 
+/// Puts neighbours into the broker, as those of the one channel that is measured.
+void publishNeighbours(ICapabilityHandler& capabilityHandler, IAcmHandler& acmHandler,
+                       IFrameFormat& frameFormat, ISystemPowerController& systemPowerController,
+                       IHardwareConfigurationHandler& hardwareConfigurationHandler);
+
 /// Neighbours that answer from a scenario with as little work as can be, so that what is counted is
 /// the calculator's; each of the simulated ones looks at every call whether to record it or to
 /// fail, and copies what it answers. Published while the object lives.

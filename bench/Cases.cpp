@@ -280,7 +280,7 @@ PreparedCase::PreparedCase(const Case& measured)
     start(m_service);
     if (m_case.isRecorded) {
         m_forwarding.emplace(m_node);
-        m_forwarding->publish(1);
+        m_forwarding->publish();
         m_forwardedService.emplace(1);
         start(*m_forwardedService);
         m_forwarded.emplace(*m_forwardedService);

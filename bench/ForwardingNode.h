@@ -2,7 +2,6 @@
 
 #include "BenchNode.h"
 #include "IOutputPowerCalculator.h"
-#include "InterfaceBroker.h"
 
 /// Decorators of a node that hand every call through and do nothing else: what stands before the
 /// neighbours at all cannot cost less.
@@ -15,16 +14,10 @@ public:
         , m_systemPowerController(node.systemPowerController())
         , m_hardwareConfigurationHandler(node.hardwareConfigurationHandler()) {}
 
-    /// Takes the place of the neighbours of a channel.
-    void publish(RadioChannel channel) {
-        InterfaceBroker& broker = InterfaceBroker::getInstance();
-        broker.registerInterface(ICapabilityHandler::interfaceName(channel), &m_capabilityHandler);
-        broker.registerInterface(IAcmHandler::interfaceName(channel), &m_acmHandler);
-        broker.registerInterface(IFrameFormat::interfaceName(channel), &m_frameFormat);
-        broker.registerInterface(ISystemPowerController::interfaceName(channel),
-                                 &m_systemPowerController);
-        broker.registerInterface(IHardwareConfigurationHandler::interfaceName(),
-                                 &m_hardwareConfigurationHandler);
+    /// Takes the place of the node's neighbours.
+    void publish() {
+        publishNeighbours(m_capabilityHandler, m_acmHandler, m_frameFormat, m_systemPowerController,
+                          m_hardwareConfigurationHandler);
     }
 
 private:

@@ -48,6 +48,35 @@ function Typed({ input, value, id, set }: Props) {
   );
 }
 
+interface InForceProps {
+  words: string;
+  id?: string;
+  value: string;
+  before: string;
+  remember: (value: string) => void;
+  set: (value: string) => void;
+}
+
+/** Whether an input counts at all. What it was when it was taken away comes back with it. */
+function InForce({ words, id, value, before, remember, set }: InForceProps) {
+  return (
+    <label class="inline">
+      <input
+        id={id}
+        type="checkbox"
+        checked={value !== "none"}
+        onChange={(event) => {
+          if (!event.currentTarget.checked) {
+            remember(value);
+          }
+          set(event.currentTarget.checked ? before : "none");
+        }}
+      />
+      {words}
+    </label>
+  );
+}
+
 function Decibels({ input, value, id, set }: Props) {
   const isOff = value === "none";
   const canBeOff = input.values.some((choice) => choice.value === "none");
@@ -56,19 +85,8 @@ function Decibels({ input, value, id, set }: Props) {
   return (
     <div class="decibels">
       {canBeOff && (
-        <label class="inline">
-          <input
-            type="checkbox"
-            checked={!isOff}
-            onChange={(event) => {
-              if (!event.currentTarget.checked) {
-                remember(value);
-              }
-              set(input.input, event.currentTarget.checked ? before : "none", true);
-            }}
-          />
-          in force
-        </label>
+        <InForce words="in force" value={value} before={before} remember={remember}
+          set={(text) => set(input.input, text, true)} />
       )}
       <input
         id={id}
@@ -106,20 +124,8 @@ function Booster({ input, value, id, set, modulations }: Props) {
     set(input.input, parts.map((part, at) => (at === index ? text : part)).join(","), true);
   return (
     <div class="booster">
-      <label class="inline">
-        <input
-          id={id}
-          type="checkbox"
-          checked={!isOff}
-          onChange={(event) => {
-            if (!event.currentTarget.checked) {
-              remember(value);
-            }
-            set(input.input, event.currentTarget.checked ? before : "none", true);
-          }}
-        />
-        present
-      </label>
+      <InForce words="present" id={id} value={value} before={before} remember={remember}
+        set={(text) => set(input.input, text, true)} />
       {!isOff && (
         <div class="parts">
           {boosterParts.map((words, index) => (
