@@ -84,8 +84,13 @@ FleetComparison::FleetComparison(Question::Form form, TextLook look, Write write
     , m_write(std::move(write))
     , m_form(fleetFormOf(form), look)
     , m_diff([this](const FleetDiff::Change& change) { m_write(m_form.add(change)); })
-    , m_isText(form == Question::Form::Text) {
-    m_write(m_form.beginning());
+    , m_isText(form == Question::Form::Text) {}
+
+void FleetComparison::add(FleetDiff::Side side, std::string_view line) {
+    if (m_diff.isEmpty()) {
+        m_write(m_form.beginning());
+    }
+    m_diff.add(side, line);
 }
 
 Outcome FleetComparison::finish() {

@@ -62,7 +62,7 @@ public:
     FleetComparison(Question::Form form, TextLook look, Write write);
 
     /// @throw AnalysisError OtherTrouble if the order of the two is too different.
-    void add(FleetDiff::Side side, std::string_view line) { m_diff.add(side, line); }
+    void add(FleetDiff::Side side, std::string_view line);
 
     /// @return AnswerIsNo if there is any difference.
     /// @throw AnalysisError OtherTrouble if there was no line.

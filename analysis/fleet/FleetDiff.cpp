@@ -9,7 +9,9 @@ namespace {
 
 /// About what it takes in memory.
 std::size_t bytesOf(const RadioAnswer& answer) {
-    std::size_t weight = sizeof(RadioAnswer) + 2 * answer.name().size() + answer.error.size() + 128;
+    std::size_t weight = sizeof(RadioAnswer) + 2 * answer.name().size() + answer.radioFile.size() +
+                         answer.error.size() + answer.family.size() + answer.productNumber.size() +
+                         answer.market.size() + answer.rsec.size() + 128;
     for (const RadioAnswer::Row& row : answer.rows) {
         weight +=
             sizeof(RadioAnswer::Row) + row.name.size() + row.modulation.size() + row.rule.size();
@@ -69,6 +71,12 @@ void FleetDiff::tell(const Change& change) {
     m_tell(change);
 }
 
+void FleetDiff::tellRemark(What what, const std::string& radio, const std::string& remark) {
+    Change change{what, radio};
+    change.remark = remark;
+    tell(change);
+}
+
 void FleetDiff::add(Side side, std::string_view line) {
     const bool isBefore = side == Side::Before;
     const auto own = static_cast<std::size_t>(side);
@@ -78,34 +86,19 @@ void FleetDiff::add(Side side, std::string_view line) {
     try {
         answer = RadioAnswer::read(line);
     } catch (const AnalysisError& error) {
-        tell({What::Unreadable, "", 0, "", "", {}, {}, "", "", place + ": " + error.what()});
+        tellRemark(What::Unreadable, "", place + ": " + error.what());
         return;
     }
     const std::string name = answer.name();
     if (name.empty()) {
-        tell({What::Nameless,
-              "",
-              0,
-              "",
-              "",
-              {},
-              {},
-              "",
-              "",
-              place + ": neither an id nor a radio file; let the list of the batch give ids"});
+        tellRemark(What::Nameless, "",
+                   place + ": neither an id nor a radio file; let the list of the batch give ids");
         return;
     }
-    if (!m_names[own].add(name)) {
-        tell({isBefore ? What::DoubledBefore : What::DoubledAfter,
-              name,
-              0,
-              "",
-              "",
-              {},
-              {},
-              "",
-              "",
-              place + ": not compared, as an answer of that name came before"});
+    // A name may be forgotten while its answer waits.
+    if (!m_names[own].add(name) || m_waiting[own].contains(name)) {
+        tellRemark(isBefore ? What::DoubledBefore : What::DoubledAfter, name,
+                   place + ": not compared, as an answer of that name came before");
         return;
     }
     auto& waitingThere = m_waiting[1 - own];
@@ -125,7 +118,7 @@ void FleetDiff::add(Side side, std::string_view line) {
                                 "(32 MiB): bring both into one order, for example with LC_ALL=C "
                                 "sort");
     }
-    m_waiting[own].insert_or_assign(name, Waiting{std::move(answer), m_lines[own]});
+    m_waiting[own].emplace(name, Waiting{std::move(answer), m_lines[own]});
 }
 
 void FleetDiff::finish() {
@@ -136,16 +129,8 @@ void FleetDiff::finish() {
             inOrder.emplace(entry.line, &entry.answer);
         }
         for (const auto& [line, answer] : inOrder) {
-            tell({isBefore ? What::OnlyBefore : What::OnlyAfter,
-                  answer->name(),
-                  0,
-                  "",
-                  "",
-                  {},
-                  {},
-                  "",
-                  "",
-                  answer->error});
+            tellRemark(isBefore ? What::OnlyBefore : What::OnlyAfter, answer->name(),
+                       answer->error);
         }
         waiting.clear();
     }
@@ -156,16 +141,8 @@ void FleetDiff::compare(const RadioAnswer& before, const RadioAnswer& after) {
     if (before.isBad() && after.isBad()) {
         ++m_badInBoth;
     } else if (before.isBad() || after.isBad()) {
-        tell({before.isBad() ? What::FailedBefore : What::FailedAfter,
-              after.name(),
-              0,
-              "",
-              "",
-              {},
-              {},
-              "",
-              "",
-              before.error + after.error});
+        tellRemark(before.isBad() ? What::FailedBefore : What::FailedAfter, after.name(),
+                   before.error + after.error);
     } else {
         ++m_compared;
         const std::uint64_t told = m_changedCodes + count(What::MinPower);

@@ -69,7 +69,7 @@ public:
         std::optional<std::int64_t> greatest = {};
     };
 
-    /// Answers that wait take at most so many bytes: some 20,000 radios of ten codes.
+    /// Answers that wait take at most so many bytes: some 16,000 radios of ten codes.
     static constexpr std::size_t maxWaiting = std::size_t{32} << 20;
 
     /// @param tell gets every change in the order in which it is found, once.
@@ -106,6 +106,7 @@ private:
     };
 
     void tell(const Change& change);
+    void tellRemark(What what, const std::string& radio, const std::string& remark);
     void compare(const RadioAnswer& before, const RadioAnswer& after);
     void compareCodes(const RadioAnswer& before, const RadioAnswer& after);
     Move& moveOf(const Change& change);

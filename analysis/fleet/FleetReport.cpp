@@ -168,7 +168,8 @@ std::optional<std::pair<std::int64_t, std::int64_t>> FleetReport::Kind::usualRan
         return std::nullopt;
     }
     const std::int64_t low = *powers.at(25);
-    const std::int64_t high = *powers.at(75);
+    // Of powers that are counted together, all may be the one meant.
+    const std::int64_t high = std::min(*powers.at(75) + powers.step() - 1, *powers.greatest());
     const std::int64_t reach = (high - low) * 3 / 2;
     return std::pair(low - reach, high + reach);
 }

@@ -1,5 +1,6 @@
 #include "FleetReport.h"
 
+#include "Decibels.h"
 #include "Field.h"
 #include "OneLine.h"
 #include "Rule.h"
@@ -108,11 +109,22 @@ Fields<FleetReport::Outlier> fleetOutlierFields() {
 std::string textForm(const FleetReport& report, const TextLook& look) {
     const TableRoom room{look.width};
     std::string text;
+    std::int64_t widestStep = 1;
     if (report.radios() > 0) {
         text += "Powers of the codes of each modulation\n" +
                 textColumns(fleetPowerFields(report), report.powers(), "-", nullptr, room) +
                 "\nWhat limits them, and the headroom up to the next bound\n" +
                 textColumns(fleetRuleFields(report), report.limits(), "-", nullptr, room) + '\n';
+        for (const FleetReport::Powers& line : report.powers()) {
+            widestStep = std::max(widestStep, line.powers.step());
+        }
+        for (const FleetReport::Limits& line : report.limits()) {
+            widestStep = std::max(widestStep, line.headroom.step());
+        }
+    }
+    if (widestStep > 1) {
+        text += "Of so many figures quarters and medians are rounded down, by less than " +
+                Decibels::dB(widestStep) + ";\ncsv and json have the step of each line\n\n";
     }
     std::vector<FleetReport::Outlier> outliers = report.outliers();
     if (!outliers.empty()) {

@@ -7,6 +7,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstdint>
+#include <limits>
+
 namespace {
 
 [[noreturn]] void failAsAnswer(const std::string& problem) {
@@ -44,10 +47,23 @@ public:
         return value.is_null() ? "" : value.get<std::string>();
     }
 
+    /// A text that names one of few things, of which those are kept that have come.
+    std::string shortText(const char* key) const {
+        constexpr std::size_t longest = 1024;
+        std::string value = text(key);
+        if (value.size() > longest) {
+            failAsAnswer(inQuotes(key) + " is longer than " + std::to_string(longest) + " bytes");
+        }
+        return value;
+    }
+
     std::int64_t number(const char* key) const {
         const nlohmann::json& value = at(key);
+        // What is not negative is kept without a sign, and may be beyond what has one.
+        const bool isBeyond = value.is_number_unsigned() &&
+                              value.get<std::uint64_t>() > std::numeric_limits<std::int32_t>::max();
         const auto number = value.is_number_integer() ? value.get<std::int64_t>() : -1;
-        if (!value.is_number_integer() || number != static_cast<std::int32_t>(number)) {
+        if (!value.is_number_integer() || isBeyond || number != static_cast<std::int32_t>(number)) {
             failAsAnswer(inQuotes(key) + " is no whole number of 32 bits");
         }
         return number;
@@ -82,12 +98,12 @@ RadioAnswer RadioAnswer::read(std::string_view line) {
         return answer;
     }
     const AnswerObject frameFormat = document.object("frameFormat");
-    answer.family = document.text("family");
-    answer.productNumber = document.text("productNumber");
-    answer.market = frameFormat.text("market");
+    answer.family = document.shortText("family");
+    answer.productNumber = document.shortText("productNumber");
+    answer.market = frameFormat.shortText("market");
     answer.channelSpacing = frameFormat.number("channelSpacingMHz");
     answer.dpdVersion = frameFormat.number("dpdVersion");
-    answer.rsec = document.object("rsec").text("class");
+    answer.rsec = document.object("rsec").shortText("class");
     answer.cutback = document.object("cutback").number("inForceCentiDb");
     answer.minPower = document.numberOrNothing("minPowerCentiDbm");
     const nlohmann::json& rows = document.at("rows");
@@ -98,8 +114,8 @@ RadioAnswer RadioAnswer::read(std::string_view line) {
         const AnswerObject row(element);
         // Answers of earlier releases have no headroom.
         answer.rows.push_back(
-            {row.number("code"), row.text("name"), row.text("modulation"),
-             row.numberOrNothing("maxPowerCentiDbm"), row.text("rule"),
+            {row.number("code"), row.shortText("name"), row.shortText("modulation"),
+             row.numberOrNothing("maxPowerCentiDbm"), row.shortText("rule"),
              row.has("headroomCentiDb") ? row.numberOrNothing("headroomCentiDb") : std::nullopt});
     }
     return answer;

@@ -220,11 +220,11 @@ def read_fleet(lines: str | os.PathLike[str] | Iterable[str], like: Radio | None
     """
     inputs = Inputs() if like is None else like._inputs  # pylint: disable=protected-access
     if isinstance(lines, (str, os.PathLike)):
-        with open(lines, encoding="utf-8", errors="surrogateescape") as file:
+        with open(lines, encoding="utf-8-sig", errors="surrogateescape", newline="\n") as file:
             yield from read_fleet(file, like)
         return
     for line in lines:
-        yield _answer_line(line.rstrip("\r\n"), inputs)
+        yield _answer_line(line.removesuffix("\n").removesuffix("\r"), inputs)
 
 
 def _answer_line(line: str, inputs: Inputs) -> Answer:
@@ -234,17 +234,20 @@ def _answer_line(line: str, inputs: Inputs) -> Answer:
     text: bytes = b""
     path = unreadable = ""
     if rest.startswith("{"):
-        text = rest.encode(errors="surrogateescape")
+        text = os.fsencode(rest)
     elif not rest:
         unreadable = "an empty line"
+    elif "\0" in rest:
+        path, unreadable = rest, "cannot be read: a path holds no NUL"
     else:
         path = rest
+        named = "./-" if path == "-" else path
         try:
-            with open(path, "rb") as file:
+            with open(named, "rb") as file:
                 text = file.read()
         except OSError as error:
-            unreadable = f"{path}: cannot be read: {error.strerror}"
-        except ValueError as error:
-            unreadable = f"{path}: cannot be read: {error}"
-    answer: Answer = json.loads(_qor_power.batch_line(radio_id, path, text, unreadable, inputs))
+            unreadable = f"{named}: cannot be read: {error.strerror}"
+    line_of_batch = _qor_power.batch_line(
+        os.fsencode(radio_id), os.fsencode(path), text, os.fsencode(unreadable), inputs)
+    answer: Answer = json.loads(os.fsdecode(line_of_batch))
     return answer

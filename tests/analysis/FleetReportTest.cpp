@@ -78,4 +78,32 @@ TEST(FleetOverview, RefusesWhatThereIsNot) {
     EXPECT_THROW(FleetOverview({.table = "rules"}), QuestionError);
 }
 
+TEST(FleetOverview, NamesNoUsualRadioWherePowersAreCountedTogether) {
+    std::string lines;
+    const auto add = [&lines](const std::string& id, int power) {
+        lines += R"({"id":")" + id +
+                 R"(","radioFile":null,"error":null,"productNumber":"p","family":"f",)"
+                 R"("frameFormat":{"market":"Etsi","channelSpacingMHz":28,"dpdVersion":2},)"
+                 R"("rsec":{"class":"2"},"cutback":{"inForceCentiDb":0},"minPowerCentiDbm":null,)"
+                 R"("rows":[{"code":31,"name":"4QAM","modulation":"4QAM","maxPowerCentiDbm":)" +
+                 std::to_string(power) +
+                 R"(,"rule":"pmax-row"}]})"
+                 "\n";
+    };
+    for (int number = 0; number < 1000; ++number) {
+        add("usual " + std::to_string(number), 1001);
+    }
+    for (int number = 0; number < 300; ++number) {
+        add("odd " + std::to_string(number), 3 * number);
+    }
+
+    const std::string text = reportOf({}, lines).text;
+
+    EXPECT_NE(text.find("odd 0"), std::string::npos);
+    EXPECT_EQ(text.find("usual "), std::string::npos);
+    EXPECT_NE(text.find("quarters and medians are rounded down, by less than 0.08 dB;"),
+              std::string::npos)
+        << text;
+}
+
 } // namespace

@@ -111,6 +111,18 @@ def test_a_fleet_has_the_answers_of_batch(tmp_path):
     assert list(qor_power.read_fleet(tmp_path / "list")) == expected
 
 
+def test_a_fleet_of_odd_lines_has_the_answers_of_batch(tmp_path):
+    odd = b"\xef\xbb\xbfmark\tx.json\nn\xe4\tno\xe4.json\n-\none\rline\nno\0path\nend\tx.json\r\n"
+    (tmp_path / "list").write_bytes(odd)
+    printed = subprocess.run([TOOL, "batch", "--quiet", tmp_path / "list"], capture_output=True, check=False).stdout
+    expected = list(map(json.loads, os.fsdecode(printed).splitlines()))
+
+    answers = list(qor_power.read_fleet(tmp_path / "list"))
+
+    assert answers == expected
+    assert [answer["id"] for answer in answers] == ["mark", "n\udce4", None, None, None, "end"]
+
+
 def test_a_fleet_may_be_asked_under_inputs(radio):
     answers = qor_power.read_fleet([str(RADIOS[0])], like=radio.with_(cutback_db=7))
 
