@@ -53,22 +53,18 @@ std::optional<Trouble> troubleOf(const std::string& radioFile, const AskedInputs
 
 /// The line that a batch prints of a radio.
 /// @param unreadable why there is no text; empty: there is.
-py::bytes batchLine(const std::string& id, const std::string& path, const std::string& radioFile,
-                    const std::string& unreadable, const AskedInputs& inputs) {
-    const auto line = [&] {
-        const py::gil_scoped_release released;
-        const std::lock_guard lock(oneQuestion);
-        static const BatchForm form({});
-        const auto text = [&] {
-            if (!unreadable.empty()) {
-                throw AnalysisError(Outcome::OtherTrouble, unreadable);
-            }
-            return radioFile;
-        };
-        return form.linesOf(BatchResult::of(id, path, text, inputs));
+std::string batchLine(const std::string& id, const std::string& path, const std::string& radioFile,
+                      const std::string& unreadable, const AskedInputs& inputs) {
+    const py::gil_scoped_release released;
+    const std::lock_guard lock(oneQuestion);
+    static const BatchForm form({});
+    const auto text = [&] {
+        if (!unreadable.empty()) {
+            throw AnalysisError(Outcome::OtherTrouble, unreadable);
+        }
+        return radioFile;
     };
-    // Ids and paths may be no UTF-8.
-    return line();
+    return form.linesOf(BatchResult::of(id, path, text, inputs));
 }
 
 } // namespace

@@ -247,7 +247,7 @@ def _answer_line(line: str, inputs: Inputs) -> Answer:
                 text = file.read()
         except OSError as error:
             unreadable = f"{named}: cannot be read: {error.strerror}"
-    line_of_batch = _qor_power.batch_line(
-        os.fsencode(radio_id), os.fsencode(path), text, os.fsencode(unreadable), inputs)
-    answer: Answer = json.loads(os.fsdecode(line_of_batch))
+    # Ids and paths may be no UTF-8; what is printed of them is.
+    answer: Answer = json.loads(
+        _qor_power.batch_line(os.fsencode(radio_id), os.fsencode(path), text, os.fsencode(unreadable), inputs))
     return answer

@@ -120,7 +120,7 @@ def test_a_fleet_of_odd_lines_has_the_answers_of_batch(tmp_path):
     answers = list(qor_power.read_fleet(tmp_path / "list"))
 
     assert answers == expected
-    assert [answer["id"] for answer in answers] == ["mark", "n\udce4", None, None, None, "end"]
+    assert [answer["id"] for answer in answers] == ["mark", "n\ufffd", None, None, None, "end"]
 
 
 def test_a_fleet_may_be_asked_under_inputs(radio):
