@@ -23,8 +23,8 @@ private:
     static constexpr std::uint64_t nothing = ~std::uint64_t{0}; ///< no word has that many bits
 
     // What a decorator knows of its neighbour is no part of its state to others, so that its
-    // operations are const. In one piece, and no other memory is read because of it: whoever sees
-    // it takes the lock later than who set it.
+    // operations are const. In one piece, and what else is read because of it is read behind the
+    // lock, which whoever set it had taken.
     mutable std::atomic<std::uint64_t> m_word{nothing};
 };
 

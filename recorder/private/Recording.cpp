@@ -197,10 +197,13 @@ void Recording::noteOutside() noexcept {
     }
 }
 
-void Recording::request(const Tape::Word* words, std::size_t count, std::uint16_t doubt,
+void Recording::request(const Tape::Word* words, std::size_t count, RequestUnderWay& asked,
                         const std::map<ModulationAndCoding, long>* powerMap) noexcept {
     const std::lock_guard<BriefLock> lock(m_lock);
-    m_tape.request(words, count, doubt);
+    if (asked.doubt != Doubt::threw) {
+        doubtChanges(asked);
+    }
+    m_tape.request(words, count, asked.doubt);
     if (m_isArmed.load(std::memory_order_relaxed)) {
         pullTrigger(words, powerMap);
     }

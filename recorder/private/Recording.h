@@ -129,22 +129,23 @@ public:
     void noteOutside() noexcept;
 
     /// Notes a request, and lets the trigger see it.
-    void request(const Tape::Word* words, std::size_t count, std::uint16_t doubt,
+    void request(const Tape::Word* words, std::size_t count, RequestUnderWay& asked,
                  const std::map<ModulationAndCoding, long>* powerMap) noexcept;
 
     /// Likewise of a request without a power map.
     template <class... Each>
-    __attribute__((always_inline)) void requestOf(std::uint16_t doubt, Each... words) noexcept {
+    __attribute__((always_inline)) void requestOf(RequestUnderWay& asked, Each... words) noexcept {
         m_lock.lock();
+        doubtChanges(asked);
         // A trigger sees every request.
         if (__builtin_expect(!m_isArmed.load(std::memory_order_relaxed) &&
-                                 m_tape.isRepeated(doubt, words...),
+                                 m_tape.isRepeated(asked.doubt, words...),
                              1)) {
             m_lock.unlock();
             return;
         }
         m_lock.unlock();
-        newRequestOf(doubt, words...);
+        newRequestOf(asked, words...);
     }
 
     std::uint32_t changes() const { return m_changes.load(std::memory_order_relaxed); }
@@ -161,10 +162,18 @@ public:
     RadioChannel channel() const { return m_channel; }
 
 private:
+    /// With the lock held, so that no other change comes between this and what is noted: whether
+    /// another thread has noted an answer that this request may have seen both ways.
+    void doubtChanges(RequestUnderWay& asked) const {
+        if (changes() != asked.changesExpected) {
+            asked.doubt |= Doubt::changedMeanwhile;
+        }
+    }
+
     template <class... Each>
-    __attribute__((noinline)) void newRequestOf(std::uint16_t doubt, Each... words) noexcept {
+    __attribute__((noinline)) void newRequestOf(RequestUnderWay& asked, Each... words) noexcept {
         const Tape::Word all[] = {words...};
-        request(all, sizeof...(words), doubt, nullptr);
+        request(all, sizeof...(words), asked, nullptr);
     }
 
     void pullTrigger(const Tape::Word* words,
@@ -227,28 +236,25 @@ public:
             doubt(Doubt::tooWide);
         }
         leave();
-        m_this.recording->requestOf(m_this.doubt, wordOf(call), wordOf(numbers)...);
+        m_this.recording->requestOf(m_this, wordOf(call), wordOf(numbers)...);
     }
 
     /// The end of a request with a power map.
     void end(const Tape::Word* words, std::size_t count,
              const std::map<ModulationAndCoding, long>& powerMap) {
         leave();
-        m_this.recording->request(words, count, m_this.doubt, &powerMap);
+        m_this.recording->request(words, count, m_this, &powerMap);
     }
 
 private:
-    void leave() {
-        ofThread = {m_this.outer, m_this.askedByOuter};
-        if (m_this.recording->changes() != m_this.changesExpected) {
-            doubt(Doubt::changedMeanwhile);
-        }
-    }
+    void leave() { ofThread = {m_this.outer, m_this.askedByOuter}; }
 
     __attribute__((noinline)) void threw(Call call) {
         leave();
         const Tape::Word words[] = {wordOf(call), 0, 0, 0};
-        m_this.recording->request(words, 4, Doubt::threw, nullptr);
+        // Nothing that it saw is played again.
+        m_this.doubt = Doubt::threw;
+        m_this.recording->request(words, 4, m_this, nullptr);
     }
 
     RequestUnderWay m_this;

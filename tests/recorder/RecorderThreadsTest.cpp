@@ -1,5 +1,6 @@
 #include "RecordedHost.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -7,8 +8,12 @@
 #include <map>
 #include <optional>
 #include <thread>
+#include <utility>
 
 namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
 
 /// The neighbours of channel 2 beside a host's of channel 1, which answer alike.
 class SecondChannel {
@@ -42,6 +47,27 @@ private:
     SimulatedAcmHandler m_acmHandler;
     SimulatedFrameFormat m_frameFormat;
     SimulatedSystemPowerController m_systemPowerController;
+};
+
+/// A capability handler that lets something else happen, once, while it is asked.
+class InterruptedHandler : public ICapabilityHandler {
+public:
+    std::string getTmuHwProductNumber() const override {
+        if (whileAsked) {
+            std::exchange(whileAsked, nullptr)();
+        }
+        return number;
+    }
+    unsigned getPmaxCapabilityDpd1Etsi(const int** table, const int** count) const override {
+        static const int rows[] = {4, 2600, 64, 1800};
+        static const int size = 4;
+        *table = rows;
+        *count = &size;
+        return 0;
+    }
+
+    mutable std::function<void()> whileAsked;
+    std::string number = "QZT 846 001";
 };
 
 } // namespace
@@ -140,4 +166,23 @@ TEST(RecorderThreads, twoChannelsAreRecordedBesideEachOther) {
     EXPECT_EQ(text.find("channel.1."), std::string::npos);
     EXPECT_EQ(host.differences(host.written()), std::vector<std::string>());
     EXPECT_EQ(RecordedHost::differencesOf(text), std::vector<std::string>());
+}
+
+// Whether the request had asked before the change or behind it cannot be told.
+TEST(RecorderThreads, aRequestBesideAChangeIsInDoubt) {
+    RecordedHost host;
+    InterruptedHandler handler;
+    InterfaceBroker::getInstance().registerInterface(ICapabilityHandler::interfaceName(1),
+                                                     &handler);
+    host.start();
+    host.power();
+    EXPECT_THAT(RecordedHost::notesOf(host.written()), Not(HasSubstr("it may have seen both")));
+
+    handler.whileAsked = [&] {
+        handler.number = "QZT 846 001 R2";
+        std::thread([&host] { host.power(Modulation::QAM16); }).join();
+    };
+    host.power();
+
+    EXPECT_THAT(RecordedHost::notesOf(host.written()), HasSubstr("it may have seen both"));
 }
