@@ -168,7 +168,10 @@ public:
 
     /// What gives the same answer in a terminal.
     std::string commandLine(std::string_view radioFile) const {
-        std::string line = "qor-power " + text("command") + ' ' + shellWord(text("name"));
+        // What begins as an option does is none with its folder.
+        const std::string name = text("name");
+        std::string line = "qor-power " + text("command") + ' ' +
+                           shellWord(name.starts_with('-') ? "./" + name : name);
         const auto add = [&line](const std::string& option, const std::string& value) {
             line += " --" + option + ' ' + shellWord(value);
         };
@@ -263,8 +266,16 @@ bool Engine::countAnswer(std::string_view line) {
     }
     std::map<std::string, std::uint64_t> codes;
     if (answer.at("error").is_null()) {
-        for (const json& row : answer.value("rows", json::array())) {
-            ++codes[row.value("rule", std::string())];
+        const auto rows = answer.find("rows");
+        if (rows == answer.end() || !rows->is_array()) {
+            return false;
+        }
+        for (const json& row : *rows) {
+            const bool hasRule = row.is_object() && row.contains("rule") && row["rule"].is_string();
+            if (!hasRule) {
+                return false;
+            }
+            ++codes[row["rule"].get<std::string>()];
         }
     }
     for (const Rule rule : allRules()) {

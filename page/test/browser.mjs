@@ -524,6 +524,21 @@ async function dropped(page) {
   await sleep(300);
   const [read, all] = (await page.$eval("#fleet h2", (heading) => heading.textContent)).match(/\d+/g).map(Number);
   expect("a fleet that is ended", [read < all, all, await page.$("#fleet progress") === null], [true, 1500, true]);
+
+  // What is left for another one may not be counted into it.
+  await drop(page, [many]);
+  await until(page, "a fleet is being read", () => document.querySelector("#fleet h2 button") !== null);
+  await drop(page, [list]);
+  await fleetIs(60);
+  expect("rules of the fleet behind one that was left", await rulesShown(), counts);
+
+  await drop(page, [paths[3]]);
+  await settled(page);
+  await drop(page, [list]);
+  await fleetIs(60);
+  await page.click("#undo");
+  await settled(page);
+  expect("undo behind a fleet", await shownPowers(page), powersOf(paths[3]));
 }
 
 async function trap(page) {

@@ -2,7 +2,7 @@
 
 import { Fragment, h } from "preact";
 import { useCallback, useEffect, useMemo, useRef, useState } from "preact/hooks";
-import type { Check, Choice, Diff, Inputs, Powers, Progress, RuleStyle, Sweep, WhyNot } from "./answers";
+import type { FleetLine, Check, Choice, Diff, Inputs, Powers, Progress, RuleStyle, Sweep, WhyNot } from "./answers";
 import { Controls } from "./controls";
 import { EngineRestarted } from "./engine";
 import type { Answer, Change, Engine, Request } from "./engine";
@@ -124,7 +124,27 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
     [view],
   );
 
+  /** Takes a log away, of which the reading may go on, and makes room for what stands behind it. */
+  const closeLog = useCallback(() => {
+    setLog((shown) => {
+      if (shown) {
+        ++running.current;
+      }
+      return null;
+    });
+  }, []);
+
+  /** Takes the radio away; undo brings it back as it was. */
+  const leave = useCallback(() => {
+    if (view) {
+      setUndoable((before) => [...before.slice(-99), view]);
+    }
+    lastKey.current = "";
+    setView(null);
+  }, [view]);
+
   const undo = useCallback(() => {
+    closeLog();
     setUndoable((before) => {
       if (before.length > 0) {
         setView(before[before.length - 1]);
@@ -132,16 +152,16 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
       return before.slice(0, -1);
     });
     lastKey.current = "";
-  }, []);
+  }, [closeLog]);
 
   const open = useCallback(
     (radio: Radio, from: Report = {}) => {
       const next = viewOf(radio, from);
-      setLog(null);
+      closeLog();
       setPlace(null);
       change(view ? { ...next, tab: from.tab ?? (view.tab === "diff" ? "steps" : view.tab) } : next);
     },
-    [change, view],
+    [change, closeLog, view],
   );
 
   const readLog = useCallback(
@@ -168,6 +188,9 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         }
         at = end + 1;
         await pause();
+        if (run !== running.current) {
+          return;
+        }
       }
     },
     [ask],
@@ -176,9 +199,9 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
   const readFleet = useCallback(
     async (radios: Radio[]) => {
       const run = ++running.current;
-      const read: Fleet = { radios, lines: [], rules: [], isDone: false };
+      const read: Fleet = { radios, lines: [], rules: [], isDone: radios.length === 0 };
       setLog(null);
-      setView(null);
+      leave();
       setFleet({ ...read });
       for (let at = 0; at < radios.length; at += linesInSlice) {
         const some = radios.slice(at, at + linesInSlice);
@@ -186,10 +209,13 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         for (const [index, radio] of some.entries()) {
           const answer = ask({ ask: "fleet-radio", first: at + index === 0 }, radio.text);
           read.lines.push(
-            answer
-              ? JSON.parse(answer.text)
-              : { id: null, radioFile: null, error: "the engine stopped at this one", place: "" },
+            parsed<FleetLine>(answer) ??
+              { id: null, radioFile: null, error: answer?.messages[0] ?? "the engine stopped at this one", place: "" },
           );
+          if (!answer) {
+            setNotice("The engine was started again: which rule limits how many is counted from the radio after " +
+              `${radio.name} on.`);
+          }
         }
         const rules = ask({ ask: "fleet-rules" });
         read.rules = rules ? JSON.parse(rules.text).rules : [];
@@ -199,9 +225,12 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         }
         setFleet({ ...read });
         await pause();
+        if (run !== running.current) {
+          return;
+        }
       }
     },
-    [ask],
+    [ask, leave],
   );
 
   const take = useCallback(
@@ -217,7 +246,7 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         open(files[0]);
       } else if (files.length === 2 && kinds.every((kind) => kind === "radio")) {
         setFleet(null);
-        setLog(null);
+        closeLog();
         change({ ...viewOf(files[0]), other: files[1], tab: "diff" });
       } else {
         await readFleet(
@@ -235,7 +264,7 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         );
       }
     },
-    [change, open, readFleet, readLog],
+    [change, closeLog, open, readFleet, readLog],
   );
 
   const takeFiles = useCallback(
@@ -256,7 +285,7 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         const linked = await viewIn(location.hash);
         if (linked) {
           setFleet(null);
-          setLog(null);
+          closeLog();
           setView(linked);
           return true;
         }
@@ -359,7 +388,7 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
             ))}
           </select>
           <button id="undo" disabled={undoable.length === 0} onClick={undo}>Undo</button>
-          {fleet && view && <button onClick={() => setView(null)}>Back to the fleet</button>}
+          {fleet && view && <button onClick={leave}>Back to the fleet</button>}
         </div>
       </header>
       {notice && (

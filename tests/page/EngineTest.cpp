@@ -240,6 +240,17 @@ TEST(Engine, ASearchInStepsAnswersAsAQuestionDoesWhateverIsAskedMeanwhile) {
     }
 }
 
+TEST(Engine, CountsNoRulesOfWhatIsNoAnswerOfABatch) {
+    for (const char* odd : {R"({"radioFile":"x","error":null,"rows":3})",
+                            R"({"radioFile":"x","error":null,"rows":[{"rule":null}]})",
+                            R"({"radioFile":"x","error":null})"}) {
+        const json line =
+            json::parse(Engine().ask(R"({"ask":"fleet-radio","first":true})", odd).text);
+
+        EXPECT_FALSE(line.at("error").is_null()) << odd;
+    }
+}
+
 TEST(Engine, TheValuesOfASweepAreThoseThatTheAnswerHas) {
     for (const std::string over : {"rsec", "cutback=0..1:0.25,3", "booster=none/1,16,12,64QAM"}) {
         const auto request = [](const std::string& asked, const std::string& list) {

@@ -124,11 +124,20 @@ TEST_F(PageCommand, AFileThatIsThereIsLeftAloneUnlessForced) {
 
 TEST_F(PageCommand, WhatCannotBeReportedLeavesNothing) {
     put("radio.json", "{}");
-    const std::vector<std::vector<std::string>> refused{{"no-such-file.json"},
-                                                        {"radio.json", "--cutback", "x"},
-                                                        {},
-                                                        {"radio.json", "--list", "radio.json"},
-                                                        {"--list", "no-such-list.txt"}};
+    put("list.txt", "{}\n");
+    const std::vector<std::vector<std::string>> refused{
+        {"no-such-file.json"},
+        {"radio.json", "--power", "abc"},
+        {"radio.json", "--over", "nonsense=1"},
+        {"radio.json", "--code", "nonsense"},
+        {"--list", "list.txt", "--cutback", "3"},
+        {"--list", "list.txt", "--code", "64QAM"},
+        {"radio.json", "radio.json", "radio.json", "--cutback", "3"},
+        {"radio.json", "radio.json", "--power", "20"},
+        {"radio.json", "--cutback", "x"},
+        {},
+        {"radio.json", "--list", "radio.json"},
+        {"--list", "no-such-list.txt"}};
     for (std::vector<std::string> words : refused) {
         words.insert(words.end(), {"-o", "report.html"});
         const ToolResult result = report(words);

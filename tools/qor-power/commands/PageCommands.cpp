@@ -1,11 +1,14 @@
 #include "Commands.h"
 
+#include "Arguments.h"
 #include "CommonOptions.h"
 #include "Datum.h"
 #include "FileWriter.h"
 #include "Input.h"
+#include "InputAxis.h"
 #include "InputFile.h"
 #include "LineReader.h"
+#include "ModulationChoice.h"
 #include "OneLine.h"
 #include "RadioFileReader.h"
 #include "RadioLine.h"
@@ -198,6 +201,27 @@ void write(const std::string& path, const std::string& text, bool force, Output&
     file.publish();
 }
 
+/// What is asked of a radio has to be what its page can open with, before it is mailed.
+void expectQuestionOfOneRadio(const ReportOptions& options) {
+    const bool isAsked = options.code || options.power || options.over;
+    if ((isAsked || !options.query.isEmpty()) && options.files.size() != 1 &&
+        (isAsked || options.files.size() != 2)) {
+        throw QuestionError(
+            "--code, --power and --over are for one radio file, and what changes inputs for one or "
+            "two; a log, a list and a fleet are shown as they are");
+    }
+    if (options.power) {
+        static_cast<void>(Arguments::power("--power", *options.power));
+    }
+    if (options.over) {
+        static_cast<void>(
+            InputAxis::named("--over", Arguments::splitAt('=', *options.over).front()));
+    }
+    if (options.code) {
+        static_cast<void>(ModulationChoice({*options.code}));
+    }
+}
+
 Outcome writeReport(const ReportOptions& options, Output& output) {
     static_cast<void>(options.query.query());
     const std::size_t sources =
@@ -206,6 +230,7 @@ Outcome writeReport(const ReportOptions& options, Output& output) {
         throw QuestionError("one of FILE, --trace-log and --list is wanted");
     }
     CommonOptions::expectOneStandardInput(options.files);
+    expectQuestionOfOneRadio(options);
     const auto [before, behind] = pageHalves(pagePath(options.page));
     const std::string block = blockOf(reportOf(options));
     if (block.size() > maxReportSize) {
