@@ -160,7 +160,7 @@ void ExplanationAudit::auditNextBound(const ExplainedTable& explained, const Pow
                                       const std::string& name) {
     const auto& explanations = explained.explanations;
     for (std::size_t count = 0; count < explanations.size(); ++count) {
-        const std::size_t index = (start + count) % explanations.size();
+        const std::size_t index = static_cast<std::size_t>((start + count) % explanations.size());
         const Explanation& explanation = explanations[index];
         const std::string figure = explanation.bindingFigure();
         const auto row = std::ranges::find_if(
