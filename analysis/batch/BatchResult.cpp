@@ -108,6 +108,8 @@ const Fields<BatchResult>& resultFields() {
 Fields<PowerTableLine> batchLineFields() {
     Fields<PowerTableLine> fields = lineFields(true);
     fields.push_back({{"headroom", "dB"}, &PowerTableLine::headroom, Shown::InBoth});
+    fields.push_back(
+        {{"cutbackRule"}, orNothing<PowerTableLine>(&PowerTableLine::cutbackRule), Shown::InBoth});
     return fields;
 }
 

@@ -29,6 +29,7 @@ RuledTable::RuledTable(ExplainedTable explained)
     for (const Explanation& explanation : explained.explanations) {
         rules.push_back(explanation.decisiveRule());
         headrooms.push_back(explanation.headroom);
+        cutbacks.push_back(explanation.cutback);
     }
     table = std::move(explained.table);
 }

@@ -137,6 +137,7 @@ struct RuledTable {
     PowerTable table;
     std::vector<Rule> rules; ///< one for each row of the table, in their order
     std::vector<std::optional<std::int64_t>> headrooms; ///< likewise, see Explanation
+    std::vector<std::optional<Rule>> cutbacks;          ///< likewise
     std::vector<std::string> mismatches;                ///< see mismatchesOf()
 };
 

@@ -298,6 +298,9 @@ std::vector<PowerTableLine> linesOf(const RuledTable& ruled) {
     for (std::size_t index = 0; index < lines.size(); ++index) {
         lines[index].rule = codeOf(ruled.rules[index]);
         lines[index].headroom = ruled.headrooms[index];
+        if (const std::optional<Rule> cutback = ruled.cutbacks[index]) {
+            lines[index].cutbackRule = codeOf(*cutback);
+        }
     }
     return lines;
 }

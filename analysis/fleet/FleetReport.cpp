@@ -88,16 +88,18 @@ const std::vector<std::string>& FleetReport::groupings() {
 }
 
 void FleetReport::add(std::string_view line) {
-    ++m_lines;
-    RadioAnswer answer;
     try {
-        answer = RadioAnswer::read(line);
+        add(RadioAnswer::read(line));
     } catch (const AnalysisError& error) {
+        ++m_lines;
         if (++m_unreadable == 1) {
             m_firstUnreadable = "line " + std::to_string(m_lines) + ": " + error.what();
         }
-        return;
     }
+}
+
+void FleetReport::add(RadioAnswer answer) {
+    ++m_lines;
     if (answer.name().empty()) {
         answer.id = "line " + std::to_string(m_lines);
     } else if (!m_names.add(answer.name())) {
@@ -113,18 +115,31 @@ void FleetReport::add(std::string_view line) {
     std::set<Limits*> ofRadio;
     for (const RadioAnswer::Row& row : answer.rows) {
         addCode(answer, group, row);
-        Limits& limits = lineOf(m_limits, std::pair(group, row.rule),
-                                std::pair<std::string, std::string>("others", "others"));
-        if (limits.codes++ == 0) {
-            const bool isOthers = !m_limits.contains({group, row.rule});
-            limits.group = isOthers ? "others" : group;
-            limits.rule = isOthers ? "others" : row.rule;
-        }
-        limits.radios += ofRadio.insert(&limits).second ? 1U : 0U;
+        const auto countCode = [&](const std::string& rule) -> Limits& {
+            Limits& limits = limitsOf(group, rule);
+            ++limits.codes;
+            limits.radios += ofRadio.insert(&limits).second ? 1U : 0U;
+            return limits;
+        };
+        Limits& limits = countCode(row.rule);
         if (row.power && row.headroom) {
             limits.headroom.add(*row.headroom);
         }
+        if (!row.cutbackRule.empty()) {
+            countCode(row.cutbackRule);
+        }
     }
+}
+
+FleetReport::Limits& FleetReport::limitsOf(const std::string& group, const std::string& rule) {
+    Limits& limits = lineOf(m_limits, std::pair(group, rule),
+                            std::pair<std::string, std::string>("others", "others"));
+    if (limits.codes == 0) {
+        const bool isOthers = !m_limits.contains({group, rule});
+        limits.group = isOthers ? "others" : group;
+        limits.rule = isOthers ? "others" : rule;
+    }
+    return limits;
 }
 
 void FleetReport::addCode(const RadioAnswer& answer, const std::string& group,

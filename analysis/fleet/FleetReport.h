@@ -41,7 +41,7 @@ public:
         std::uint64_t denied = 0; ///< codes without a power
     };
 
-    /// What a rule limits or denies.
+    /// What a rule limits or denies; of a cutback what it lowers, beside the rule that limits.
     struct Limits {
         std::string group;
         std::string rule;
@@ -71,6 +71,7 @@ public:
         : m_by(std::move(by)) {}
 
     void add(std::string_view line);
+    void add(RadioAnswer answer);
 
     const std::string& by() const { return m_by; }
     std::uint64_t radios() const { return m_radios; } ///< with powers
@@ -99,6 +100,7 @@ private:
     };
 
     void addCode(const RadioAnswer& answer, const std::string& group, const RadioAnswer::Row& row);
+    Limits& limitsOf(const std::string& group, const std::string& rule);
     void addToKind(const RadioAnswer& answer, const RadioAnswer::Row& row);
 
     std::string m_by;

@@ -112,11 +112,12 @@ RadioAnswer RadioAnswer::read(std::string_view line) {
     }
     for (const nlohmann::json& element : rows) {
         const AnswerObject row(element);
-        // Answers of earlier releases have no headroom.
+        // Answers of earlier releases have neither headroom nor rule of a cutback.
         answer.rows.push_back(
             {row.number("code"), row.shortText("name"), row.shortText("modulation"),
              row.numberOrNothing("maxPowerCentiDbm"), row.shortText("rule"),
-             row.has("headroomCentiDb") ? row.numberOrNothing("headroomCentiDb") : std::nullopt});
+             row.has("headroomCentiDb") ? row.numberOrNothing("headroomCentiDb") : std::nullopt,
+             row.has("cutbackRule") ? row.shortText("cutbackRule") : ""});
     }
     return answer;
 }

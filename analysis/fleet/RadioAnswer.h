@@ -21,6 +21,7 @@ struct RadioAnswer {
         std::optional<std::int64_t> power;
         std::string rule;                     ///< the binding one, or what denied the power
         std::optional<std::int64_t> headroom; ///< up to the next bound; nothing: none, or not told
+        std::string cutbackRule;              ///< of a cutback that lowers the power; or empty
     };
 
     /// @throw AnalysisError OtherTrouble, in words that follow "line 7: ".

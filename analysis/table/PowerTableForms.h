@@ -38,6 +38,7 @@ struct PowerTableLine : PowerTable::Row {
     std::optional<long> minPower;
     const char* rule = "";                     ///< code of the one that decides
     std::optional<std::int64_t> headroom = {}; ///< in hundredths of a dB, up to the next bound
+    std::string cutbackRule = {};              ///< of a cutback that lowers the power; or empty
 };
 
 std::vector<PowerTableLine> linesOf(const PowerTable& table);

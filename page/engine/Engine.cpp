@@ -1,6 +1,9 @@
 #include "Engine.h"
 
 #include "Analysis.h"
+#include "AnalysisError.h"
+#include "Arguments.h"
+#include "BatchResult.h"
 #include "Datum.h"
 #include "InputAxis.h"
 #include "InputEdits.h"
@@ -8,6 +11,7 @@
 #include "LoggedPowers.h"
 #include "OneLine.h"
 #include "PlotCanvas.h"
+#include "RadioAnswer.h"
 #include "RadioFileReader.h"
 #include "Replay.h"
 #include "Rule.h"
@@ -254,70 +258,49 @@ Answer places(const std::vector<std::string>& pointers, std::string_view radioFi
     return {Outcome::Done, jsonLine(Datum::Object{{"places", std::move(list)}}), {}};
 }
 
+/// Whether a text is what a batch has answered, and not a radio file.
+bool isAnswerOfBatch(std::string_view text) {
+    const json answer = json::parse(text, nullptr, false);
+    return answer.is_object() && answer.contains("radioFile") && answer.contains("error");
+}
+
 } // namespace
 
 Engine::Engine() = default;
 Engine::~Engine() = default;
 
-bool Engine::countAnswer(std::string_view line) {
-    const json answer = json::parse(line, nullptr, false);
-    if (!answer.is_object() || !answer.contains("radioFile") || !answer.contains("error")) {
-        return false;
-    }
-    std::map<std::string, std::uint64_t> codes;
-    if (answer.at("error").is_null()) {
-        const auto rows = answer.find("rows");
-        if (rows == answer.end() || !rows->is_array()) {
-            return false;
-        }
-        for (const json& row : *rows) {
-            const bool hasRule = row.is_object() && row.contains("rule") && row["rule"].is_string();
-            if (!hasRule) {
-                return false;
-            }
-            ++codes[row["rule"].get<std::string>()];
-        }
-    }
-    for (const Rule rule : allRules()) {
-        const auto found = codes.find(codeOf(rule));
-        if (found != codes.end()) {
-            m_rules.add(RuleCounts::Count{rule, 1, found->second});
-        }
-    }
-    return true;
-}
-
-Engine::Answer Engine::fleetRadio(const Request& request, std::string_view radioFile) {
+Engine::Answer Engine::fleetRadio(const Request& request, std::string_view text) {
     if (request.flag("first")) {
-        m_rules = {};
+        const std::string by = request.text("by");
+        m_fleet =
+            FleetReport(by.empty() ? by : Arguments::word("by", by, FleetReport::groupings()));
     }
-    if (countAnswer(radioFile)) {
-        return {Outcome::Done, std::string(radioFile) + '\n', {}};
+    std::string line(text);
+    if (isAnswerOfBatch(text)) {
+        line += '\n';
+        try {
+            m_fleet.add(RadioAnswer::read(text));
+            return {Outcome::Done, std::move(line), {}};
+        } catch (const AnalysisError& error) {
+            BatchResult unreadable{request.text("name"), {}, {}, {}};
+            unreadable.fail(BatchResult::Trouble::Other, error.what());
+            line = BatchForm({}).linesOf(unreadable);
+        }
+    } else {
+        line = BatchForm({}).linesOf(BatchResult::of(
+            request.text("name"), "", [&line] { return line; }, request.asked()));
     }
-    BatchResult result;
-    try {
-        result.setPowers(request.inputs(radioFile).radio(radioFile, "").explain());
-    } catch (const RadioFileError& error) {
-        result.fail(
-            BatchResult::Trouble::BadRadioFile,
-            oneLine(error.problem() + (error.remedy().empty() ? "" : "; " + error.remedy())),
-            error.place());
-    } catch (const AnalysisError& error) {
-        result.fail(BatchResult::Trouble::NotStarted, oneLine(error.what()));
-    }
-    if (result.powers && !result.isBad()) {
-        m_rules.add(*result.powers);
-    }
-    return {Outcome::Done, BatchForm({}).linesOf(result), {}};
+    m_fleet.add(line);
+    return {Outcome::Done, std::move(line), {}};
 }
 
-Engine::Answer Engine::fleetRules() const {
-    Datum::List rules;
-    for (const RuleCounts::Count& count : m_rules.sortedBy(&RuleCounts::Count::nodes)) {
-        rules.emplace_back(Datum::Object{
-            {"rule", codeOf(count.rule)}, {"nodes", count.nodes}, {"codes", count.codes}});
-    }
-    return {Outcome::Done, jsonLine(Datum::Object{{"rules", std::move(rules)}}), {}};
+Engine::Answer Engine::fleet(const Request& request) const {
+    const std::string form = request.text("form");
+    return {Outcome::Done,
+            form == "svg"   ? svgForm(m_fleet)
+            : form == "csv" ? csvForm(m_fleet, FleetTable::Powers)
+                            : jsonForm(m_fleet),
+            {}};
 }
 
 Engine::Answer Engine::log(const Request& request, std::string_view lines) {
@@ -370,8 +353,12 @@ Engine::Answer Engine::ask(std::string_view requestText, std::string_view text) 
         if (asked == "fleet-radio") {
             return fleetRadio(request, text);
         }
-        if (asked == "fleet-rules") {
-            return fleetRules();
+        if (asked == "fleet-groupings") {
+            const std::vector<std::string>& names = FleetReport::groupings();
+            return {Outcome::Done, jsonLine(Datum::List(names.begin(), names.end())), {}};
+        }
+        if (asked == "fleet") {
+            return fleet(request);
         }
         if (asked == "log") {
             return log(request, text);

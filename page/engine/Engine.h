@@ -1,7 +1,7 @@
 #pragma once
 
 #include "AnalysisError.h"
-#include "BatchResult.h"
+#include "FleetReport.h"
 
 #include <memory>
 #include <string>
@@ -23,15 +23,16 @@ class StepwiseAnswer;
 /// | change | radio file | the file's text with the changes in it |
 /// | values | radio file | those that a sweep "over" an input tries |
 /// | places | radio file | line and column of each of the "pointers" |
-/// | fleet-radio | radio file, or a line of a batch's answer | a line as of a batch, see BatchForm
-/// | | fleet-rules | - | how many nodes each rule limits since the "first" of a fleet | | log |
-/// lines of a log | a line for each query, see jsonLine(); "last" ends the log | | search | radio
-/// file, or - to go on | of why-not, or progress: steps that are done, and of how many | | command
-/// | radio file | the command line that gives the answer of "command" | | legend |
-/// - | colours, patterns and words of rules |
+/// | fleet-radio | radio file, or a line of a batch's answer | a line as of a batch |
+/// | fleet | - | of fleet, about all since the "first", in groups "by" what that one says |
+/// | fleet-groupings | - | by what a fleet may be told apart |
+/// | log | lines of a log | a line for each query, see jsonLine(); "last" ends the log |
+/// | search | radio file, or - to go on | of why-not, or steps that are done, and of how many |
+/// | command | radio file | the command line that gives the answer of "command" |
+/// | legend | - | colours, patterns and words of rules |
 ///
 /// A question has the members of Question: "form", "name", "modulations", "power", "most", "over",
-/// "other", "otherName". Its inputs, and those of a fleet, are "changes": objects with an "input"
+/// "other", "otherName". Its inputs are "changes": objects with an "input"
 /// and a "value". An input is one of AskedInputs, called as the tool's option is ("cutback",
 /// "request", "set" ...), or one of InputAxis, which is set in the radio file. A log has of these
 /// what is in force beside its calls.
@@ -54,14 +55,12 @@ public:
 private:
     class Request;
 
-    /// Whether a line is an answer of a batch, which is counted as far as it tells.
-    bool countAnswer(std::string_view line);
-    Answer fleetRadio(const Request& request, std::string_view radioFile);
-    Answer fleetRules() const;
+    Answer fleetRadio(const Request& request, std::string_view text);
+    Answer fleet(const Request& request) const;
     Answer log(const Request& request, std::string_view lines);
     Answer search(const Request& request, std::string_view radioFile);
 
-    RuleCounts m_rules;
+    FleetReport m_fleet;
     std::unique_ptr<LoggedQueries> m_log;
     std::unique_ptr<StepwiseAnswer> m_search;
     std::string m_explained; ///< of the log, not handed out yet

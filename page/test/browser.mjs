@@ -458,8 +458,9 @@ async function dropped(page) {
     document.querySelector("#fleet h2")?.textContent.trim() === `${wanted} of ${wanted} radios`, count);
   const fleetShown = () => page.$$eval("#fleet-radios tbody tr", (rows) => rows.map((row) =>
     [row.querySelector("th").textContent, row.querySelector(".lowest").textContent, row.querySelector(".highest").textContent]));
-  const rulesShown = () => page.$$eval("#fleet-rules tbody tr", (rows) =>
-    rows.map((row) => [...row.querySelectorAll("td")].map((cell) => Number(cell.textContent))));
+  const cellsOf = (table) => page.$$eval(`${table} tbody tr`, (rows) =>
+    rows.map((row) => [...row.children].map((cell) => cell.textContent)));
+  const rulesShown = async () => (await cellsOf("#fleet-rules")).map((row) => row.slice(1, 3).map(Number));
   const fleetOf = (lines, nameOf) => lines.map((line, index) => {
     const powers = (line.rows ?? []).map((row) => row.maxPowerCentiDbm).filter((power) => power !== null);
     return [nameOf(line, index), inDecibels(Math.min(...powers)), inDecibels(Math.max(...powers))];
@@ -471,6 +472,30 @@ async function dropped(page) {
   const counts = batch.stderr.split("\n").slice(2).filter(Boolean)
     .map((line) => line.replace("qor-power: ", "").trim().split(/\s+/).slice(1, 3).map(Number));
   expect("a fleet's rules", await rulesShown(), counts);
+  const answersOfList = join(work, "list-answers.ndjson");
+  writeFileSync(answersOfList, batch.stdout);
+  const reportShown = async (what, by) => {
+    const report = native("fleet", answersOfList, "--format", "json", ...(by ? ["--by", by] : [])).json();
+    const group = (line) => (by ? [line.group] : []);
+    expect(`${what}: powers`, await cellsOf("#fleet-powers"), report.powers.map((line) => [
+      ...group(line), line.family, line.modulation, `${line.codes}`, `${line.denied}`,
+      ...["least", "lowerQuarter", "median", "upperQuarter", "greatest", "mean"].map((key) => inDecibels(line[`${key}CentiDbm`]))]));
+    expect(`${what}: headrooms`, (await cellsOf("#fleet-rules")).map((row) => row.at(-1)),
+      report.rules.map((line) => inDecibels(line.headroomMedianCentiDb)));
+    expect(`${what}: outliers`, (await cellsOf("#fleet-outliers")).map(([radio, code]) => [radio, code]),
+      report.outliers.map((line) => [`fleet.ndjson, ${line.radio}`, line.name]));
+    return report;
+  };
+  expect("a fleet with outliers", (await reportShown("a fleet", "")).outliers.length > 0, true);
+  await page.select("#fleet-by", "market");
+  await settled(page);
+  await fleetIs(60);
+  await reportShown("a fleet by market", "market");
+  expect("a fleet's picture", readFileSync(await saved(page, "#fleet-svg"), "utf8"),
+    native("fleet", answersOfList, "--format", "svg", "--by", "market").stdout);
+  await page.select("#fleet-by", "");
+  await settled(page);
+  await fleetIs(60);
   await accessible(page, "fleet");
   await picture(page, "fleet");
   await page.type("#fleet-search", "line 12");
@@ -494,9 +519,10 @@ async function dropped(page) {
   expect("answers of a batch", await fleetShown(), fleetOf(answers.lines(), (line) => line.radioFile));
   const rules = new Map();
   for (const line of answers.lines()) {
-    for (const rule of new Set(line.rows.map((row) => row.rule))) {
+    const named = line.rows.flatMap((row) => [row.rule, row.cutbackRule].filter(Boolean));
+    for (const rule of new Set(named)) {
       const [nodes, codes] = rules.get(rule) ?? [0, 0];
-      rules.set(rule, [nodes + 1, codes + line.rows.filter((row) => row.rule === rule).length]);
+      rules.set(rule, [nodes + 1, codes + named.filter((each) => each === rule).length]);
     }
   }
   const ordered = (all) => all.map((each) => each.join(" ")).sort();

@@ -136,6 +136,17 @@ for (const [index, path] of files.slice(0, 8).entries()) {
   compare(`fleet, ${path}`, { outcome: 0, messages: [], text: JSON.stringify({ ...own, radioFile: path }) },
     { status: 0, messages: [], text: Buffer.from(JSON.stringify(JSON.parse(fleet[index]))) });
 }
+const answersPath = join(work, "answers.ndjson");
+writeFileSync(answersPath, fleet.join("\n") + "\n");
+for (const by of ["", ...JSON.parse(ask({ ask: "fleet-groupings" }).text)]) {
+  for (const [index, line] of fleet.entries()) {
+    ask({ ask: "fleet-radio", first: index === 0, by }, line);
+  }
+  for (const form of ["json", "csv", "svg"]) {
+    compare(`fleet by ${by} as ${form}`, ask({ ask: "fleet", form }),
+      native("fleet", answersPath, ...(by === "" ? [] : ["--by", by]), "--format", form));
+  }
+}
 
 // An engine that traps or runs out of memory is started again, and answers the next question.
 for (const [what, harm] of [

@@ -47,6 +47,7 @@ export interface Row {
   reason: string | null;
   warning: string | null;
   rule?: string;
+  cutbackRule?: string | null;
   explanation?: Explanation;
 }
 
@@ -164,6 +165,37 @@ export interface FleetLine {
   productNumber?: string;
   minPowerCentiDbm?: number | null;
   rows?: Row[];
+}
+
+export interface FleetReport {
+  radios: number;
+  bad: number;
+  doubled: number;
+  unreadable: number;
+  firstUnreadable: string | null;
+  unlikeCodes: number;
+  powers: {
+    group?: string;
+    family: string;
+    modulation: string;
+    codes: number;
+    denied: number;
+    leastCentiDbm: number | null;
+    lowerQuarterCentiDbm: number | null;
+    medianCentiDbm: number | null;
+    upperQuarterCentiDbm: number | null;
+    greatestCentiDbm: number | null;
+    meanCentiDbm: number | null;
+  }[];
+  rules: { group?: string; rule: string; radios: number; codes: number; headroomMedianCentiDb: number | null }[];
+  outliers: {
+    radio: string;
+    name: string;
+    powerCentiDbm: number;
+    usualCentiDbm: number;
+    differenceCentiDb: number;
+    kind: string;
+  }[];
 }
 
 export interface LoggedQuery {

@@ -2,7 +2,7 @@
 
 import { Fragment, h } from "preact";
 import { useCallback, useEffect, useMemo, useRef, useState } from "preact/hooks";
-import type { FleetLine, Check, Choice, Diff, Inputs, Powers, Progress, RuleStyle, Sweep, WhyNot } from "./answers";
+import type { FleetLine, FleetReport, Check, Choice, Diff, Inputs, Powers, Progress, RuleStyle, Sweep, WhyNot } from "./answers";
 import { Controls } from "./controls";
 import { EngineRestarted } from "./engine";
 import type { Answer, Change, Engine, Request } from "./engine";
@@ -29,6 +29,7 @@ export interface Report {
 const badRadioFile = 2;
 const slice = 16;
 const linesInSlice = 25;
+const radiosInReport = 1000;
 const logSlice = 200000;
 
 const pause = () => new Promise((resolve) => setTimeout(resolve, 0));
@@ -57,6 +58,16 @@ function kindOf(text: string): Kind {
   } catch {
     return /^[{/\ufeff]/.test(first) ? "radio" : "log";
   }
+}
+
+/** Files of one name from several folders are several radios. */
+function withOwnNames(files: Radio[]): Radio[] {
+  const seen = new Map<string, number>();
+  return files.map((file) => {
+    const count = (seen.get(file.name) ?? 0) + 1;
+    seen.set(file.name, count);
+    return count === 1 ? file : { ...file, name: `${file.name} (${count})` };
+  });
 }
 
 /** Answers of a batch become the radio files that they are about, where those are among the radios. */
@@ -111,6 +122,24 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
     const rules = answer ? (JSON.parse(answer.text) as { rules: RuleStyle[] }).rules : [];
     return Object.fromEntries(rules.map((rule) => [rule.rule, rule]));
   }, [ask]);
+
+  const groupings = useMemo(() => parsed<string[]>(ask({ ask: "fleet-groupings" })) ?? [], [ask]);
+
+  const reportOf = useCallback(() => parsed<FleetReport>(ask({ ask: "fleet" })), [ask]);
+
+  const saveFleet = useCallback(
+    (form: "csv" | "svg") => {
+      if (JSON.stringify(reportOf()) !== JSON.stringify(fleet?.report)) {
+        setNotice("The engine was started again and has lost the fleet. Drop it again to save its tables.");
+        return;
+      }
+      const answer = ask({ ask: "fleet", form });
+      if (answer) {
+        save(`fleet.${form}`, form === "svg" ? "image/svg+xml" : "text/csv", answer.text);
+      }
+    },
+    [ask, fleet, reportOf],
+  );
 
   /** Another state that undo leads back from; steps with the same key are one. */
   const change = useCallback(
@@ -197,9 +226,9 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
   );
 
   const readFleet = useCallback(
-    async (radios: Radio[]) => {
+    async (radios: Radio[], by = "") => {
       const run = ++running.current;
-      const read: Fleet = { radios, lines: [], rules: [], isDone: radios.length === 0 };
+      const read: Fleet = { radios, lines: [], by, report: null, isDone: radios.length === 0 };
       setLog(null);
       leave();
       setFleet({ ...read });
@@ -207,19 +236,19 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         const some = radios.slice(at, at + linesInSlice);
         // In a line of a fleet a line end is no more than a blank; comments of // would swallow the rest.
         for (const [index, radio] of some.entries()) {
-          const answer = ask({ ask: "fleet-radio", first: at + index === 0 }, radio.text);
+          const answer = ask({ ask: "fleet-radio", first: at + index === 0, by, name: radio.name }, radio.text);
           read.lines.push(
             parsed<FleetLine>(answer) ??
               { id: null, radioFile: null, error: answer?.messages[0] ?? "the engine stopped at this one", place: "" },
           );
           if (!answer) {
-            setNotice("The engine was started again: which rule limits how many is counted from the radio after " +
-              `${radio.name} on.`);
+            setNotice(`The engine was started again: the fleet's tables count the radios from the one after ${radio.name} on.`);
           }
         }
-        const rules = ask({ ask: "fleet-rules" });
-        read.rules = rules ? JSON.parse(rules.text).rules : [];
         read.isDone = at + linesInSlice >= radios.length;
+        if (read.isDone || at % radiosInReport === 0) {
+          read.report = reportOf();
+        }
         if (run !== running.current) {
           return;
         }
@@ -230,7 +259,7 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         }
       }
     },
-    [ask, leave],
+    [ask, leave, reportOf],
   );
 
   const take = useCallback(
@@ -250,7 +279,7 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         change({ ...viewOf(files[0]), other: files[1], tab: "diff" });
       } else {
         await readFleet(
-          withTheirFiles(files.flatMap((file, index) =>
+          withTheirFiles(withOwnNames(files).flatMap((file, index) =>
             kinds[index] !== "fleet"
               ? [file]
               : file.text.split("\n").filter((line) => line.trim() !== "").map((line, at) => {
@@ -403,8 +432,9 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         ) : view ? (
           <RadioView view={view} ask={ask} legend={legend} change={change} place={place} setPlace={setPlace} />
         ) : fleet ? (
-          <FleetView fleet={fleet} legend={legend} open={(radio) => open(radio)}
-            cancel={() => { ++running.current; setFleet({ ...fleet, isDone: true }); }} />
+          <FleetView fleet={fleet} legend={legend} groupings={groupings} open={(radio) => open(radio)}
+            cancel={() => { ++running.current; setFleet({ ...fleet, report: reportOf(), isDone: true }); }}
+            group={(by) => void readFleet(fleet.radios, by)} save={saveFleet} />
         ) : (
           <Welcome examples={examples} open={(radio) => open(radio)} />
         )}

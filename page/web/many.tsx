@@ -2,8 +2,8 @@
 
 import { Fragment, h } from "preact";
 import { useMemo, useState } from "preact/hooks";
-import type { FleetLine, LoggedQuery, Powers } from "./answers";
-import { decibels } from "./format";
+import type { FleetLine, FleetReport, LoggedQuery, Powers } from "./answers";
+import { decibels, signed } from "./format";
 import { PowerTable, RuleName, Waterfall } from "./panels";
 import type { Legend } from "./plot";
 import type { Radio } from "./link";
@@ -11,7 +11,8 @@ import type { Radio } from "./link";
 export interface Fleet {
   radios: Radio[];
   lines: FleetLine[];
-  rules: { rule: string; nodes: number; codes: number }[];
+  by: string;
+  report: FleetReport | null;
   isDone: boolean;
 }
 
@@ -38,11 +39,113 @@ export function batchAnswerIn(radio: Radio): FleetLine | null {
 }
 
 function rulesOf(line: FleetLine): string[] {
-  return [...new Set((line.rows ?? []).map((row) => row.rule ?? ""))].filter((rule) => rule !== "");
+  const rules = (line.rows ?? []).flatMap((row) => [row.rule, row.cutbackRule]);
+  return [...new Set(rules)].filter((rule): rule is string => Boolean(rule));
 }
 
-export function FleetView(props: { fleet: Fleet; legend: Legend; open(radio: Radio): void; cancel(): void }) {
+/** What the fleet's report leaves out, and why. */
+function RemarksOf({ report }: { report: FleetReport }) {
+  const remarks = [
+    report.bad > 0 && `${report.bad} without powers`,
+    report.doubled > 0 && `${report.doubled} of names that came before`,
+    report.unreadable > 0 && `${report.unreadable} that are no answers; the first: ${report.firstUnreadable}`,
+  ].filter(Boolean);
+  return remarks.length > 0 ? <p class="note" id="fleet-remarks">Not counted: {remarks.join("; ")}.</p> : null;
+}
+
+function PowersOf({ report }: { report: FleetReport }) {
+  const isGrouped = report.powers.some((line) => line.group !== undefined);
+  return (
+    <div class="scroll">
+      <h3>Powers of the codes of each modulation, in dBm</h3>
+      <table class="grid-table" id="fleet-powers">
+        <thead>
+          <tr>
+            {isGrouped && <th scope="col">Group</th>}
+            <th scope="col">Family</th>
+            <th scope="col">Modulation</th>
+            {["Codes", "Without", "Least", "25 %", "Median", "75 %", "Greatest", "Mean"].map((name) => (
+              <th scope="col" class="number">{name}</th>
+            ))}
+          </tr>
+        </thead>
+        <tbody>
+          {report.powers.map((line) => (
+            <tr>
+              {isGrouped && <td>{line.group}</td>}
+              <td>{line.family}</td>
+              <th scope="row">{line.modulation}</th>
+              <td class="number">{line.codes}</td>
+              <td class="number">{line.denied}</td>
+              {[
+                line.leastCentiDbm,
+                line.lowerQuarterCentiDbm,
+                line.medianCentiDbm,
+                line.upperQuarterCentiDbm,
+                line.greatestCentiDbm,
+                line.meanCentiDbm,
+              ].map((power) => <td class="number">{decibels(power)}</td>)}
+            </tr>
+          ))}
+        </tbody>
+      </table>
+    </div>
+  );
+}
+
+function Outliers({ report, search }: { report: FleetReport; search(radio: string): void }) {
+  if (report.outliers.length === 0) {
+    return null;
+  }
+  return (
+    <div class="scroll">
+      <h3>Radios unlike their like</h3>
+      <table class="grid-table" id="fleet-outliers">
+        <thead>
+          <tr>
+            <th scope="col">Radio</th>
+            <th scope="col">Code</th>
+            <th scope="col" class="number">Power/dBm</th>
+            <th scope="col" class="number">Usual/dBm</th>
+            <th scope="col" class="number">Difference/dB</th>
+            <th scope="col">Its like</th>
+          </tr>
+        </thead>
+        <tbody>
+          {report.outliers.slice(0, shownAtMost).map((line) => (
+            <tr>
+              <th scope="row">
+                <button class="link" onClick={() => search(line.radio)}>{line.radio}</button>
+              </th>
+              <td>{line.name}</td>
+              <td class="number">{decibels(line.powerCentiDbm)}</td>
+              <td class="number">{decibels(line.usualCentiDbm)}</td>
+              <td class="number">{signed(line.differenceCentiDb)}</td>
+              <td>{line.kind}</td>
+            </tr>
+          ))}
+        </tbody>
+      </table>
+      {report.outliers.length > shownAtMost && (
+        <p class="note">The {shownAtMost} furthest of {report.outliers.length} are shown.</p>
+      )}
+    </div>
+  );
+}
+
+interface FleetProps {
+  fleet: Fleet;
+  legend: Legend;
+  groupings: string[];
+  open(radio: Radio): void;
+  cancel(): void;
+  group(by: string): void;
+  save(form: "csv" | "svg"): void;
+}
+
+export function FleetView(props: FleetProps) {
   const { fleet, legend } = props;
+  const { report } = fleet;
   const [search, setSearch] = useState("");
   const [rule, setRule] = useState("");
   const [opened, setOpened] = useState(-1);
@@ -70,28 +173,42 @@ export function FleetView(props: { fleet: Fleet; legend: Legend; open(radio: Rad
           </>
         )}
       </h2>
+      <div class="row tools">
+        <label for="fleet-by">In groups by</label>
+        <select id="fleet-by" value={fleet.by} onChange={(event) => props.group(event.currentTarget.value)}>
+          <option value="">none</option>
+          {props.groupings.map((by) => <option>{by}</option>)}
+        </select>
+        <button id="fleet-svg" onClick={() => props.save("svg")}>Save picture</button>
+        <button id="fleet-csv" onClick={() => props.save("csv")}>Save table</button>
+      </div>
+      {report && <RemarksOf report={report} />}
       <div class="columns">
         <div>
           <h3>Limited by</h3>
           <table class="grid-table" id="fleet-rules">
             <thead>
               <tr>
+                {fleet.by !== "" && <th scope="col">Group</th>}
                 <th scope="col">Rule</th>
                 <th scope="col" class="number">Radios</th>
                 <th scope="col" class="number">Codes</th>
+                <th scope="col" class="number" title="the median, up to the next bound">Headroom/dB</th>
               </tr>
             </thead>
             <tbody>
-              {fleet.rules.map((count) => (
+              {(report?.rules ?? []).map((count) => (
                 <tr class={count.rule === rule ? "chosen" : ""}>
+                  {fleet.by !== "" && <td>{count.group}</td>}
                   <th scope="row">
                     <button class="link" aria-pressed={count.rule === rule}
                       onClick={() => setRule(count.rule === rule ? "" : count.rule)}>
                       <RuleName rule={count.rule} legend={legend} />
                     </button>
                   </th>
-                  <td class="number">{count.nodes}</td>
+                  <td class="number">{count.radios}</td>
                   <td class="number">{count.codes}</td>
+                  <td class="number">{decibels(count.headroomMedianCentiDb)}</td>
                 </tr>
               ))}
             </tbody>
@@ -159,6 +276,8 @@ export function FleetView(props: { fleet: Fleet; legend: Legend; open(radio: Rad
           {found.length > shownAtMost && <p class="note">The first {shownAtMost} are shown; search for others.</p>}
         </div>
       </div>
+      {report && <PowersOf report={report} />}
+      {report && <Outliers report={report} search={setSearch} />}
     </section>
   );
 }

@@ -1,5 +1,6 @@
 #include "Engine.h"
 #include "Analysis.h"
+#include "FleetReport.h"
 #include "InputAxis.h"
 #include "InputEdits.h"
 #include "PowerTableForms.h"
@@ -12,6 +13,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
@@ -240,7 +242,7 @@ TEST(Engine, ASearchInStepsAnswersAsAQuestionDoesWhateverIsAskedMeanwhile) {
     }
 }
 
-TEST(Engine, CountsNoRulesOfWhatIsNoAnswerOfABatch) {
+TEST(Engine, SaysWhatAnAnswerOfABatchLacks) {
     for (const char* odd : {R"({"radioFile":"x","error":null,"rows":3})",
                             R"({"radioFile":"x","error":null,"rows":[{"rule":null}]})",
                             R"({"radioFile":"x","error":null})"}) {
@@ -295,28 +297,43 @@ TEST(Engine, APlaceIsALineAndAColumn) {
 
 TEST(Engine, AFleetIsCountedUntilAnotherBegins) {
     Engine sut;
-    const auto rules = [&sut] { return sut.ask(R"({"ask": "fleet-rules"})", "").text; };
+    const auto radios = [&sut] {
+        return json::parse(sut.ask(R"({"ask": "fleet"})", "").text).at("radios");
+    };
+    static_cast<void>(
+        sut.ask(R"({"ask": "fleet-radio", "first": true, "name": "a"})", example(outdoor)));
+    static_cast<void>(sut.ask(R"({"ask": "fleet-radio", "name": "b"})", example(outdoor)));
+    EXPECT_EQ(radios(), 2);
     static_cast<void>(sut.ask(R"({"ask": "fleet-radio", "first": true})", example(outdoor)));
-    const std::string once = rules();
-    EXPECT_EQ(json::parse(once).at("rules").at(0).at("nodes"), 1);
-    static_cast<void>(sut.ask(R"({"ask": "fleet-radio"})", example(outdoor)));
-    EXPECT_EQ(json::parse(rules()).at("rules").at(0).at("nodes"), 2);
-    static_cast<void>(sut.ask(R"({"ask": "fleet-radio", "first": true})", example(outdoor)));
-    EXPECT_EQ(rules(), once);
+    EXPECT_EQ(radios(), 1);
     EXPECT_EQ(json::parse(sut.ask(R"({"ask": "fleet-radio"})", "{}").text).at("place"), "/channel");
+    EXPECT_EQ(json::parse(sut.ask(R"({"ask": "fleet"})", "").text).at("bad"), 1);
 }
 
 TEST(Engine, AnAnswerOfABatchIsCountedAsItStands) {
     Engine sut;
     const std::string answer =
-        R"({"radioFile": "a.json", "error": null, "rows": [{"rule": "pmax-row"}, {"rule": "pmax-row"}]})";
-    EXPECT_EQ(sut.ask(R"({"ask": "fleet-radio", "first": true})", answer).text, answer + '\n');
-    static_cast<void>(sut.ask(R"({"ask": "fleet-radio"})", answer));
-    static_cast<void>(
-        sut.ask(R"({"ask": "fleet-radio"})",
-                R"({"radioFile": "b.json", "error": "no", "rows": [{"rule": "pmax-row"}]})"));
-    EXPECT_EQ(sut.ask(R"({"ask": "fleet-rules"})", "").text,
-              "{\"rules\":[{\"rule\":\"pmax-row\",\"nodes\":2,\"codes\":4}]}\n");
+        Engine().ask(R"({"ask": "fleet-radio", "name": "a"})", example(outdoor)).text;
+    const std::string line = answer.substr(0, answer.size() - 1);
+    static_cast<void>(sut.ask(R"({"ask": "fleet-radio", "name": "b"})", example(outdoor)));
+    EXPECT_EQ(sut.ask(R"({"ask": "fleet-radio", "first": true, "by": "market"})", line).text,
+              answer);
+    FleetReport report("market");
+    report.add(line);
+    for (const auto& [form, text] :
+         std::map<std::string, std::string>{{"json", jsonForm(report)},
+                                            {"csv", csvForm(report, FleetTable::Powers)},
+                                            {"svg", svgForm(report)}}) {
+        EXPECT_EQ(sut.ask(json{{"ask", "fleet"}, {"form", form}}.dump(), "").text, text);
+    }
+}
+
+TEST(Engine, AFleetIsGroupedByWhatThereIs) {
+    const json names = ask(R"({"ask": "fleet-groupings"})", "");
+    EXPECT_EQ(names.size(), FleetReport::groupings().size());
+    EXPECT_EQ(
+        Engine().ask(R"({"ask": "fleet-radio", "first": true, "by": "colour"})", "{}").outcome,
+        Outcome::OtherTrouble);
 }
 
 TEST(Engine, ALogInPartsIsToldAsAWhole) {
