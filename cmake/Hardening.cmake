@@ -26,9 +26,14 @@ add_link_options(
     LINKER:-z,text                # a relocation in the code is an error
     LINKER:--as-needed)           # only what is used appears as needed
 
-# Programs are position independent as well.
-include(CheckPIESupported)
-check_pie_supported(LANGUAGES CXX)
+# Programs are position independent as well, but for those of the address sanitizer: tests start them thousands
+# of times, and nothing is shipped of them. At a fixed place they have 600,000 addresses less to relocate.
+if(QOR_SANITIZE MATCHES "address")
+    add_link_options("$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-no-pie>")
+else()
+    include(CheckPIESupported)
+    check_pie_supported(LANGUAGES CXX)
+endif()
 
 # In the build folder programs find the libraries by a path relative to themselves; without it their
 # bytes would depend on the folder's name. Installing takes the path out.

@@ -453,7 +453,9 @@ async function dropped(page) {
   await picture(page, "log");
 
   const list = join(work, "fleet.ndjson");
-  writeFileSync(list, Array.from({ length: 60 }, (_, index) => plainText(paths[index % paths.length])).join("\n"));
+  const nodes = Array.from({ length: 60 }, (_, index) => plainText(paths[index % paths.length]));
+  nodes[7 * paths.length] = nodes[0].replaceAll("2000", "1500"); // unlike its like: a lower Pmax
+  writeFileSync(list, nodes.join("\n"));
   const fleetIs = (count) => until(page, `a fleet of ${count} is read`, (wanted) =>
     document.querySelector("#fleet h2")?.textContent.trim() === `${wanted} of ${wanted} radios`, count);
   const fleetShown = () => page.$$eval("#fleet-radios tbody tr", (rows) => rows.map((row) =>
@@ -771,6 +773,7 @@ function launch(isDark) {
       extraPrefsFirefox: {
         "browser.download.folderList": 2, "browser.download.dir": downloads,
         "browser.download.always_ask_before_handling_new_types": false,
+        "browser.download.alwaysOpenPanel": false, // which takes the keyboard
         "browser.helperApps.neverAsk.saveToDisk": "application/json,text/csv,image/svg+xml",
         "layout.css.prefers-color-scheme.content-override": isDark ? 0 : 1,
       },

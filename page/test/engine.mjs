@@ -140,10 +140,10 @@ const answersPath = join(work, "answers.ndjson");
 writeFileSync(answersPath, fleet.join("\n") + "\n");
 for (const by of ["", ...JSON.parse(ask({ ask: "fleet-groupings" }).text)]) {
   for (const [index, line] of fleet.entries()) {
-    ask({ ask: "fleet-radio", first: index === 0, by }, line);
+    engine.ask({ ask: "fleet-radio", first: index === 0, by }, line);
   }
   for (const form of ["json", "csv", "svg"]) {
-    compare(`fleet by ${by} as ${form}`, ask({ ask: "fleet", form }),
+    compare(`fleet by ${by} as ${form}`, engine.ask({ ask: "fleet", form }),
       native("fleet", answersPath, ...(by === "" ? [] : ["--by", by]), "--format", form));
   }
 }

@@ -11,6 +11,7 @@ export interface Request {
   ask: string;
   form?: string;
   name?: string;
+  by?: string;
   changes?: Change[];
   modulations?: string[];
   power?: string;

@@ -22,6 +22,20 @@ async function through(bytes: Uint8Array, stream: GenericTransformStream): Promi
   return new Uint8Array(await answer.arrayBuffer());
 }
 
+/** The bytes that five characters for each four of them stand for; see base85() of the build. */
+export function fromBase85(text: string): Uint8Array {
+  const bytes = new Uint8Array(Math.ceil(text.length / 5) * 4);
+  const words = new DataView(bytes.buffer);
+  for (let at = 0; at < text.length; at += 5) {
+    let word = 0;
+    for (const character of text.slice(at, at + 5).padEnd(5, "u")) {
+      word = word * 85 + (character === "~" ? "<" : character).charCodeAt(0) - 33;
+    }
+    words.setUint32((at / 5) * 4, word);
+  }
+  return bytes.subarray(0, Math.floor((text.length * 4) / 5));
+}
+
 /** The bytes that base64 stands for. */
 export function fromBase64(text: string): Uint8Array {
   return Uint8Array.from(atob(text), (character) => character.charCodeAt(0));

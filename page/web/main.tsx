@@ -2,7 +2,7 @@ import { h, render } from "preact";
 import { App } from "./app";
 import type { Report } from "./app";
 import { Engine } from "./engine";
-import { fromBase64, unpacked } from "./link";
+import { fromBase85, unpacked } from "./link";
 import type { Radio } from "./link";
 
 /** What the page carries in a block of data. */
@@ -13,7 +13,7 @@ function data(id: string): string {
 async function start(): Promise<void> {
   const root = document.getElementById("root") as HTMLElement;
   try {
-    const engine = await Engine.from(await unpacked(fromBase64(data("engine").trim())));
+    const engine = await Engine.from(await unpacked(fromBase85(data("engine").trim())));
     Object.assign(window, { qorEngine: engine });
     const report = data("report").trim();
     render(

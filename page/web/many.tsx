@@ -184,7 +184,7 @@ export function FleetView(props: FleetProps) {
       </div>
       {report && <RemarksOf report={report} />}
       <div class="columns">
-        <div>
+        <div class="scroll">
           <h3>Limited by</h3>
           <table class="grid-table" id="fleet-rules">
             <thead>
@@ -221,7 +221,7 @@ export function FleetView(props: FleetProps) {
               onInput={(event) => setSearch(event.currentTarget.value)} />
             <span role="status">{found.length} found</span>
           </div>
-          <div class="scroll">
+          <div class="scroll tall">
             <table class="grid-table" id="fleet-radios">
               <thead>
                 <tr>
