@@ -52,11 +52,15 @@ endfunction()
 
 qor_install_library(QorOutputPowerCalculator QorOutputPowerCalculatorTargets Runtime Development)
 
-# They include each other by plain names, so they lie in one folder.
+# They include each other by plain names, so they lie in one folder. A library that is laid out for a board's
+# own platform headers is used with those.
 file(GLOB public_headers CONFIGURE_DEPENDS
     "${PROJECT_SOURCE_DIR}/Control/OutputPowerCalculator/*.h"
-    "${PROJECT_SOURCE_DIR}/interfaces/*.h"
-    "${PROJECT_SOURCE_DIR}/platform/*.h")
+    "${PROJECT_SOURCE_DIR}/interfaces/*.h")
+if(NOT QOR_PLATFORM_HEADERS)
+    file(GLOB platform_headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/platform/*.h")
+    list(APPEND public_headers ${platform_headers})
+endif()
 install(FILES ${public_headers} DESTINATION "${headers}"
     COMPONENT ${way}Development ${not_by_itself})
 
@@ -72,6 +76,13 @@ install(
         "${CMAKE_CURRENT_BINARY_DIR}/QorOutputPowerCalculatorConfigVersion.cmake"
     DESTINATION "${cmake_package}" COMPONENT ${way}Development ${not_by_itself})
 qor_install_pkgconfig(qor-output-power-calculator Development)
+
+# A host on a board, with a template of the platform that the board brings.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/host" "${PROJECT_SOURCE_DIR}/examples/board-platform"
+    DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/libqoroutputpowercalculator-dev/examples"
+    COMPONENT ${way}Development ${not_by_itself}
+    PATTERN build-with-pkg-config PERMISSIONS
+        OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
 # The flight recorder
 
@@ -129,7 +140,7 @@ qor_install_pkgconfig(qor-simulated-neighbours DeskDevelopment)
 set(desk_documents "${CMAKE_INSTALL_DATAROOTDIR}/doc/libqordeskplatform-dev")
 install(FILES "${PROJECT_SOURCE_DIR}/docs/how-to/simulated-neighbours.md"
     DESTINATION "${desk_documents}" COMPONENT ${way}DeskDevelopment ${not_by_itself})
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/host" "${PROJECT_SOURCE_DIR}/examples/simulated"
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/desk" "${PROJECT_SOURCE_DIR}/examples/simulated"
     DESTINATION "${desk_documents}/examples" COMPONENT ${way}DeskDevelopment ${not_by_itself}
     PATTERN build-with-pkg-config PERMISSIONS
         OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)

@@ -1,9 +1,8 @@
 // A host of the output power calculator: five neighbours, one service, one query.
 //
 // A board's control software has neighbours of its own and the board's platform. This host answers
-// for a small radio and runs on the desk platform, so that it can be tried anywhere.
+// for a small radio, and knows of the platform what the headers of the library declare.
 
-#include "DeskVariableStore.h"
 #include "IAcmHandler.h"
 #include "ICapabilityHandler.h"
 #include "IFrameFormat.h"
@@ -137,11 +136,7 @@ int main() {
     broker.registerInterface(ISystemPowerController::interfaceName(channel), &link);
     broker.registerInterface(IHardwareConfigurationHandler::interfaceName(), &configuration);
 
-    // The radio's calibration: at 28 MHz it delivers half a decibel less.
-    DeskVariableStore& store = DeskVariableStore::getInstance();
-    store.set("channel.1.tx.rf.pmax.cs.comp.v2.array", {28, -50});
-    store.set("channel.1.tx.rf.pmax.cs.comp.v2.arraysize", {2});
-
+    // The radio's calibration comes from the platform's store of variables.
     OutputPowerCalculator service(channel);
     if (service.initialize() != ResultCode::Success) {
         std::cerr << "The output power calculator did not start.\n";

@@ -1,4 +1,5 @@
 #include "InterfaceBroker.h"
+#include "OutputPowerCalculatorVersion.h"
 #include "ServiceTest.h"
 
 #include <algorithm>
@@ -489,4 +490,12 @@ TEST_F(TwoServices, endIndependently) {
     long pmax = untouched;
     EXPECT_EQ(sut.findPminPmax(pmin, pmax), 0);
     EXPECT_EQ(pmax, 2800);
+}
+
+TEST(Version, ofTheLibraryIsThatOfItsHeadersInPairsOfDigits) {
+    EXPECT_EQ(qorOutputPowerCalculatorVersion() / 10000, QOR_OUTPUT_POWER_CALCULATOR_VERSION_MAJOR);
+    EXPECT_EQ(qorOutputPowerCalculatorVersion() / 100 % 100,
+              QOR_OUTPUT_POWER_CALCULATOR_VERSION_MINOR);
+    EXPECT_EQ(qorOutputPowerCalculatorVersion() % 100, QOR_OUTPUT_POWER_CALCULATOR_VERSION_PATCH);
+    EXPECT_EQ(qorOutputPowerCalculatorVersion(), QOR_OUTPUT_POWER_CALCULATOR_VERSION);
 }

@@ -1,0 +1,7 @@
+#pragma once
+
+namespace os::bsp::rl {
+
+bool isFftypeCarrierAggregation() noexcept;
+
+} // namespace os::bsp::rl
