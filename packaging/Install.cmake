@@ -19,6 +19,7 @@ if(way)
     set(not_by_itself EXCLUDE_FROM_ALL)
 endif()
 
+include("${CMAKE_CURRENT_LIST_DIR}/Documents.cmake")
 set(headers "${CMAKE_INSTALL_INCLUDEDIR}/qor-output-power-calculator")
 set(cmake_package "${CMAKE_INSTALL_LIBDIR}/cmake/QorOutputPowerCalculator")
 set(pkgconfig "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
@@ -95,8 +96,8 @@ install(FILES ${recorder_headers} DESTINATION "${headers}"
 qor_install_pkgconfig(qor-radio-file-recorder RecorderDevelopment)
 
 set(recorder_documents "${CMAKE_INSTALL_DATAROOTDIR}/doc/libqorradiofilerecorder-dev")
-install(FILES "${PROJECT_SOURCE_DIR}/docs/how-to/field-case.md"
-    DESTINATION "${recorder_documents}" COMPONENT ${way}RecorderDevelopment ${not_by_itself})
+qor_install_documents("${recorder_documents}" ${way}RecorderDevelopment
+    "${PROJECT_SOURCE_DIR}/docs/how-to/field-case.md")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/recorder"
     DESTINATION "${recorder_documents}/examples" COMPONENT ${way}RecorderDevelopment ${not_by_itself}
     PATTERN build-with-pkg-config PERMISSIONS
@@ -116,7 +117,7 @@ qor_install_export(QorOutputPowerCalculatorDeskTargets DeskDevelopment)
 
 # CMake strips programs and shared libraries only.
 install(CODE "
-    if(CMAKE_INSTALL_DO_STRIP)
+    if(CMAKE_INSTALL_DO_STRIP OR \"${way}\" STREQUAL Debian)
         set(archive \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}\"
             \"/${CMAKE_INSTALL_LIBDIR}/$<TARGET_FILE_NAME:qor_simulated_neighbours>\")
         list(JOIN archive \"\" archive)
@@ -138,8 +139,8 @@ qor_install_pkgconfig(qor-desk-platform DeskDevelopment)
 qor_install_pkgconfig(qor-simulated-neighbours DeskDevelopment)
 
 set(desk_documents "${CMAKE_INSTALL_DATAROOTDIR}/doc/libqordeskplatform-dev")
-install(FILES "${PROJECT_SOURCE_DIR}/docs/how-to/simulated-neighbours.md"
-    DESTINATION "${desk_documents}" COMPONENT ${way}DeskDevelopment ${not_by_itself})
+qor_install_documents("${desk_documents}" ${way}DeskDevelopment
+    "${PROJECT_SOURCE_DIR}/docs/how-to/simulated-neighbours.md")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/desk" "${PROJECT_SOURCE_DIR}/examples/simulated"
     DESTINATION "${desk_documents}/examples" COMPONENT ${way}DeskDevelopment ${not_by_itself}
     PATTERN build-with-pkg-config PERMISSIONS
@@ -151,17 +152,14 @@ install(TARGETS qor-power RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}"
     COMPONENT ${way}Tool ${not_by_itself})
 
 set(tool_documents "${CMAKE_INSTALL_DATAROOTDIR}/doc/qor-power")
-install(
-    FILES
-        "${PROJECT_SOURCE_DIR}/docs/reference/checks.md"
-        "${PROJECT_SOURCE_DIR}/docs/reference/qor-power.md"
-        "${PROJECT_SOURCE_DIR}/docs/reference/radio-file.md"
-    DESTINATION "${tool_documents}" COMPONENT ${way}Tool ${not_by_itself})
+qor_install_documents("${tool_documents}" ${way}Tool
+    "${PROJECT_SOURCE_DIR}/docs/reference/checks.md"
+    "${PROJECT_SOURCE_DIR}/docs/reference/qor-power.md"
+    "${PROJECT_SOURCE_DIR}/docs/reference/radio-file.md")
 # Beside them as in the sources, so that their links hold.
-install(
-    DIRECTORY
-        "${PROJECT_SOURCE_DIR}/docs/reference/commands"
-        "${PROJECT_SOURCE_DIR}/docs/reference/pictures"
+file(GLOB tool_guides CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/docs/reference/commands/*.md")
+qor_install_documents("${tool_documents}/commands" ${way}Tool ${tool_guides})
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/reference/pictures"
     DESTINATION "${tool_documents}" COMPONENT ${way}Tool ${not_by_itself})
 # For editors.
 install(FILES "${PROJECT_SOURCE_DIR}/share/qor-power-answers.schema.json"
