@@ -1,30 +1,37 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test page page-test page-package setup tsan coverage board packages abi reproducible fuzz fuzz-sample worst-file valgrind test-fleet python python-test bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
+.PHONY: help demo build test page page-test page-package setup tsan coverage board packages abi reproducible fuzz fuzz-sample worst-file valgrind test-fleet bare-roots python python-test bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
+BUILD = build/release
 MINUTES ?= 1
 PURPOSE ?= test
 # Of what changed since the last whole run, or since another revision.
 SINCE := $(if $(BASE),--base $(BASE),--changed)
 
+# Told before anything is installed for a build that cannot be.
+may_build = mkdir -p "$(BUILD)" 2>/dev/null && test -w "$(BUILD)" || { \
+	echo "make: nothing can be written to $(BUILD); name another folder: make $@ BUILD=FOLDER" >&2; exit 1; }
+
 help: ## list the commands
 	@sed -n 's/^\([a-z-]*\):.*## \(.*\)/make \1	\2/p' $(MAKEFILE_LIST) | expand -t 20
 
-demo: ## set up, build the tool, and print the power table of an example radio (RADIO=FILE for another)
+demo: ## set up, build the tool, and print the power table of an example radio (RADIO=FILE for another, BUILD=FOLDER to build elsewhere)
+	@$(may_build)
 	scripts/setup build
-	test -e build/release/build.ninja || cmake --preset release -DQOR_TESTS=OFF
-	cmake --build --preset release --target qor-power
-	build/release/bin/qor-power table "$(RADIO)"
+	test -e "$(BUILD)/build.ninja" || cmake --preset release -B "$(BUILD)" -DQOR_TESTS=OFF --no-warn-unused-cli
+	cmake --build "$(BUILD)" --target qor-power
+	"$(BUILD)/bin/qor-power" table "$(RADIO)"
 
-build: ## build libraries, tool and tests into build/release
+build: ## build libraries, tool and tests into build/release (BUILD=FOLDER for another)
+	@$(may_build)
 	scripts/setup test
-	cmake --preset release
-	cmake --build --preset release
+	cmake --preset release -B "$(BUILD)"
+	cmake --build "$(BUILD)"
 
 test: build ## build and run all tests
-	ctest --preset release
+	cd "$(BUILD)" && ctest --output-on-failure --no-tests=error -j 2
 
 page: ## build the page for a browser, build/page/qor-power.html, which holds library and analysis as WebAssembly
 	scripts/setup page
@@ -85,6 +92,9 @@ test-fleet: build ## have a fleet answered by Slurm, by two hosts over ssh and a
 	tests/fleet/spark build/release/bin/qor-power
 	tests/fleet/hosts build/release/bin/qor-power
 	tests/fleet/slurm build/release/bin/qor-power
+
+bare-roots: ## run demo and test in bare roots of Debian 12 and 13, as root and as a user with sudo, which takes root and two hours
+	scripts/bare-roots
 
 python: ## build the Python package qor_power into build/release/python
 	scripts/setup python

@@ -3,8 +3,10 @@
 #
 # Only clang judges conditions one by one (MC/DC), and its counts stay with the source.
 if(QOR_COVERAGE)
-    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang" OR CMAKE_CXX_COMPILER_VERSION VERSION_LESS 19)
-        message(FATAL_ERROR "QOR_COVERAGE needs clang++ from version 19: use the preset coverage")
+    include(CheckCXXCompilerFlag)
+    check_cxx_compiler_flag("-fprofile-instr-generate -fcoverage-mapping -fcoverage-mcdc" QOR_COUNTS_CONDITIONS)
+    if(NOT QOR_COUNTS_CONDITIONS)
+        message(FATAL_ERROR "QOR_COVERAGE needs a clang++ that counts conditions: use the preset coverage")
     endif()
     # %m tells programs and libraries apart; all processes add to the same file of each.
     set(counting "-fprofile-instr-generate=${CMAKE_BINARY_DIR}/profiles/%m.profraw")

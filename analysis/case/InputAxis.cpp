@@ -276,12 +276,12 @@ const std::vector<InputAxis>& InputAxis::all() {
     return axes;
 }
 
-const InputAxis& InputAxis::named(const std::string& option, const std::string& name) {
+const InputAxis& InputAxis::named(std::string_view option, std::string_view name) {
     std::vector<std::string> names;
     for (const InputAxis& axis : all()) {
         names.push_back(axis.name());
     }
-    const std::string known = Arguments::word(option, name, names);
+    const std::string known = Arguments::word(std::string(option), std::string(name), names);
     const auto found = std::ranges::find(names, known);
     return all()[static_cast<std::size_t>(std::distance(names.begin(), found))];
 }

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -17,7 +18,7 @@ public:
 
     /// @param option that names it, for the message.
     /// @throw QuestionError for an unknown name, with the nearest known one.
-    static const InputAxis& named(const std::string& option, const std::string& name);
+    static const InputAxis& named(std::string_view option, std::string_view name);
 
     /// The axis that a value belongs to.
     static const InputAxis& of(const Inputs::Value& value);

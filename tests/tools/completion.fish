@@ -6,9 +6,11 @@ source $argv[1]
 cd (dirname (status filename))
 set -g failures 0
 
-# offers LINE EXPECTED...: what is offered for the last word of LINE, without descriptions.
+# offers LINE EXPECTED...: what is offered that begins as the last word of LINE does, without descriptions. From its
+# fourth release on fish offers what merely has the same letters as well.
 function offers
-    set -l offered (complete -C $argv[1] | string split -f 1 \t | sort)
+    set -l word (string split ' ' $argv[1])[-1]
+    set -l offered (complete -C $argv[1] | string split -f 1 \t | string match -- "$word*" | sort)
     if test "$offered" != "$argv[2..]"
         echo "\"$argv[1]\" offers" >&2
         echo "  $offered" >&2
