@@ -40,7 +40,7 @@ void addShownIn(const fs::path& document, std::vector<Shown>& runs) {
             isInConsole = line == "```console";
         } else if (isInConsole && line.starts_with("$ ")) {
             runs.push_back({document.string(), line.substr(2), ""});
-        } else if (isInConsole && !runs.empty()) {
+        } else if (isInConsole && !runs.empty() && runs.back().document == document) {
             runs.back().output += line + '\n';
         }
     }
