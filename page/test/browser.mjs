@@ -308,6 +308,10 @@ async function editing(page) {
   expect("an error at its place", await page.$eval(".editor [role=alert]", (alert) => alert.textContent.split(":")[0]),
     `Line ${finding.line}, column ${finding.column}`);
   expect("an error's line", await page.$eval(".gutter .bad", (line) => Number(line.textContent)), finding.line);
+  expect("numbers beside their lines", await page.$eval(".gutter", (gutter) => {
+    const tops = [...gutter.children].map((line) => line.getBoundingClientRect().top);
+    return tops.slice(1).every((top, index) => Math.abs(top - tops[index] - (tops[1] - tops[0])) < 1);
+  }), true);
   await accessible(page, "editor");
   await picture(page, "editor");
   const edited = join(work, "edited.json");
@@ -488,7 +492,13 @@ async function dropped(page) {
       report.outliers.map((line) => [`fleet.ndjson, ${line.radio}`, line.name]));
     return report;
   };
-  expect("a fleet with outliers", (await reportShown("a fleet", "")).outliers.length > 0, true);
+  const [outlier] = (await reportShown("a fleet", "")).outliers;
+  await page.click("#fleet-outliers tbody button");
+  await settled(page);
+  const unlike = batch.lines()[Number(outlier.radio.match(/\d+/)[0]) - 1];
+  expect("a click on an outlier", await shownPowers(page), powersIn(unlike));
+  await page.evaluate(() => [...document.querySelectorAll("button")].find((each) => each.textContent === "Back to the fleet").click());
+  await fleetIs(60);
   await page.select("#fleet-by", "market");
   await settled(page);
   await fleetIs(60);
@@ -533,6 +543,20 @@ async function dropped(page) {
   await settled(page);
   expect("an answer of a batch", await shownPowers(page), powersIn(answers.lines()[0]));
   await accessible(page, "answers of a batch");
+
+  // Answers of equal names in two folders stay what they are, and one without powers has none to show.
+  const [one, other] = answers.lines();
+  writeFileSync(answersPath, [{ ...one, radioFile: "x/radio.json" }, { ...other, radioFile: "y/radio.json" },
+    { id: null, radioFile: "z/radio.json", error: "no such file", place: null }].map((line) => JSON.stringify(line)).join("\n"));
+  const namesake = join(work, "radio.json");
+  writeFileSync(namesake, plainText(paths[0]));
+  await drop(page, [answersPath, namesake]);
+  await fleetIs(4);
+  expect("answers of equal names", (await fleetShown()).map(([name]) => name),
+    ["x/radio.json", "y/radio.json", "z/radio.json", "radio.json"]);
+  expect("what can be opened", await page.$$eval("#fleet-radios th button", (all) => all.map((each) => each.textContent)),
+    ["x/radio.json", "y/radio.json", "radio.json"]);
+  writeFileSync(answersPath, answers.stdout);
   await drop(page, [answersPath, paths[0]]);
   await fleetIs(paths.length);
   await page.click("#fleet-radios tbody button");
@@ -559,6 +583,31 @@ async function dropped(page) {
   await drop(page, [list]);
   await fleetIs(60);
   expect("rules of the fleet behind one that was left", await rulesShown(), counts);
+
+  // An engine that stops in a fleet counts again what was answered.
+  await page.evaluate(() => {
+    let left = 30;
+    const { exports } = globalThis.qorEngine;
+    globalThis.qorEngine.exports = { ...exports, qorAsk: (...words) => {
+      if (--left === 0) {
+        throw new WebAssembly.RuntimeError("unreachable");
+      }
+      return exports.qorAsk(...words);
+    } };
+  });
+  await drop(page, [answersOfList]);
+  await fleetIs(60);
+  const stoppedAt = Number((await page.$eval(".messages", (notice) => notice.textContent)).match(/line (\d+) /)[1]);
+  const answered = batch.stdout.trim().split("\n");
+  answered.splice(stoppedAt - 1, 1);
+  const withoutOnePath = join(work, "without-one.ndjson");
+  writeFileSync(withoutOnePath, answered.join("\n") + "\n");
+  const withoutOne = native("fleet", withoutOnePath, "--format", "json", "--by", "market").json();
+  await page.select("#fleet-by", "market");
+  await settled(page);
+  expect("a fleet in which the engine stopped", (await cellsOf("#fleet-rules")).map((row) => row.slice(2, 4).map(Number)),
+    withoutOne.rules.map((line) => [line.radios, line.codes]));
+  await page.click("#close-notice");
 
   await drop(page, [paths[3]]);
   await settled(page);

@@ -70,18 +70,26 @@ function withOwnNames(files: Radio[]): Radio[] {
   });
 }
 
-/** Answers of a batch become the radio files that they are about, where those are among the radios. */
+/**
+ * Answers of a batch become the radio files that they are about, where those are among the radios: a name without its
+ * folder has to belong to one answer and to one file, or nobody knows whose file it is.
+ */
 function withTheirFiles(radios: Radio[]): Radio[] {
-  const files = new Map(radios.map((radio) => [radio.name, radio]));
+  const answers = radios.map(batchAnswerIn);
+  const nameOf = (index: number) => answers[index]?.radioFile?.split("/").pop() ?? "";
+  const files = new Map(radios.filter((_, index) => !answers[index]).map((radio) => [radio.name, radio]));
+  const wanted = new Map<string, number>();
+  radios.forEach((_, index) => wanted.set(nameOf(index), (wanted.get(nameOf(index)) ?? 0) + 1));
   const used = new Set<Radio>();
-  const found = radios.map((radio) => {
-    const answer = batchAnswerIn(radio);
-    const file = files.get(answer?.radioFile?.split("/").pop() ?? "");
-    if (!answer || !file) {
+  const found = radios.map((radio, index) => {
+    const answer = answers[index];
+    const name = nameOf(index);
+    const file = files.get(name);
+    if (!answer || !file || wanted.get(name) !== 1 || files.has(`${name} (2)`)) {
       return radio;
     }
     used.add(file);
-    return { name: answer.id ?? file.name, text: file.text };
+    return { name: answer.id ?? answer.radioFile ?? file.name, text: file.text };
   });
   return found.filter((radio) => !used.has(radio));
 }
@@ -127,18 +135,24 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
 
   const reportOf = useCallback(() => parsed<FleetReport>(ask({ ask: "fleet" })), [ask]);
 
+  /** Has the engine count answers that are there. */
+  const countAgain = useCallback(
+    (lines: FleetLine[], by: string) =>
+      lines.forEach((line, index) => ask({ ask: "fleet-radio", first: index === 0, by }, JSON.stringify(line))),
+    [ask],
+  );
+
   const saveFleet = useCallback(
     (form: "csv" | "svg") => {
-      if (JSON.stringify(reportOf()) !== JSON.stringify(fleet?.report)) {
-        setNotice("The engine was started again and has lost the fleet. Drop it again to save its tables.");
-        return;
+      if (fleet && JSON.stringify(reportOf()) !== JSON.stringify(fleet.report)) {
+        countAgain(fleet.lines, fleet.by); // another engine does not know them
       }
       const answer = ask({ ask: "fleet", form });
       if (answer) {
         save(`fleet.${form}`, form === "svg" ? "image/svg+xml" : "text/csv", answer.text);
       }
     },
-    [ask, fleet, reportOf],
+    [ask, countAgain, fleet, reportOf],
   );
 
   /** Another state that undo leads back from; steps with the same key are one. */
@@ -226,9 +240,9 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
   );
 
   const readFleet = useCallback(
-    async (radios: Radio[], by = "") => {
+    async (radios: Radio[]) => {
       const run = ++running.current;
-      const read: Fleet = { radios, lines: [], by, report: null, isDone: radios.length === 0 };
+      const read: Fleet = { number: run, radios, lines: [], by: "", report: null, isDone: radios.length === 0 };
       setLog(null);
       leave();
       setFleet({ ...read });
@@ -236,13 +250,14 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         const some = radios.slice(at, at + linesInSlice);
         // In a line of a fleet a line end is no more than a blank; comments of // would swallow the rest.
         for (const [index, radio] of some.entries()) {
-          const answer = ask({ ask: "fleet-radio", first: at + index === 0, by, name: radio.name }, radio.text);
+          const answer = ask({ ask: "fleet-radio", first: at + index === 0, name: radio.name }, radio.text);
           read.lines.push(
             parsed<FleetLine>(answer) ??
               { id: null, radioFile: null, error: answer?.messages[0] ?? "the engine stopped at this one", place: "" },
           );
           if (!answer) {
-            setNotice(`The engine was started again: the fleet's tables count the radios from the one after ${radio.name} on.`);
+            countAgain(read.lines, "");
+            setNotice(`The engine stopped at ${radio.name} and was started again. Nothing else of the fleet is lost.`);
           }
         }
         read.isDone = at + linesInSlice >= radios.length;
@@ -259,7 +274,17 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         }
       }
     },
-    [ask, leave, reportOf],
+    [ask, countAgain, leave, reportOf],
+  );
+
+  const groupFleet = useCallback(
+    (by: string) => {
+      if (fleet) {
+        countAgain(fleet.lines, by);
+        setFleet({ ...fleet, by, report: reportOf() });
+      }
+    },
+    [countAgain, fleet, reportOf],
   );
 
   const take = useCallback(
@@ -432,9 +457,9 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         ) : view ? (
           <RadioView view={view} ask={ask} legend={legend} change={change} place={place} setPlace={setPlace} />
         ) : fleet ? (
-          <FleetView fleet={fleet} legend={legend} groupings={groupings} open={(radio) => open(radio)}
+          <FleetView key={fleet.number} fleet={fleet} legend={legend} groupings={groupings} open={(radio) => open(radio)}
             cancel={() => { ++running.current; setFleet({ ...fleet, report: reportOf(), isDone: true }); }}
-            group={(by) => void readFleet(fleet.radios, by)} save={saveFleet} />
+            group={groupFleet} save={saveFleet} />
         ) : (
           <Welcome examples={examples} open={(radio) => open(radio)} />
         )}

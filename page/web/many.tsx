@@ -1,7 +1,7 @@
 // Many radios, or a log with many queries: a list to search, and what each one says.
 
 import { Fragment, h } from "preact";
-import { useMemo, useState } from "preact/hooks";
+import { useMemo, useRef, useState } from "preact/hooks";
 import type { FleetLine, FleetReport, LoggedQuery, Powers } from "./answers";
 import { decibels, signed } from "./format";
 import { PowerTable, RuleName, Waterfall } from "./panels";
@@ -9,6 +9,7 @@ import type { Legend } from "./plot";
 import type { Radio } from "./link";
 
 export interface Fleet {
+  number: number; // of the fleets that were read
   radios: Radio[];
   lines: FleetLine[];
   by: string;
@@ -93,7 +94,7 @@ function PowersOf({ report }: { report: FleetReport }) {
   );
 }
 
-function Outliers({ report, search }: { report: FleetReport; search(radio: string): void }) {
+function Outliers({ report, show }: { report: FleetReport; show(radio: string): void }) {
   if (report.outliers.length === 0) {
     return null;
   }
@@ -115,7 +116,7 @@ function Outliers({ report, search }: { report: FleetReport; search(radio: strin
           {report.outliers.slice(0, shownAtMost).map((line) => (
             <tr>
               <th scope="row">
-                <button class="link" onClick={() => search(line.radio)}>{line.radio}</button>
+                <button class="link" onClick={() => show(line.radio)}>{line.radio}</button>
               </th>
               <td>{line.name}</td>
               <td class="number">{decibels(line.powerCentiDbm)}</td>
@@ -149,11 +150,30 @@ export function FleetView(props: FleetProps) {
   const [search, setSearch] = useState("");
   const [rule, setRule] = useState("");
   const [opened, setOpened] = useState(-1);
+  const searchBox = useRef<HTMLInputElement>(null);
+  const canSave = fleet.isDone && fleet.lines.length > 0;
   const words = search.toLowerCase();
+  const nameOf = (index: number) => {
+    const line = fleet.lines[index];
+    return line.id ?? line.radioFile ?? fleet.radios[index].name;
+  };
+  /** Opens a radio; of an answer alone its row. */
+  const show = (name: string) => {
+    const index = fleet.lines.findIndex((_, place) => nameOf(place) === name);
+    if (index >= 0 && !batchAnswerIn(fleet.radios[index])) {
+      props.open({ ...fleet.radios[index], name });
+      return;
+    }
+    setRule("");
+    setSearch(name.replace(/\.\.\.$/, ""));
+    setOpened(index);
+    searchBox.current?.focus();
+    searchBox.current?.scrollIntoView({ block: "center" });
+  };
   const found = useMemo(
     () =>
       fleet.lines
-        .map((line, index) => ({ line, index, name: line.id ?? line.radioFile ?? fleet.radios[index].name }))
+        .map((line, index) => ({ line, index, name: nameOf(index) }))
         .filter(
           ({ line, name }) =>
             (rule === "" || rulesOf(line).includes(rule)) &&
@@ -175,12 +195,12 @@ export function FleetView(props: FleetProps) {
       </h2>
       <div class="row tools">
         <label for="fleet-by">In groups by</label>
-        <select id="fleet-by" value={fleet.by} onChange={(event) => props.group(event.currentTarget.value)}>
+        <select id="fleet-by" value={fleet.by} disabled={!fleet.isDone} onChange={(event) => props.group(event.currentTarget.value)}>
           <option value="">none</option>
           {props.groupings.map((by) => <option>{by}</option>)}
         </select>
-        <button id="fleet-svg" onClick={() => props.save("svg")}>Save picture</button>
-        <button id="fleet-csv" onClick={() => props.save("csv")}>Save table</button>
+        <button id="fleet-svg" disabled={!canSave} onClick={() => props.save("svg")}>Save picture</button>
+        <button id="fleet-csv" disabled={!canSave} onClick={() => props.save("csv")}>Save table</button>
       </div>
       {report && <RemarksOf report={report} />}
       <div class="columns">
@@ -217,7 +237,7 @@ export function FleetView(props: FleetProps) {
         <div>
           <div class="row">
             <label for="fleet-search">Search</label>
-            <input id="fleet-search" type="search" value={search}
+            <input id="fleet-search" type="search" value={search} ref={searchBox}
               onInput={(event) => setSearch(event.currentTarget.value)} />
             <span role="status">{found.length} found</span>
           </div>
@@ -242,11 +262,13 @@ export function FleetView(props: FleetProps) {
                     <>
                     <tr class={index === opened ? "chosen" : ""}>
                       <th scope="row">
-                        <button class="link" aria-expanded={answer ? index === opened : undefined}
-                          onClick={() =>
-                            answer ? setOpened(index === opened ? -1 : index) : props.open({ ...fleet.radios[index], name })}>
-                          {name}
-                        </button>
+                        {answer && !line.rows ? name : (
+                          <button class="link" aria-expanded={answer ? index === opened : undefined}
+                            onClick={() =>
+                              answer ? setOpened(index === opened ? -1 : index) : props.open({ ...fleet.radios[index], name })}>
+                            {name}
+                          </button>
+                        )}
                       </th>
                       <td>{line.error ? <span class="warning">{line.place} {line.error}</span> : line.family}</td>
                       <td class="number lowest">{powers.length > 0 ? decibels(Math.min(...powers)) : ""}</td>
@@ -257,7 +279,7 @@ export function FleetView(props: FleetProps) {
                         ))}
                       </td>
                     </tr>
-                    {answer && index === opened && (
+                    {answer && line.rows && index === opened && (
                       <tr>
                         <td colSpan={5}>
                           <PowerTable powers={line as unknown as Powers} inFile={null} legend={legend} chosen={null} />
@@ -277,7 +299,7 @@ export function FleetView(props: FleetProps) {
         </div>
       </div>
       {report && <PowersOf report={report} />}
-      {report && <Outliers report={report} search={setSearch} />}
+      {report && <Outliers report={report} show={show} />}
     </section>
   );
 }

@@ -430,7 +430,7 @@ export function Editor(props: {
       <div class="paper">
         <pre class="gutter" ref={gutter} aria-hidden="true">
           {Array.from({ length: lines }, (_, index) => (
-            <span class={bad.has(index + 1) ? "bad" : ""}>{`${index + 1}\n`}</span>
+            <span class={bad.has(index + 1) ? "bad" : ""}>{index + 1}</span>
           ))}
         </pre>
         <textarea
