@@ -157,10 +157,9 @@ long: ## run everything whole, which takes hours, and write docs/background/proo
 # What fails soonest comes first, and what others need: the mutants and the packages use what the tests and
 # the board's step have built. One after the other, as each keeps all processors busy.
 # mutants-changed joins them with proved/mutants.txt, the record of a whole run to compare with: without it
-# every mutant counts as changed, and a lot of a hundred would judge the tests by chance.
-# lint-changed joins them again with the next whole run of make lint: since the last one most of the sources have
-# changed, and which of them a minute reaches would be chance.
-ci_steps := format-check test bench-count \
+# every mutant counts as changed, and a lot of a hundred would judge the tests by chance. The same is true of
+# lint-changed when most of the sources have changed since proved/lint.txt.
+ci_steps := format-check test lint-changed bench-count \
 	$(if $(wildcard proved/mutants.txt),mutants-changed) coverage fuzz-sample tsan board packages
 ci_seconds := 1800
 

@@ -217,9 +217,8 @@ BatchResult BatchResult::of(std::string id, std::string path,
     } catch (const QuestionError& error) {
         result.fail(NoPowers, oneLine(error.what()));
     } catch (const AnalysisError& error) {
-        result.fail(error.outcome() == Outcome::ServiceDidNotStart ? NotStarted
-                    : result.radioFile.empty()                     ? Line
-                                                                   : Unreadable,
+        const Trouble withoutNode = result.radioFile.empty() ? Line : Unreadable;
+        result.fail(error.outcome() == Outcome::ServiceDidNotStart ? NotStarted : withoutNode,
                     oneLine(error.what()));
     } catch (const std::exception& error) {
         result.fail(Other, oneLine(error.what()));
@@ -254,9 +253,10 @@ Fields<BatchForm::CodeOfRadio> BatchForm::codeOfRadioFields() {
         return std::ranges::find(fields, names.key, &FieldNames::key) != fields.end();
     };
     const auto ofRadio = [&fields](const Field<BatchResult>& field) {
-        fields.push_back({static_cast<const FieldNames&>(field),
-                          [get = field.value](const CodeOfRadio& row) { return get(row.radio); },
-                          field.key == schemaKey ? Shown::InJson : Shown::InBoth});
+        fields.emplace_back(
+            static_cast<const FieldNames&>(field),
+            [get = field.value](const CodeOfRadio& row) { return get(row.radio); },
+            field.key == schemaKey ? Shown::InJson : Shown::InBoth);
     };
     const auto isOfAll = [](const Field<BatchResult>& field) {
         return field.key == "rules" || field.key.starts_with("maxPower_");
@@ -271,11 +271,12 @@ Fields<BatchForm::CodeOfRadio> BatchForm::codeOfRadioFields() {
     }
     for (const Field<PowerTableLine>& field : batchLineFields()) {
         if (!isThere(field)) {
-            fields.push_back({static_cast<const FieldNames&>(field),
-                              [get = field.value](const CodeOfRadio& row) {
-                                  return row.code ? get(*row.code) : Datum();
-                              },
-                              Shown::InBoth});
+            fields.emplace_back(
+                static_cast<const FieldNames&>(field),
+                [get = field.value](const CodeOfRadio& row) {
+                    return row.code ? get(*row.code) : Datum();
+                },
+                Shown::InBoth);
         }
     }
     for (const Field<BatchResult>& field : resultFields()) {
@@ -293,9 +294,10 @@ BatchForm::BatchForm(Choice choice)
     if (m_choice.columns.empty()) {
         return;
     }
-    const std::vector<std::string> known = m_choice.isByCode ? namesOf(m_codeFields, m_choice.isCsv)
-                                           : m_choice.isCsv  ? namesOf(m_radioFields, true)
-                                                             : radioKeys();
+    const std::vector<std::string> ofRadio =
+        m_choice.isCsv ? namesOf(m_radioFields, true) : radioKeys();
+    const std::vector<std::string> known =
+        m_choice.isByCode ? namesOf(m_codeFields, m_choice.isCsv) : ofRadio;
     for (const std::string& column : m_choice.columns) {
         Arguments::word(m_choice.columnsOption, column, known);
     }

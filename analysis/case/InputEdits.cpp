@@ -18,7 +18,8 @@ using Path = std::vector<std::string>;
 
 /// An enumerator as a radio file has it: its text, or the number of one that has none.
 json named(const std::string& text) {
-    const bool isNumber = !text.empty() && text.find_first_not_of("-0123456789") == text.npos;
+    const bool isNumber =
+        !text.empty() && text.find_first_not_of("-0123456789") == std::string::npos;
     return isNumber ? json(std::stoll(text)) : json(text);
 }
 

@@ -305,7 +305,7 @@ void askForOne(const PowerTableQuery::OnePower& one, EReferenceSEC rsec,
         }
         break;
     case Call::UnrestrictedPmax:
-        result = static_cast<int>(service.getUnrestrictedPmax(power));
+        result = service.getUnrestrictedPmax(power);
         break;
     }
     table.result = static_cast<unsigned>(result);

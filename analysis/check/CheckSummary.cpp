@@ -70,6 +70,7 @@ void CheckSummary::add(const CheckedFile& file) {
 
 std::vector<CheckSummary::Count> CheckSummary::counts() const {
     std::vector<Count> counts;
+    counts.reserve(m_counts.size());
     for (const auto& [code, count] : m_counts) {
         counts.push_back(count);
     }

@@ -75,6 +75,7 @@ bool isSmallAndOdd(std::int64_t value) {
 
 void addWholeDecibels(const Figures& small, FindingList& findings) {
     std::vector<std::string> list;
+    list.reserve(small.values.size());
     for (const auto& [place, value] : small.values) {
         list.push_back(std::to_string(value) + " (" + Decibels::format(value) + ' ' + small.unit +
                        ')');

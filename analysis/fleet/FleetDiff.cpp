@@ -198,6 +198,7 @@ bool FleetDiff::isEqual() const {
 
 std::vector<FleetDiff::Move> FleetDiff::moves() const {
     std::vector<Move> moves;
+    moves.reserve(m_moves.size());
     for (const auto& [rules, move] : m_moves) {
         moves.push_back(move);
     }

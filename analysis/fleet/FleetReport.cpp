@@ -191,6 +191,7 @@ std::optional<std::pair<std::int64_t, std::int64_t>> FleetReport::Kind::usualRan
 
 std::vector<FleetReport::Powers> FleetReport::powers() const {
     std::vector<Powers> lines;
+    lines.reserve(m_powers.size());
     for (const auto& [key, line] : m_powers) {
         lines.push_back(line);
     }
@@ -199,6 +200,7 @@ std::vector<FleetReport::Powers> FleetReport::powers() const {
 
 std::vector<FleetReport::Limits> FleetReport::limits() const {
     std::vector<Limits> lines;
+    lines.reserve(m_limits.size());
     for (const auto& [key, line] : m_limits) {
         lines.push_back(line);
     }
@@ -235,6 +237,7 @@ std::vector<FleetReport::Outlier> FleetReport::outliers() const {
         addUnlike(kind.highest);
     }
     std::vector<Outlier> all;
+    all.reserve(byRadio.size());
     for (const auto& [radio, outlier] : byRadio) {
         all.push_back(outlier);
     }

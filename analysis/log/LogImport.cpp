@@ -565,7 +565,7 @@ void LogImport::readMinimum(const LoggedCall& call) {
     if (m_id > 0) {
         m_frameFormats[m_id].channelSpacing = m_minimumSpacing;
     }
-    std::int32_t& known =
+    const std::int32_t& known =
         m_hasOffset ? m_minimumPowers.try_emplace(*m_minimumSpacing, *minimum).first->second
                     : m_minimumWithoutOffset.emplace(m_minimumWithoutOffset.value_or(*minimum));
     if (known != *minimum) {
@@ -575,7 +575,7 @@ void LogImport::readMinimum(const LoggedCall& call) {
 }
 
 Json LogImport::expected(const LoggedCall& call,
-                         const std::vector<CalculationFigures>& calculations) const {
+                         const std::vector<CalculationFigures>& calculations) {
     if (call.answer.is_object()) {
         Json expect = Json::object();
         for (const auto& [key, value] : call.answer.items()) {

@@ -85,8 +85,8 @@ private:
     void readMinimum(const LoggedCall& call);
     void readFixedPower(const LoggedCall& call, const CalculationFigures& figures);
     void readCodes(const LoggedCall& call, const std::vector<CalculationFigures>& calculations);
-    Json expected(const LoggedCall& call,
-                  const std::vector<CalculationFigures>& calculations) const;
+    static Json expected(const LoggedCall& call,
+                         const std::vector<CalculationFigures>& calculations);
 
     void observe(const char* section, const char* key, const Json& value);
     void observeSelection();

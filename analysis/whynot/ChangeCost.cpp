@@ -8,7 +8,7 @@ namespace {
 
 /// An input that the table lacks costs what its last one does, the dearest.
 const InputCost& costOf(std::string_view input) {
-    const auto found = std::ranges::find(inputCosts, input, &InputCost::input);
+    const auto* const found = std::ranges::find(inputCosts, input, &InputCost::input);
     return found != inputCosts.end() ? *found : inputCosts.back();
 }
 

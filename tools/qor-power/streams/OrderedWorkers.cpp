@@ -189,6 +189,7 @@ void OrderedWorkers::collect(Worker& worker) {
 
 void OrderedWorkers::wait(int descriptor, const sigset_t& held) {
     std::vector<pollfd> descriptors;
+    descriptors.reserve(m_workers.size() + 1);
     for (const Worker& worker : m_workers) {
         descriptors.push_back({worker.job == nullptr ? -1 : worker.socket, POLLIN, 0});
     }
