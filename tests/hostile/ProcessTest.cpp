@@ -295,8 +295,8 @@ private:
     StagedCommand m_staged{GetParam()};
 };
 
-INSTANTIATE_TEST_SUITE_P(OfEveryCommand, HostileOutput, testing::ValuesIn(writingCommands()),
-                         nameOf);
+INSTANTIATE_TEST_SUITE_P(OfEveryCommand, HostileOutput,
+                         testing::ValuesIn(DrivenTool::chosen(writingCommands())), nameOf);
 
 TEST_P(HostileOutput, thatIsFullIsTrouble) {
     const ToolRun run = tool().withOutputTo("/dev/full").run();
@@ -345,7 +345,8 @@ TEST(HostileOutputOfBatch, thatClosesInTheMiddleEndsTheBatch) {
 
 class HostileText : public testing::TestWithParam<ToolCommand> {};
 
-INSTANTIATE_TEST_SUITE_P(OfEveryCommand, HostileText, testing::ValuesIn(writingCommands()), nameOf);
+INSTANTIATE_TEST_SUITE_P(OfEveryCommand, HostileText,
+                         testing::ValuesIn(DrivenTool::chosen(writingCommands())), nameOf);
 
 TEST_P(HostileText, isShownAsEscapes) {
     constexpr std::string_view hostile =

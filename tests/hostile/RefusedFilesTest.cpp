@@ -235,15 +235,6 @@ std::vector<ToolCommand> commandsInOwnWay() {
     return found;
 }
 
-/// Where nothing is measured, one is enough: sanitizers and the emulator take minutes.
-std::vector<ToolCommand> commandsOfLargeFiles() {
-    std::vector<ToolCommand> commands = commandsInOwnWay();
-    if (!DrivenTool::isMeasured()) {
-        commands.erase(commands.begin() + 1, commands.end());
-    }
-    return commands;
-}
-
 /// The others share one way. Some files of each kind are enough for them.
 std::vector<ToolCommand> commandsInCommonWay() {
     std::vector<ToolCommand> found = radioFileCommands();
@@ -278,7 +269,7 @@ std::string nameOfRefused(const testing::TestParamInfo<std::tuple<ToolCommand, R
 }
 
 INSTANTIATE_TEST_SUITE_P(Large, RefusedFile,
-                         testing::Combine(testing::ValuesIn(commandsOfLargeFiles()),
+                         testing::Combine(testing::ValuesIn(DrivenTool::chosen(commandsInOwnWay())),
                                           testing::ValuesIn(largeFiles)),
                          nameOfRefused);
 
@@ -297,9 +288,10 @@ INSTANTIATE_TEST_SUITE_P(Texts, RefusedFile,
                                           testing::ValuesIn(oddTexts)),
                          nameOfRefused);
 
-INSTANTIATE_TEST_SUITE_P(OfEachKind, RefusedFile,
-                         testing::Combine(testing::ValuesIn(commandsInCommonWay()),
-                                          testing::ValuesIn(filesOfEachKind())),
-                         nameOfRefused);
+INSTANTIATE_TEST_SUITE_P(
+    OfEachKind, RefusedFile,
+    testing::Combine(testing::ValuesIn(DrivenTool::chosen(commandsInCommonWay())),
+                     testing::ValuesIn(filesOfEachKind())),
+    nameOfRefused);
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "DrivenTool.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <sstream>
 #include <stdexcept>
@@ -31,4 +32,12 @@ std::vector<std::string> DrivenTool::commandLine(const std::vector<std::string>&
 
 bool DrivenTool::isMeasured() {
     return variable("QOR_POWER_UNMEASURED").empty();
+}
+
+std::size_t DrivenTool::stride() {
+    const std::string wanted = variable("QOR_LOOP_STRIDE");
+    if (!wanted.empty()) {
+        return std::max<std::size_t>(std::stoul(wanted), 1);
+    }
+    return isMeasured() ? 1 : 11;
 }

@@ -40,11 +40,10 @@ std::vector<std::string> commandLineOf(std::vector<std::string> words) {
 TEST(AnsweringCommands, PrintTheAnswersOnEveryTopicInEveryForm) {
     // Under an emulator or a sanitizer a process takes long: each asks of every topic in every
     // form, but of few radios.
-    const std::size_t stride = DrivenTool::isMeasured() ? 1 : 5;
     std::size_t number = 0;
     for (const std::string& path : exampleRadios()) {
         for (const auto& words : questionsAbout(path, exampleRadios().front())) {
-            if (++number % stride != 0) {
+            if (++number % DrivenTool::stride() != 0) {
                 continue;
             }
             const Reply reply = replyTo(words);
