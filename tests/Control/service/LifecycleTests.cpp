@@ -1,10 +1,15 @@
+#include "DeskBoard.h"
 #include "InterfaceBroker.h"
 #include "OutputPowerCalculatorVersion.h"
 #include "ServiceTest.h"
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <ostream>
+#include <set>
+#include <string>
+#include <utility>
 
 using traced::enter;
 using traced::msg;
@@ -461,21 +466,42 @@ TEST_F(TwoServices, ofTwoChannelsStandSideBySide) {
 TEST_F(TwoServices, ofTwoChannelsAskTheHardwareConfigurationForTheirOwnChannel) {
     ASSERT_EQ(sut2.initialize(), 0U);
     recordCalls();
-    std::map<ModulationAndCoding, long> powerMap;
-    long minPower = 0;
+    for (auto* const each : {&node, &node2}) {
+        each->answers.capabilityHandler.maxAcmLimitedByHw = true;
+        each->apply();
+    }
+    const std::string handler = "IHardwareConfigurationHandler::";
 
-    EXPECT_EQ(
-        sut.getMinMaxOutputPowerVsModulationArray(7, noCode, noCode, rsec2, minPower, powerMap),
-        0U);
-    EXPECT_EQ(
-        sut2.getMinMaxOutputPowerVsModulationArray(7, noCode, noCode, rsec2, minPower, powerMap),
-        0U);
-    const auto asked = [this](const std::string& call) {
-        const Lines texts = calls.texts();
-        return std::count(texts.begin(), texts.end(), call);
-    };
-    EXPECT_EQ(asked("IHardwareConfigurationHandler::getDpdVersion(1, 7)"), 1);
-    EXPECT_EQ(asked("IHardwareConfigurationHandler::getDpdVersion(2, 7)"), 1);
+    for (const bool isAggregated : {false, true}) {
+        DeskBoard::setCarrierAggregation(isAggregated);
+        for (const auto& [service, channel] : {std::pair(&sut, "1"), std::pair(&sut2, "2")}) {
+            calls.clear();
+            std::map<ModulationAndCoding, long> powerMap;
+            long minPower = 0;
+
+            EXPECT_EQ(service->getMinMaxOutputPowerVsModulationArray(7, noCode, noCode, rsec2,
+                                                                     minPower, powerMap),
+                      0U);
+
+            std::set<std::string> asked;
+            for (const std::string& text : calls.texts()) {
+                if (text.starts_with(handler)) {
+                    asked.insert(text.substr(handler.size()));
+                }
+            }
+            const std::string frameFormat = std::string("(") + channel + ", 7)";
+            const std::string profiles = isAggregated ? "getCarrierAggregationPerformanceProfiles"
+                                                      : "getPerformanceProfiles";
+            std::set<std::string> ofItsOwn = {"getFrameFormatRecords(false)"};
+            for (const std::string& call :
+                 {std::string("getChannelSpacing"), std::string("getDpdVersion"),
+                  std::string("getModulationAndCodeArray"), std::string("getTelecomMarket"),
+                  profiles}) {
+                ofItsOwn.insert(call + frameFormat);
+            }
+            EXPECT_EQ(asked, ofItsOwn);
+        }
+    }
 }
 
 TEST_F(TwoServices, endIndependently) {
