@@ -9,6 +9,7 @@ import { mkdirSync, readdirSync, readFileSync, writeFileSync } from "node:fs";
 import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
 import { gzipSync } from "node:zlib";
+import { base85 } from "./base85.mjs";
 
 const most = 900000; // bytes
 const here = dirname(fileURLToPath(import.meta.url));
@@ -28,26 +29,6 @@ function dataOf(value) {
 
 function hashOf(text) {
   return `'sha256-${createHash("sha256").update(text).digest("base64")}'`;
-}
-
-/**
- * Five characters for four bytes, and for the last few one more than bytes: a quarter more, where base64 takes a
- * third. The digits are those from "!" on, with "~" for "<", which might end the element.
- */
-function base85(bytes) {
-  let text = "";
-  for (let at = 0; at < bytes.length; at += 4) {
-    const some = Buffer.alloc(4);
-    const count = bytes.copy(some, 0, at, at + 4);
-    let word = some.readUInt32BE();
-    let digits = "";
-    for (let digit = 0; digit < 5; ++digit) {
-      digits = String.fromCharCode(33 + (word % 85)) + digits;
-      word = Math.floor(word / 85);
-    }
-    text += digits.slice(0, count + 1);
-  }
-  return text.replaceAll("<", "~");
 }
 
 const script = esbuild("web/main.tsx", "--bundle", "--format=iife", "--jsx-factory=h", "--jsx-fragment=Fragment");

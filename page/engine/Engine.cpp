@@ -258,12 +258,6 @@ Answer places(const std::vector<std::string>& pointers, std::string_view radioFi
     return {Outcome::Done, jsonLine(Datum::Object{{"places", std::move(list)}}), {}};
 }
 
-/// Whether a text is what a batch has answered, and not a radio file.
-bool isAnswerOfBatch(std::string_view text) {
-    const json answer = json::parse(text, nullptr, false);
-    return answer.is_object() && answer.contains("radioFile") && answer.contains("error");
-}
-
 } // namespace
 
 Engine::Engine() = default;
@@ -275,21 +269,20 @@ Engine::Answer Engine::fleetRadio(const Request& request, std::string_view text)
         m_fleet =
             FleetReport(by.empty() ? by : Arguments::word("by", by, FleetReport::groupings()));
     }
-    std::string line(text);
-    if (isAnswerOfBatch(text)) {
-        line += '\n';
+    if (request.flag("answer")) {
+        m_fleet.add(text);
         try {
-            m_fleet.add(RadioAnswer::read(text));
-            return {Outcome::Done, std::move(line), {}};
+            static_cast<void>(RadioAnswer::read(text));
+            return {Outcome::Done, std::string(text) + '\n', {}};
         } catch (const AnalysisError& error) {
             BatchResult unreadable{request.text("name"), {}, {}, {}};
             unreadable.fail(BatchResult::Trouble::Other, error.what());
-            line = BatchForm({}).linesOf(unreadable);
+            return {Outcome::Done, BatchForm({}).linesOf(unreadable), {}};
         }
-    } else {
-        line = BatchForm({}).linesOf(BatchResult::of(
-            request.text("name"), "", [&line] { return line; }, request.asked()));
     }
+    const std::string path = request.text("path");
+    std::string line = BatchForm({}).linesOf(BatchResult::of(
+        request.text("name"), path, [&text] { return std::string(text); }, request.asked()));
     m_fleet.add(line);
     return {Outcome::Done, std::move(line), {}};
 }

@@ -23,7 +23,7 @@ class StepwiseAnswer;
 /// | change | radio file | the file's text with the changes in it |
 /// | values | radio file | those that a sweep "over" an input tries |
 /// | places | radio file | line and column of each of the "pointers" |
-/// | fleet-radio | radio file, or a line of a batch's answer | a line as of a batch |
+/// | fleet-radio | radio file of a "path", or an "answer" of a batch | a line as of a batch |
 /// | fleet | - | of fleet, about all since the "first", in groups "by" what that one says |
 /// | fleet-groupings | - | by what a fleet may be told apart |
 /// | log | lines of a log | a line for each query, see jsonLine(); "last" ends the log |

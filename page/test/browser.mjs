@@ -212,6 +212,76 @@ async function accessible(page, what) {
   expect(`axe-core, ${what}`, found, []);
 }
 
+/** In windows of a phone and of a projector: nothing is cut off or too small to read, and axe finds nothing. */
+async function fits(page, what) {
+  for (const width of [360, 1024]) {
+    await page.setViewport({ width, height: 900 });
+    await settled(page);
+    const found = await page.evaluate(() => {
+      const cut = [...document.querySelectorAll("#power-table, #fleet-rules, #fleet-radios")]
+        .filter((table) => table.parentElement.scrollWidth > table.parentElement.clientWidth).map((table) => table.id);
+      const letters = [...document.querySelectorAll("svg text")].map((text) =>
+        parseFloat(getComputedStyle(text).fontSize) * Math.abs(text.ownerSVGElement.getScreenCTM().a));
+      return { isTooWide: document.documentElement.scrollWidth > innerWidth, cut, isTooSmall: letters.some((size) => size < 10) };
+    });
+    expect(`${what} on ${width} pixels`, found, { isTooWide: false, cut: [], isTooSmall: false });
+    await accessible(page, `${what} on ${width} pixels`);
+    await picture(page, `${what.replaceAll(" ", "-")}-${width}`);
+  }
+  await page.setViewport({ width: 1600, height: 1000 });
+}
+
+/** Opens files as the button does. */
+async function openFiles(page, selector, ...paths) {
+  const input = await page.$(selector);
+  await input.uploadFile(...paths.map((path) => resolve(path)));
+  await sleep(100);
+}
+
+/** Behind the last button come those of the browser itself, from which a test does not get back: `isBackwards` then. */
+async function tabTo(page, what, selector, words = "", isBackwards = false) {
+  let isThere = false;
+  for (let presses = 0; presses < 120 && !isThere; ++presses) {
+    if (isBackwards) {
+      await page.keyboard.down("Shift");
+    }
+    await page.keyboard.press("Tab");
+    await page.keyboard.up("Shift");
+    isThere = await page.evaluate((wanted, text) => {
+      const element = document.activeElement;
+      return document.hasFocus() && element.matches(wanted) && element.textContent.includes(text);
+    }, selector, words);
+  }
+  expect(`to ${what} by Tab`, isThere, true);
+}
+
+/** A fleet and a log, for those who have no wide window, and no mouse. */
+const fleetFile = () => {
+  const path = join(work, `${browserName}-fleet-of-all.ndjson`);
+  writeFileSync(path, examples.map((example) => plainText(pathOf(example))).join("\n"));
+  return path;
+};
+const logFile = () => {
+  const path = join(work, `${browserName}-of-one.log`);
+  writeFileSync(path, native("replay", pathOf(examples[0]), "--trace", "6").stdout);
+  return path;
+};
+async function openFleet(page) {
+  await openFiles(page, "#open-files", fleetFile());
+  await until(page, "the fleet is read", (count) => document.querySelectorAll("#fleet-radios tbody tr").length === count &&
+    !document.querySelector("#fleet progress"), examples.length);
+}
+async function openLog(page) {
+  await openFiles(page, "#open-files", logFile());
+  await until(page, "the log is read", () => document.querySelector("#log") && !document.querySelector("#log h2 button"));
+}
+async function manyFit(page, scheme) {
+  await openFleet(page);
+  await fits(page, `fleet ${scheme}`);
+  await openLog(page);
+  await fits(page, `log ${scheme}`);
+}
+
 // What is tried, in both browsers.
 
 const inputs = ["frame-format", "request", "rsec", "market", "dpd", "channel-spacing", "cutback", "temporary-cutback",
@@ -260,6 +330,13 @@ async function changes(page, browser) {
   const command = await page.$eval("#command", (code) => code.textContent);
   const all = await figuresOf(page);
   expect(command, all, figuresIn(JSON.parse(typed(`${command} --format json`).stdout)));
+  await page.evaluate(() => {
+    Object.defineProperty(navigator, "clipboard", { configurable: true,
+      value: { writeText: async (text) => { globalThis.copied = text; } } });
+  });
+  await page.$eval("#copy-command", (button) => button.click());
+  await until(page, "it says that it is copied", () => document.querySelector("#copy-command").textContent === "Copied");
+  expect("the copied command", await page.evaluate(() => globalThis.copied), command);
   expect("the saved picture", readFileSync(await saved(page, "#save-svg"), "utf8"),
     typed(`${command.replace(" explain ", " plot ")} -o -`).stdout);
   expect("the saved table", readFileSync(await saved(page, "#save-csv"), "utf8"),
@@ -297,10 +374,19 @@ async function editing(page) {
   await settled(page);
   await accessible(page, "waterfall");
   await picture(page, "waterfall");
-  await page.click(".steps button.pointer");
-  await settled(page);
-  expect("a figure's place", await page.$eval("#file-text", (area) => area.value.slice(area.selectionStart, area.selectionEnd)), "1700");
   const text = readFileSync(pathOf(outdoor), "utf8");
+  const steps = native("explain", pathOf(outdoor), "--format", "json").json().rows.find((row) => row.name === "64QAM").explanation.steps;
+  const pointers = steps.map((step) => step.pointer).filter(Boolean);
+  expect("figures with a place", [pointers.length > 2, pointers],
+    [true, await page.$$eval(".steps button.pointer", (buttons) => buttons.map((each) => each.textContent))]);
+  for (const [index, pointer] of pointers.entries()) {
+    await tab(page, "steps");
+    await page.$$eval(".steps button.pointer", (buttons, which) => buttons[which].click(), index);
+    await settled(page);
+    const selected = await page.$eval("#file-text", (area) => [area.selectionStart, area.value.slice(area.selectionStart, area.selectionEnd)]);
+    const value = pointer.slice(1).split("/").reduce((inside, key) => inside[key], JSON.parse(plainText(pathOf(outdoor))));
+    expect(`the place of ${pointer}`, selected[1].trim().replace(/^"[^"]*": /, ""), JSON.stringify(value));
+  }
   const bad = join(work, "bad.json");
   writeFileSync(bad, text.replace('"market": "Etsi"', '"market": "Etzi"'));
   await setControl(page, "#file-text", readFileSync(bad, "utf8"));
@@ -357,8 +443,13 @@ async function advice(page) {
 async function sweeps(page) {
   await chooseExample(page, outdoor);
   await tab(page, "sweep");
-  for (const over of ["rsec", "market", "dpd", "channel-spacing", "temporary-cutback", "product", "min", "max", "cutback"]) {
-    await setControl(page, "#sweep-axis", over);
+  for (const over of ["rsec", "market", "dpd", "channel-spacing", "temporary-cutback",
+    "booster=none/1,15,14,256QAM", "product", "min", "max", "cutback"]) {
+    const [axis, values] = over.split("=");
+    await setControl(page, "#sweep-axis", axis);
+    if (values) {
+      await setControl(page, "#sweep-values", values);
+    }
     await answered(page);
     const sweep = native("sweep", pathOf(outdoor), "--over", over, "--format", "json").json();
     const names = [...new Set(sweep.points.flatMap((point) => point.rows.map((row) => row.name)))];
@@ -436,6 +527,12 @@ async function dropped(page) {
     diff.inputs.map((input) => [input.input, input.a ?? "–", input.b ?? "–"]));
   await accessible(page, "diff");
   await picture(page, "diff");
+  await openFiles(page, "#compare-with", paths[3]);
+  await until(page, "it is compared with another one", (name) =>
+    document.querySelector("#diff thead th:nth-child(3)").textContent === name, basename(paths[3]));
+  expect("compared with a file that is opened", (await cells("#diff .scroll:first-child tbody tr")).map((row) => row.slice(0, 3)),
+    native("diff", paths[0], paths[3], "--format", "json").json().rows.map((row) =>
+      [row.name, inDecibels(row.a?.maxPowerCentiDbm), inDecibels(row.b?.maxPowerCentiDbm)]));
 
   const log = join(work, "node.log");
   writeFileSync(log, native("replay", paths[0], "--trace", "6").stdout);
@@ -488,8 +585,13 @@ async function dropped(page) {
       ...["least", "lowerQuarter", "median", "upperQuarter", "greatest", "mean"].map((key) => inDecibels(line[`${key}CentiDbm`]))]));
     expect(`${what}: headrooms`, (await cellsOf("#fleet-rules")).map((row) => row.at(-1)),
       report.rules.map((line) => inDecibels(line.headroomMedianCentiDb)));
-    expect(`${what}: outliers`, (await cellsOf("#fleet-outliers")).map(([radio, code]) => [radio, code]),
-      report.outliers.map((line) => [`fleet.ndjson, ${line.radio}`, line.name]));
+    const { rules } = JSON.parse(await page.evaluate(() => globalThis.qorEngine.ask({ ask: "legend" }).text));
+    const wordsOf = new Map(rules.map((rule) => [rule.rule, rule.words]));
+    expect(`${what}: rules`, (await cellsOf("#fleet-rules")).map((row) => row.slice(0, -1)),
+      report.rules.map((line) => [...group(line), wordsOf.get(line.rule) ?? line.rule, `${line.radios}`, `${line.codes}`]));
+    const difference = (centi) => (centi > 0 ? "+" : "") + inDecibels(centi);
+    expect(`${what}: outliers`, await cellsOf("#fleet-outliers"), report.outliers.map((line) => [`fleet.ndjson, ${line.radio}`,
+      line.name, inDecibels(line.powerCentiDbm), inDecibels(line.usualCentiDbm), difference(line.differenceCentiDb), line.kind]));
     return report;
   };
   const [outlier] = (await reportShown("a fleet", "")).outliers;
@@ -505,6 +607,8 @@ async function dropped(page) {
   await reportShown("a fleet by market", "market");
   expect("a fleet's picture", readFileSync(await saved(page, "#fleet-svg"), "utf8"),
     native("fleet", answersOfList, "--format", "svg", "--by", "market").stdout);
+  expect("a fleet's table", readFileSync(await saved(page, "#fleet-csv"), "utf8"),
+    native("fleet", answersOfList, "--format", "csv", "--by", "market").stdout);
   await page.select("#fleet-by", "");
   await settled(page);
   await fleetIs(60);
@@ -556,7 +660,33 @@ async function dropped(page) {
     ["x/radio.json", "y/radio.json", "z/radio.json", "radio.json"]);
   expect("what can be opened", await page.$$eval("#fleet-radios th button", (all) => all.map((each) => each.textContent)),
     ["x/radio.json", "y/radio.json", "radio.json"]);
+  // What the native tool cannot read, the page cannot either, in groups as without.
+  const [good, ...others] = answers.stdout.trim().split("\n");
+  const odd = join(work, "odd.ndjson");
+  writeFileSync(odd, [good, '{"radioFile": "cut off', '{"radioFile": "x"}', JSON.stringify({ ...JSON.parse(others[0]), rows: 3 }), good,
+    JSON.stringify({ id: "z", radioFile: null, error: "no such file", place: null })].join("\n") + "\n");
+  await drop(page, [odd]);
+  await fleetIs(6);
+  for (const by of ["", "folder"]) {
+    await page.select("#fleet-by", by);
+    await settled(page);
+    const { bad, doubled, unreadable, firstUnreadable } =
+      native("fleet", odd, "--format", "json", ...(by ? ["--by", by] : [])).json();
+    expect(`remarks in groups by "${by}"`, await page.$eval("#fleet-remarks", (note) => note.textContent),
+      `Not counted: ${bad} without powers; ${doubled} of names that came before; ` +
+      `${unreadable} that are no answers; the first: ${firstUnreadable}.`);
+    expect("each kind of remark", [bad, doubled, unreadable], [1, 1, 3]);
+  }
+
   writeFileSync(answersPath, answers.stdout);
+  await drop(page, [answersPath, ...paths]);
+  await fleetIs(paths.length);
+  await page.select("#fleet-by", "folder");
+  await settled(page);
+  await fleetIs(paths.length);
+  expect("the folder of radio files behind their answers",
+    [...new Set((await cellsOf("#fleet-rules")).map(([name]) => name))],
+    [...new Set(native("fleet", answersPath, "--format", "json", "--by", "folder").json().rules.map((line) => line.group))]);
   await drop(page, [answersPath, paths[0]]);
   await fleetIs(paths.length);
   await page.click("#fleet-radios tbody button");
@@ -638,35 +768,64 @@ async function keyboard(page) {
   await page.goto("about:blank");
   await page.goto(url);
   await ready(page);
-  const tabTo = async (what, selector) => {
-    let isThere = false;
-    for (let presses = 0; presses < 80 && !isThere; ++presses) {
-      await page.keyboard.press("Tab");
-      isThere = await page.evaluate((wanted) => document.activeElement?.matches(wanted), selector);
-    }
-    expect(`to ${what} by Tab`, isThere, true);
-  };
-  await tabTo("an example", ".welcome button");
+  await tabTo(page, "an example", ".welcome button");
   await page.keyboard.press("Enter");
   await page.waitForSelector("#power-table");
-  await tabTo("a control", "#input-cutback");
+  await tabTo(page, "a control", "#input-cutback");
   await page.keyboard.press("ArrowRight");
   await settled(page);
   expect("a slider by keys", await shownPowers(page), powersOf(pathOf(examples[0]), "--cutback", "2.25"));
-  await tabTo("a code", "#power-table tr[data-code='64QAM'] button");
+  await tabTo(page, "a code", "#power-table tr[data-code='64QAM'] button");
   await page.keyboard.press("Enter");
-  await tabTo("the panels", "[role=tab][aria-selected=true]");
+  await tabTo(page, "the panels", "[role=tab][aria-selected=true]");
   await page.keyboard.press("ArrowRight");
   await settled(page);
   expect("a panel by keys", await page.$eval("[role=tab][aria-selected=true]", (each) => each.id), "tab-why-not");
-  await tabTo("a power", "#wanted");
+  await tabTo(page, "a power", "#wanted");
   await page.keyboard.type("18");
   await page.keyboard.press("Enter");
   await answered(page);
-  await tabTo("an advice", ".advice button");
+  await tabTo(page, "an advice", ".advice button");
   await page.keyboard.press("Enter");
   await settled(page);
   expect("advice by keys", (await shownPowers(page)).find(([name]) => name === "64QAM")[1] >= 1800, true);
+
+  const rowsOf = (table) => page.$$eval(`${table} tbody tr`, (rows) => rows.length);
+  await openFleet(page);
+  await tabTo(page, "the groups", "#fleet-by");
+  await page.keyboard.type("market");
+  await settled(page);
+  expect("groups by keys", await page.$eval("#fleet-by", (select) => [select.value, document.querySelector("#fleet-rules th").textContent]),
+    ["market", "Group"]);
+  await tabTo(page, "a rule", "#fleet-rules button", "permanent cutback");
+  await page.keyboard.press("Enter");
+  await settled(page);
+  const limited = native("batch", fleetFile()).lines()
+    .filter((line) => line.rows.some((row) => [row.rule, row.cutbackRule].includes("permanent-cutback"))).length;
+  expect("a rule by keys", [await rowsOf("#fleet-radios"), limited > 0 && limited < examples.length], [limited, true]);
+  await page.keyboard.press("Enter");
+  await tabTo(page, "the search", "#fleet-search");
+  await page.keyboard.type("line 3");
+  await tabTo(page, "a radio", "#fleet-radios button");
+  await page.keyboard.press("Enter");
+  await page.waitForSelector("#power-table");
+  await settled(page);
+  expect("a radio of a fleet by keys", await shownPowers(page), powersOf(pathOf(examples[2])));
+  await tabTo(page, "the way back", "header button", "Back to the fleet", true);
+  await page.keyboard.press("Enter");
+  await page.waitForSelector("#fleet-rules");
+  await tabTo(page, "what is wide", "#fleet .scroll[tabindex]");
+
+  await openLog(page);
+  await tabTo(page, "a query", "#log .columns > div:first-child tbody tr:nth-child(2) button");
+  await page.keyboard.press("Enter");
+  await tabTo(page, "a modulation", "#log [role=group] button:nth-child(2)");
+  await page.keyboard.press("Enter");
+  await settled(page);
+  const query = native("explain", "--trace-log", logFile(), "--format", "json").lines()[1];
+  expect("a query by keys", await page.$eval("#log .verdict .binding", (each) => Math.round(parseFloat(each.textContent) * 100)),
+    query.explanations[1].binding.powerCentiDbm);
+  await tabTo(page, "its steps", "#log .scroll[tabindex]");
 }
 
 async function looks(page) {
@@ -693,7 +852,11 @@ async function looks(page) {
     await picture(page, `width-${width}`);
   }
   await accessible(page, "light, wide");
-  await page.setViewport({ width: 1600, height: 1000 });
+  await setControl(page, "#input-cutback", "4"); // which adds a column
+  await fits(page, "radio light");
+  await tab(page, "sweep");
+  await fits(page, "sweep light");
+  await manyFit(page, "light");
 }
 
 async function dark(page) {
@@ -707,11 +870,8 @@ async function dark(page) {
     await accessible(page, `dark, ${name}`);
     await picture(page, `dark-${name}`);
   }
-  for (const width of [360, 1920]) {
-    await page.setViewport({ width, height: 900 });
-    await settled(page);
-    await picture(page, `dark-${width}`);
-  }
+  await fits(page, "radio dark");
+  await manyFit(page, "dark");
 }
 
 async function reports(page) {

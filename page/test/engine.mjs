@@ -7,12 +7,15 @@ import { execFileSync, spawnSync } from "node:child_process";
 import { mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
+import { base85 } from "../base85.mjs";
 
 const [enginePath, build, countText] = process.argv.slice(2);
 const count = Number(countText ?? 300);
 const work = mkdtempSync(join(tmpdir(), "qor-engine-"));
 execFileSync("esbuild", ["page/web/engine.ts", "--format=esm", `--outfile=${work}/engine.mjs`, "--log-level=error"]);
+execFileSync("esbuild", ["page/web/link.ts", "--format=esm", `--outfile=${work}/link.mjs`, "--log-level=error"]);
 const { Engine, EngineRestarted } = await import(`${work}/engine.mjs`);
+const { fromBase85 } = await import(`${work}/link.mjs`);
 const engine = await Engine.from(readFileSync(enginePath));
 
 let compared = 0;
@@ -140,7 +143,7 @@ const answersPath = join(work, "answers.ndjson");
 writeFileSync(answersPath, fleet.join("\n") + "\n");
 for (const by of ["", ...JSON.parse(ask({ ask: "fleet-groupings" }).text)]) {
   for (const [index, line] of fleet.entries()) {
-    engine.ask({ ask: "fleet-radio", first: index === 0, by }, line);
+    engine.ask({ ask: "fleet-radio", first: index === 0, by, answer: true }, line);
   }
   for (const form of ["json", "csv", "svg"]) {
     compare(`fleet by ${by} as ${form}`, engine.ask({ ask: "fleet", form }),
@@ -171,6 +174,16 @@ for (const [what, harm] of [
   }
   compare(`after ${what}`, { outcome: said instanceof EngineRestarted ? broken.ask({ ask: "legend" }).outcome : 9, messages: [], text: "" },
     { status: 0, messages: [], text: Buffer.from("") });
+}
+
+// Bytes of every length behind the last four come back as they were packed, and as no end of an element.
+for (let length = 0; length <= 9; ++length) {
+  for (const bytesOf of [() => 0, () => 255, (at) => (at * 91 + 37) % 256]) {
+    const wanted = Buffer.from(Array.from({ length }, (_, at) => bytesOf(at)));
+    const packed = base85(wanted);
+    compare(`${length} bytes in base 85`, { outcome: packed.includes("<") ? 1 : 0, text: Buffer.from(fromBase85(packed)).toString("hex"), messages: [] },
+      { status: 0, text: Buffer.from(wanted.toString("hex")), messages: [] });
+  }
 }
 
 rmSync(work, { recursive: true });

@@ -11,7 +11,7 @@ import { fragmentOf, viewIn } from "./link";
 import type { Radio, View } from "./link";
 import { batchAnswerIn, FleetView, LogView } from "./many";
 import type { Fleet, Log } from "./many";
-import { DiffPanel, Editor, Findings, Messages, PowerTable, SweepPanel, Tabs, Waterfall, WhyNotPanel } from "./panels";
+import { DiffPanel, Editor, Findings, Messages, PowerTable, Scroll, SweepPanel, Tabs, Waterfall, WhyNotPanel } from "./panels";
 import { Patterns, PowerPlot, Swatch } from "./plot";
 import type { Legend } from "./plot";
 
@@ -31,6 +31,7 @@ const slice = 16;
 const linesInSlice = 25;
 const radiosInReport = 1000;
 const logSlice = 200000;
+const stoppedHere = "the engine stopped at this one";
 
 const pause = () => new Promise((resolve) => setTimeout(resolve, 0));
 
@@ -75,7 +76,7 @@ function withOwnNames(files: Radio[]): Radio[] {
  * folder has to belong to one answer and to one file, or nobody knows whose file it is.
  */
 function withTheirFiles(radios: Radio[]): Radio[] {
-  const answers = radios.map(batchAnswerIn);
+  const answers = radios.map((radio) => (radio.isAnswer ? batchAnswerIn(radio.text) : null));
   const nameOf = (index: number) => answers[index]?.radioFile?.split("/").pop() ?? "";
   const files = new Map(radios.filter((_, index) => !answers[index]).map((radio) => [radio.name, radio]));
   const wanted = new Map<string, number>();
@@ -89,7 +90,7 @@ function withTheirFiles(radios: Radio[]): Radio[] {
       return radio;
     }
     used.add(file);
-    return { name: answer.id ?? answer.radioFile ?? file.name, text: file.text };
+    return { name: answer.id ?? answer.radioFile ?? file.name, text: file.text, path: answer.radioFile ?? "" };
   });
   return found.filter((radio) => !used.has(radio));
 }
@@ -137,15 +138,20 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
 
   /** Has the engine count answers that are there. */
   const countAgain = useCallback(
-    (lines: FleetLine[], by: string) =>
-      lines.forEach((line, index) => ask({ ask: "fleet-radio", first: index === 0, by }, JSON.stringify(line))),
+    ({ lines, radios }: Fleet, by: string) =>
+      lines.forEach((line, index) => {
+        // What is no answer has to stay none.
+        const isAsGiven = radios[index].isAnswer && line.error !== stoppedHere;
+        ask({ ask: "fleet-radio", first: index === 0, by, answer: true },
+          isAsGiven ? radios[index].text : JSON.stringify(line));
+      }),
     [ask],
   );
 
   const saveFleet = useCallback(
     (form: "csv" | "svg") => {
       if (fleet && JSON.stringify(reportOf()) !== JSON.stringify(fleet.report)) {
-        countAgain(fleet.lines, fleet.by); // another engine does not know them
+        countAgain(fleet, fleet.by); // another engine does not know them
       }
       const answer = ask({ ask: "fleet", form });
       if (answer) {
@@ -250,13 +256,17 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
         const some = radios.slice(at, at + linesInSlice);
         // In a line of a fleet a line end is no more than a blank; comments of // would swallow the rest.
         for (const [index, radio] of some.entries()) {
-          const answer = ask({ ask: "fleet-radio", first: at + index === 0, name: radio.name }, radio.text);
+          const { name, path, isAnswer } = radio;
+          const answer = ask(
+            { ask: "fleet-radio", first: at + index === 0, name: name === path ? "" : name, path, answer: isAnswer },
+            radio.text,
+          );
           read.lines.push(
             parsed<FleetLine>(answer) ??
-              { id: null, radioFile: null, error: answer?.messages[0] ?? "the engine stopped at this one", place: "" },
+              { id: null, radioFile: null, error: answer?.messages[0] ?? stoppedHere, place: "" },
           );
           if (!answer) {
-            countAgain(read.lines, "");
+            countAgain(read, "");
             setNotice(`The engine stopped at ${radio.name} and was started again. Nothing else of the fleet is lost.`);
           }
         }
@@ -280,7 +290,7 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
   const groupFleet = useCallback(
     (by: string) => {
       if (fleet) {
-        countAgain(fleet.lines, by);
+        countAgain(fleet, by);
         setFleet({ ...fleet, by, report: reportOf() });
       }
     },
@@ -307,11 +317,12 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
           withTheirFiles(withOwnNames(files).flatMap((file, index) =>
             kinds[index] !== "fleet"
               ? [file]
-              : file.text.split("\n").filter((line) => line.trim() !== "").map((line, at) => {
+              : file.text.split("\n").filter((line) => line.trim() !== "").map((line, at, [firstLine]) => {
                   const tab = line.startsWith("{") ? -1 : line.indexOf("\t");
                   return {
                     name: tab < 0 ? `${file.name}, line ${at + 1}` : line.slice(0, tab),
                     text: line.slice(tab + 1),
+                    isAnswer: batchAnswerIn(firstLine) !== null,
                   };
                 }),
           )),
@@ -353,7 +364,9 @@ export function App({ engine, examples, report }: { engine: Engine; examples: Ra
       if (report?.log) {
         await readLog(report.log);
       } else if (report?.fleet) {
-        await readFleet(report.fleet);
+        const [first] = report.fleet;
+        const isAnswer = batchAnswerIn(first?.text ?? "") !== null;
+        await readFleet(report.fleet.map((radio) => ({ ...radio, isAnswer })));
       } else if (report?.files?.length) {
         setView({
           ...viewOf(report.files[0], report),
@@ -625,8 +638,10 @@ function RadioView({ view, ask, legend, change, place, setPlace }: RadioProps) {
               </p>
               <div class="powers-and-plot">
                 <figure>
-                  <PowerPlot powers={powers} inFile={isChanged ? inFile : null} legend={legend}
-                    chosen={row?.name ?? null} choose={choose} />
+                  <Scroll label="plot of the powers">
+                    <PowerPlot powers={powers} inFile={isChanged ? inFile : null} legend={legend}
+                      chosen={row?.name ?? null} choose={choose} />
+                  </Scroll>
                   <figcaption>
                     {[...new Set(powers.rows.map((each) => each.rule ?? each.explanation?.rule ?? ""))]
                       .filter((rule) => legend[rule])

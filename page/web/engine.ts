@@ -12,6 +12,8 @@ export interface Request {
   form?: string;
   name?: string;
   by?: string;
+  path?: string;
+  answer?: boolean;
   changes?: Change[];
   modulations?: string[];
   power?: string;

@@ -5,6 +5,8 @@ import type { Change } from "./engine";
 export interface Radio {
   name: string;
   text: string;
+  path?: string; // of its file, as a list gives it
+  isAnswer?: boolean; // of qor-power batch, in place of a radio file
 }
 
 export interface View {

@@ -4,7 +4,7 @@ import { Fragment, h } from "preact";
 import { useMemo, useRef, useState } from "preact/hooks";
 import type { FleetLine, FleetReport, LoggedQuery, Powers } from "./answers";
 import { decibels, signed } from "./format";
-import { PowerTable, RuleName, Waterfall } from "./panels";
+import { PowerTable, RuleName, Scroll, Waterfall } from "./panels";
 import type { Legend } from "./plot";
 import type { Radio } from "./link";
 
@@ -27,12 +27,12 @@ export interface Log {
 const shownAtMost = 200;
 
 /** A fleet may be answers of qor-power batch in place of radios. */
-export function batchAnswerIn(radio: Radio): FleetLine | null {
-  if (!radio.text.startsWith("{") || !/"radioFile"\s*:/.test(radio.text.slice(0, 4000))) {
+export function batchAnswerIn(text: string): FleetLine | null {
+  if (!text.startsWith("{") || !/"radioFile"\s*:/.test(text.slice(0, 4000))) {
     return null;
   }
   try {
-    const line = JSON.parse(radio.text) as FleetLine;
+    const line = JSON.parse(text) as FleetLine;
     return "radioFile" in line ? line : null;
   } catch {
     return null;
@@ -57,7 +57,7 @@ function RemarksOf({ report }: { report: FleetReport }) {
 function PowersOf({ report }: { report: FleetReport }) {
   const isGrouped = report.powers.some((line) => line.group !== undefined);
   return (
-    <div class="scroll">
+    <Scroll label="powers of the codes of each modulation">
       <h3>Powers of the codes of each modulation, in dBm</h3>
       <table class="grid-table" id="fleet-powers">
         <thead>
@@ -90,7 +90,7 @@ function PowersOf({ report }: { report: FleetReport }) {
           ))}
         </tbody>
       </table>
-    </div>
+    </Scroll>
   );
 }
 
@@ -160,7 +160,7 @@ export function FleetView(props: FleetProps) {
   /** Opens a radio; of an answer alone its row. */
   const show = (name: string) => {
     const index = fleet.lines.findIndex((_, place) => nameOf(place) === name);
-    if (index >= 0 && !batchAnswerIn(fleet.radios[index])) {
+    if (index >= 0 && !fleet.radios[index].isAnswer) {
       props.open({ ...fleet.radios[index], name });
       return;
     }
@@ -257,7 +257,7 @@ export function FleetView(props: FleetProps) {
                   const powers = (line.rows ?? [])
                     .map((row) => row.maxPowerCentiDbm)
                     .filter((power): power is number => power !== null);
-                  const answer = batchAnswerIn(fleet.radios[index]);
+                  const answer = fleet.radios[index].isAnswer;
                   return (
                     <>
                     <tr class={index === opened ? "chosen" : ""}>

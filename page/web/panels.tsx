@@ -11,6 +11,11 @@ import type { Legend } from "./plot";
 
 export type Go = (pointer: string) => void;
 
+/** What may be wider than the window; without a button of its own the keyboard could not get to it. */
+export function Scroll({ label, children }: { label: string; children: ComponentChildren }) {
+  return <div class="scroll" role="group" aria-label={label} tabIndex={0}>{children}</div>;
+}
+
 export function RuleName({ rule, legend, words }: { rule: string; legend: Legend; words?: string }) {
   const style = legend[rule];
   return (
@@ -111,7 +116,7 @@ export function Waterfall({ explanation, legend, go }: { explanation: Explanatio
       {explanation.refusal && <p class="verdict">{explanation.refusal}</p>}
       {explanation.mismatch && <p class="warning">{explanation.mismatch}</p>}
       {explanation.steps.length > 0 && (
-        <div class="scroll">
+        <Scroll label="steps">
           <table class="steps">
             <thead>
               <tr>
@@ -153,7 +158,7 @@ export function Waterfall({ explanation, legend, go }: { explanation: Explanatio
               })}
             </tbody>
           </table>
-        </div>
+        </Scroll>
       )}
       {explanation.notes.map((note) => (
         <p class="note">{note}</p>
@@ -222,8 +227,10 @@ export function SweepPanel(props: {
       <Messages messages={props.messages} />
       {sweep && names.length > 0 && (
         <>
-          <SweepPlot sweep={sweep} />
-          <div class="scroll">
+          <Scroll label="plot of the sweep">
+            <SweepPlot sweep={sweep} />
+          </Scroll>
+          <Scroll label="powers of the sweep">
             <table class="grid-table">
               <thead>
                 <tr>
@@ -245,7 +252,7 @@ export function SweepPanel(props: {
                 ))}
               </tbody>
             </table>
-          </div>
+          </Scroll>
         </>
       )}
     </div>
@@ -343,7 +350,7 @@ export function WhyNotPanel(props: {
 export function DiffPanel({ diff, names, legend }: { diff: Diff; names: [string, string]; legend: Legend }) {
   return (
     <div id="diff">
-      <div class="scroll">
+      <Scroll label="powers of both">
         <table class="grid-table">
           <thead>
             <tr>
@@ -370,9 +377,9 @@ export function DiffPanel({ diff, names, legend }: { diff: Diff; names: [string,
             ))}
           </tbody>
         </table>
-      </div>
+      </Scroll>
       <h3>What differs</h3>
-      <div class="scroll">
+      <Scroll label="what differs">
         <table class="grid-table">
           <thead>
             <tr>
@@ -391,7 +398,7 @@ export function DiffPanel({ diff, names, legend }: { diff: Diff; names: [string,
             ))}
           </tbody>
         </table>
-      </div>
+      </Scroll>
     </div>
   );
 }

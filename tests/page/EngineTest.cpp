@@ -242,14 +242,55 @@ TEST(Engine, ASearchInStepsAnswersAsAQuestionDoesWhateverIsAskedMeanwhile) {
     }
 }
 
-TEST(Engine, SaysWhatAnAnswerOfABatchLacks) {
-    for (const char* odd : {R"({"radioFile":"x","error":null,"rows":3})",
-                            R"({"radioFile":"x","error":null,"rows":[{"rule":null}]})",
-                            R"({"radioFile":"x","error":null})"}) {
-        const json line =
-            json::parse(Engine().ask(R"({"ask":"fleet-radio","first":true})", odd).text);
+TEST(Engine, WhatIsNoAnswerOfABatchIsCountedAsTheFleetCountsIt) {
+    const json whole = ask(R"({"ask": "fleet-radio", "name": "a"})", example(outdoor));
+    const auto with = [&whole](const char* pointer, const json& value) {
+        json odd = whole;
+        odd[json::json_pointer(pointer)] = value;
+        return odd.dump();
+    };
+    const auto without = [&whole](const std::string& key) {
+        json odd = whole;
+        odd.erase(key);
+        return odd.dump();
+    };
+    const std::map<std::string, std::string> lacks{
+        {R"({"radioFile":"x","error":null,"ro)", "syntax error"},
+        {"node.json", "syntax error"},
+        {"[]", "no object"},
+        {without("error"), "\"error\""},
+        {without("family"), "\"family\""},
+        {with("/rows", 3), "\"rows\" is no list"},
+        {with("/rows/0/rule", 3), "\"rule\" is no text"},
+        {with("/rows/0/maxPowerCentiDbm", 0.5), "\"maxPowerCentiDbm\""},
+        {with("/frameFormat/dpdVersion", nullptr), "\"dpdVersion\""},
+    };
+    for (const auto& [odd, words] : lacks) {
+        Engine sut;
+        const Engine::Answer answer =
+            sut.ask(R"({"ask": "fleet-radio", "first": true, "answer": true, "name": "n"})", odd);
+        const json line = json::parse(answer.text);
+        EXPECT_EQ(line.at("id"), "n");
+        EXPECT_NE(line.at("error").get<std::string>().find(words), std::string::npos) << line;
+        FleetReport native("");
+        native.add(odd);
+        EXPECT_EQ(sut.ask(R"({"ask": "fleet"})", "").text, jsonForm(native));
+        EXPECT_EQ(json::parse(jsonForm(native)).at("unreadable"), 1) << odd;
+    }
+}
 
-        EXPECT_FALSE(line.at("error").is_null()) << odd;
+TEST(Engine, ARadioOfAFleetIsInTheFolderOfItsPath) {
+    for (const auto& [path, folder] : std::map<std::string, std::string>{
+             {"a/b/c.json", "a/b"}, {"c.json", "none"}, {"", "none"}}) {
+        Engine sut;
+        const json line = json::parse(
+            sut.ask(json{{"ask", "fleet-radio"}, {"first", true}, {"by", "folder"}, {"path", path}}
+                        .dump(),
+                    example(outdoor))
+                .text);
+        EXPECT_EQ(line.at("radioFile"), path.empty() ? json() : json(path));
+        const json rules = json::parse(sut.ask(R"({"ask": "fleet"})", "").text).at("rules");
+        EXPECT_EQ(rules.at(0).at("group"), folder) << path;
     }
 }
 
@@ -316,8 +357,10 @@ TEST(Engine, AnAnswerOfABatchIsCountedAsItStands) {
         Engine().ask(R"({"ask": "fleet-radio", "name": "a"})", example(outdoor)).text;
     const std::string line = answer.substr(0, answer.size() - 1);
     static_cast<void>(sut.ask(R"({"ask": "fleet-radio", "name": "b"})", example(outdoor)));
-    EXPECT_EQ(sut.ask(R"({"ask": "fleet-radio", "first": true, "by": "market"})", line).text,
-              answer);
+    EXPECT_EQ(
+        sut.ask(R"({"ask": "fleet-radio", "first": true, "answer": true, "by": "market"})", line)
+            .text,
+        answer);
     FleetReport report("market");
     report.add(line);
     for (const auto& [form, text] :

@@ -129,6 +129,7 @@ Datum radiosOf(const std::string& list) {
         const std::string& name = radio.id().empty() ? radio.path() : radio.id();
         radios.emplace_back(
             Datum::Object{{"name", name.empty() ? "line " + std::to_string(number) : oneLine(name)},
+                          {"path", oneLine(radio.path())},
                           {"text", radio.text()}});
     }
     return radios;
@@ -175,10 +176,15 @@ Datum reportOf(const ReportOptions& options) {
         return report;
     }
     Datum::List files;
+    const bool isFleet = options.files.size() > 2;
     for (const std::string& file : options.files) {
-        files.emplace_back(fileOf(file, readText(file)));
+        // Of a fleet, files in several folders may have one name.
+        files.emplace_back(isFleet ? Datum::Object{{"name", inputName(file)},
+                                                   {"path", inputName(file)},
+                                                   {"text", readText(file)}}
+                                   : fileOf(file, readText(file)));
     }
-    report.emplace_back(files.size() > 2 ? "fleet" : "files", std::move(files));
+    report.emplace_back(isFleet ? "fleet" : "files", std::move(files));
     report.emplace_back("changes", changesOf(options.query));
     report.emplace_back("tab", tabOf(options));
     for (const auto& [key, value] :
