@@ -218,8 +218,9 @@ async function fits(page, what) {
     await page.setViewport({ width, height: 900 });
     await settled(page);
     const found = await page.evaluate(() => {
-      const cut = [...document.querySelectorAll("#power-table, #fleet-rules, #fleet-radios")]
-        .filter((table) => table.parentElement.scrollWidth > table.parentElement.clientWidth).map((table) => table.id);
+      const cut = [...document.querySelectorAll("#power-table, #fleet-rules, #fleet-radios, #log .columns > div:first-child table")]
+        .filter((table) => table.parentElement.scrollWidth > table.parentElement.clientWidth)
+        .map((table) => table.id || "queries");
       const letters = [...document.querySelectorAll("svg text")].map((text) =>
         parseFloat(getComputedStyle(text).fontSize) * Math.abs(text.ownerSVGElement.getScreenCTM().a));
       return { isTooWide: document.documentElement.scrollWidth > innerWidth, cut, isTooSmall: letters.some((size) => size < 10) };
