@@ -535,7 +535,9 @@ QOR_PART_OF_STEP int OutputPowerCalculator::answerUnrestrictedPmax(bool isTraced
     }
     const EDpdVersion dpdVersion = m_frameFormat->getDpdVersion();
     const EFrameFormatMarket market = m_frameFormat->getTelecomMarket();
-    const PowerQuery query = fixedQuery(dpdVersion, market, modulation, compensation, false);
+    // A const one makes the compiler write a slower query.
+    // NOLINTNEXTLINE(misc-const-correctness)
+    PowerQuery query = fixedQuery(dpdVersion, market, modulation, compensation, false);
     if (ResultCode::isFailure(getFixModMaxPower(query, modulation, pmax))) {
         // Only traced, and a success all the same: that is meant, because callers take a failure
         // for a calibration that cannot be read.
@@ -604,7 +606,9 @@ QOR_PART_OF_STEP int OutputPowerCalculator::answerPowerCapabilities(bool isTrace
     }
     const EDpdVersion dpdVersion = m_frameFormat->getDpdVersion();
     const EFrameFormatMarket market = m_frameFormat->getTelecomMarket();
-    const PowerQuery query = fixedQuery(dpdVersion, market, selectedMod, compensation, true);
+    // A const one makes the compiler write a slower query.
+    // NOLINTNEXTLINE(misc-const-correctness)
+    PowerQuery query = fixedQuery(dpdVersion, market, selectedMod, compensation, true);
     return getFixModMaxPower(query, modulation, maxPower);
 }
 
