@@ -23,6 +23,10 @@
 /// The queries read the configured frame format, the ACM selection and the product number afresh at
 /// every call. A setter stores its values and nothing else: they take effect at the next query.
 /// Nothing guards a setter that runs beside a query of the same object.
+///
+/// What a neighbour throws passes through a query, and so does std::bad_alloc. The service is then
+/// what it was before, nothing is lost, and the next query answers right; some of the outputs may
+/// have been written.
 class QOR_EXPORT IOutputPowerCalculator : public virtual IInterface {
 public:
     ~IOutputPowerCalculator() override;

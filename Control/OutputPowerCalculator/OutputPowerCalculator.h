@@ -56,6 +56,7 @@ public:
     /// A Pmax table that cannot be fetched stops nothing: its queries fail later.
     /// @return 0; 32768 if a neighbour is missing or the capability handler refuses its minimum
     ///         power. The neighbours found before stay connected; the service is not published.
+    ///         Nor is it when a neighbour throws, which passes through.
     unsigned initialize();
 
     unsigned getMinMaxOutputPowerVsModulationArray(

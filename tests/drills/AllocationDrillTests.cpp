@@ -16,7 +16,7 @@
 
 // Every allocation of an operation fails, one at a time. The operation then either gives its answer
 // all the same or lets std::bad_alloc through; it keeps no block that it does not need, and the
-// next call answers right.
+// next call answers right. Likewise every call to a neighbour throws.
 
 namespace {
 
@@ -92,10 +92,56 @@ protected:
         });
     }
 
+    /// @return how many calls to what surrounds the service threw in turn.
+    std::size_t drillThrowing(const Operation& operation) {
+        const Outcome right = expected(operation);
+        expectRightAnswer(operation, right, "at first");
+        Outcome usual;
+        operation.onLibrary(sides.library, usual);
+        const Script asked = sides.library.script;
+        tidyUp();
+
+        std::size_t thrown = 0;
+        for (std::size_t index = 0; index < callCount; ++index) {
+            const auto call = static_cast<Call>(index);
+            for (std::size_t nth = 1; nth <= asked.timesOf(call); ++nth) {
+                const std::string when =
+                    "when call " + std::to_string(nth) + " of " + nameOf(call) + " throws";
+                const std::size_t live = FailingHeap::live();
+                {
+                    Outcome outcome;
+                    sides.library.script.restartThrowing(call, nth);
+                    EXPECT_THROW(operation.onLibrary(sides.library, outcome), NeighbourIsGone)
+                        << operation.name << ' ' << when;
+                    tidyUp();
+                }
+                EXPECT_EQ(FailingHeap::live(), live) << operation.name << " leaks " << when;
+                expectRightAnswer(operation, right, "after it went " + when);
+                ++thrown;
+            }
+        }
+        return thrown;
+    }
+
     BothSides sides;
 };
 
 } // namespace
+
+TEST_P(AllocationDrill, aNeighbourThatThrowsIsHeardAndChangesNothing) {
+    std::size_t thrown = 0;
+    for (const Operation& query : queries()) {
+        const std::size_t ofQuery = drillThrowing(query);
+        EXPECT_GT(ofQuery, 0U) << query.name;
+        thrown += ofQuery;
+        ASSERT_FALSE(HasFailure());
+    }
+    // What was set before is still in force for all of them.
+    for (const Operation& query : queries()) {
+        expectRightAnswer(query, expected(query), "after all threw");
+    }
+    std::cout << "[ CASES    ] " << thrown << '\n';
+}
 
 TEST_P(AllocationDrill, noOperationLosesAnAnswerOrABlock) {
     std::vector<Operation> operations = queries();
@@ -158,6 +204,33 @@ TEST_P(AllocationDrill, theStartPublishesTheServiceOrLeavesItUnpublished) {
 
     std::cout << "[ CASES    ] " << failures << '\n';
     EXPECT_GT(failures, 0U);
+}
+
+TEST_P(AllocationDrill, aStartWhoseNeighbourThrowsPublishesNothingAndCanBeRepeated) {
+    for (const Call call : {Call::MinOutputPower, Call::PmaxDpd1Ansi, Call::PmaxDpd2Ansi,
+                            Call::PmaxDpd1Etsi, Call::PmaxDpd2Etsi}) {
+        const std::string when = nameOf(call) + std::string(" throws");
+        sides.library.build();
+        const OutputPowerCalculator* const service = sides.library.service.get();
+        sides.library.script.restartThrowing(call, 1);
+        EXPECT_THROW(sides.library.service->initialize(), NeighbourIsGone) << when;
+        EXPECT_NE(InterfaceBroker::getInstance().getInterface<IOutputPowerCalculator>(
+                      "IOutputPowerCalculator_1"),
+                  service)
+            << when;
+        sides.library.script.restart();
+        EXPECT_EQ(sides.library.service->initialize(), 0U) << when;
+        EXPECT_EQ(InterfaceBroker::getInstance().getInterface<IOutputPowerCalculator>(
+                      "IOutputPowerCalculator_1"),
+                  service)
+            << when;
+        long pmin = 0;
+        long pmax = 0;
+        EXPECT_EQ(sides.library.service->findPminPmax(pmin, pmax), 0) << when;
+        EXPECT_EQ(pmin, -750) << when;
+        EXPECT_EQ(pmax, 2951) << when;
+    }
+    tidyUp();
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryFamily, AllocationDrill,

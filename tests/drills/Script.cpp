@@ -55,8 +55,14 @@ void Script::restart(Call call, std::size_t nth, const ScriptedAnswer& odd) {
     m_odd = odd;
 }
 
+void Script::restartThrowing(Call call, std::size_t nth) {
+    restart(call, nth, {});
+    m_oddThrows = true;
+}
+
 void Script::restart() {
     m_oddNth = 0;
+    m_oddThrows = false;
     m_times.fill(0);
     for (auto& calls : m_arguments) {
         calls.clear();
@@ -69,5 +75,11 @@ const ScriptedAnswer& Script::ask(Call call, std::vector<std::int32_t> arguments
     if (!arguments.empty()) {
         m_arguments[index].push_back(std::move(arguments));
     }
-    return call == m_oddCall && m_times[index] == m_oddNth ? m_odd : m_usual[index];
+    if (call != m_oddCall || m_times[index] != m_oddNth) {
+        return m_usual[index];
+    }
+    if (m_oddThrows) {
+        throw NeighbourIsGone();
+    }
+    return m_odd;
 }

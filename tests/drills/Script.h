@@ -69,6 +69,9 @@ std::string textOf(const ScriptedAnswer& answer);
 
 using UsualAnswers = std::array<ScriptedAnswer, callCount>;
 
+/// What a neighbour throws instead of answering: nothing that anybody could expect.
+struct NeighbourIsGone {};
+
 /// What is answered to every call in turn: the usual, but for one call of all.
 ///
 /// A call is told apart from others by what it asks and by how often that was asked before, so that
@@ -80,6 +83,9 @@ public:
 
     /// Starts anew. The nth call, counted from 1, of this kind gets the odd answer.
     void restart(Call call, std::size_t nth, const ScriptedAnswer& odd);
+
+    /// Starts anew. The nth call of this kind throws NeighbourIsGone.
+    void restartThrowing(Call call, std::size_t nth);
 
     /// Starts anew, with nothing but usual answers.
     void restart();
@@ -102,6 +108,7 @@ private:
     UsualAnswers m_usual;
     Call m_oddCall = Call::ProductNumber;
     std::size_t m_oddNth = 0;
+    bool m_oddThrows = false;
     ScriptedAnswer m_odd;
     std::array<std::size_t, callCount> m_times{};
     Arguments m_arguments;

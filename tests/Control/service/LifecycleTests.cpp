@@ -518,6 +518,28 @@ TEST_F(TwoServices, endIndependently) {
     EXPECT_EQ(pmax, 2800);
 }
 
+TEST_F(TwoServices, ofOneChannelAnswerEachForItselfAndTheEndOfEitherTakesTheName) {
+    auto another = std::make_unique<OutputPowerCalculator>(1);
+    ASSERT_EQ(another->initialize(), 0U);
+    EXPECT_EQ(published(1), another.get()) << "the last one that starts has the name";
+    another->setPowerCutback(500);
+
+    long minPower = untouched;
+    long maxPower = untouched;
+    long cutBack = untouched;
+    EXPECT_EQ(sut.calculatePowerCapabilities(Modulation::QAM64, minPower, maxPower), 0);
+    EXPECT_EQ(another->calculatePowerCapabilities(Modulation::QAM64, minPower, cutBack), 0);
+    EXPECT_EQ(maxPower - cutBack, 500);
+
+    another.reset();
+    // By its name, not by what stands there: who replaces a service ends the old one first.
+    EXPECT_EQ(published(1), nullptr);
+    EXPECT_EQ(sut.calculatePowerCapabilities(Modulation::QAM64, minPower, cutBack), 0);
+    EXPECT_EQ(cutBack, maxPower);
+    EXPECT_EQ(sut.initialize(), 0U);
+    EXPECT_EQ(published(1), &sut);
+}
+
 TEST(Version, ofTheLibraryIsThatOfItsHeadersInPairsOfDigits) {
     EXPECT_EQ(qorOutputPowerCalculatorVersion() / 10000, QOR_OUTPUT_POWER_CALCULATOR_VERSION_MAJOR);
     EXPECT_EQ(qorOutputPowerCalculatorVersion() / 100 % 100,
