@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test page page-test page-package setup tsan coverage board packages abi reproducible fuzz fuzz-sample worst-file valgrind test-fleet bare-roots python python-test bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
+.PHONY: help demo build test page page-test page-package setup tsan coverage board packages source-package abi reproducible fuzz fuzz-sample worst-file valgrind test-fleet bare-roots python python-test bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 BUILD = build/release
@@ -62,6 +62,9 @@ board: build ## build and test everything for the board, under the emulator
 
 packages: ## build and check the Debian packages of this machine and of the board
 	scripts/packages
+
+source-package: ## build and check the Debian source package, which takes what make packages has made
+	scripts/source-package
 
 abi: ## compare the library's binary contract with the one kept in abi/, for both machines
 	scripts/setup abi

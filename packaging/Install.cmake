@@ -78,6 +78,16 @@ install(
     DESTINATION "${cmake_package}" COMPONENT ${way}Development ${not_by_itself})
 qor_install_pkgconfig(qor-output-power-calculator Development)
 
+# The manual of the library, for who builds against it.
+file(STRINGS "${PROJECT_SOURCE_DIR}/debian/changelog" dated REGEX "^ -- ")
+string(REGEX MATCH "[0-9]+ [A-Z][a-z][a-z] [0-9]+" QOR_DATE "${dated}")
+foreach(page IN ITEMS OutputPowerCalculator.3 qor-board-platform.7)
+    configure_file("${CMAKE_CURRENT_LIST_DIR}/manual/${page}" manual/${page} @ONLY)
+    string(REGEX MATCH "[0-9]$" section ${page})
+    install(FILES "${CMAKE_CURRENT_BINARY_DIR}/manual/${page}"
+        DESTINATION "${CMAKE_INSTALL_MANDIR}/man${section}" COMPONENT ${way}Development ${not_by_itself})
+endforeach()
+
 # A host on a board, with a template of the platform that the board brings.
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/host" "${PROJECT_SOURCE_DIR}/examples/board-platform"
     DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/doc/libqoroutputpowercalculator-dev/examples"
@@ -117,7 +127,7 @@ qor_install_export(QorOutputPowerCalculatorDeskTargets DeskDevelopment)
 
 # CMake strips programs and shared libraries only.
 install(CODE "
-    if(CMAKE_INSTALL_DO_STRIP OR \"${way}\" STREQUAL Debian)
+    if(CMAKE_INSTALL_DO_STRIP)
         set(archive \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}\"
             \"/${CMAKE_INSTALL_LIBDIR}/$<TARGET_FILE_NAME:qor_simulated_neighbours>\")
         list(JOIN archive \"\" archive)
@@ -174,6 +184,8 @@ install(FILES "${PROJECT_SOURCE_DIR}/examples/fleet/on_spark.py"
 
 # What the built tool says of itself: a manual page, and a script for each shell.
 set(tool_says "${PROJECT_BINARY_DIR}/tools/qor-power/documents")
+install(FILES "${tool_says}/qor-power.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1"
+    COMPONENT ${way}Tool ${not_by_itself})
 install(FILES "${tool_says}/qor-power.bash" RENAME qor-power
     DESTINATION "${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions"
     COMPONENT ${way}Tool ${not_by_itself})
