@@ -157,14 +157,15 @@ proof-check: ## fail if a figure of the page is not what the last run gave
 long: ## run everything whole, which takes hours, and write docs/background/proof.md (PARTS="lint fuzz" for some, MINUTES=N for each fuzzer)
 	scripts/long $(if $(filter-out file,$(origin MINUTES)),--minutes $(MINUTES)) $(PARTS)
 
-# What fails soonest comes first, and what others need: the mutants and the packages use what the tests and
-# the board's step have built. One after the other, as each keeps all processors busy.
+# What fails soonest comes first, and what others need: the mutants and the board use what the tests have built. One
+# after the other, as each keeps all processors busy. What is installed, and whether others can build against it, the
+# tests tell; the packages of it are for `make long`.
 # mutants-changed joins them with proved/mutants.txt, the record of a whole run to compare with: without it
 # every mutant counts as changed, and a lot of a hundred would judge the tests by chance.
 # lint-changed joins them again with the next whole run of make lint: since the last one the settings have
 # changed, and which of the sources a minute reaches would be chance.
 ci_steps := format-check test bench-count \
-	$(if $(wildcard proved/mutants.txt),mutants-changed) coverage fuzz-sample tsan board packages
+	$(if $(wildcard proved/mutants.txt),mutants-changed) coverage fuzz-sample tsan board
 ci_seconds := 1800
 
 ci: ## everything that has to pass before a change lands, and how long each step takes
