@@ -1,6 +1,7 @@
 #include "AnalysisError.h"
 #include "Arguments.h"
 #include "Lever.h"
+#include "LoopStride.h"
 #include "WhyNot.h"
 #include "reference/RandomRadioFile.h"
 
@@ -20,7 +21,7 @@
 namespace {
 
 std::size_t advisedRadios() {
-    constexpr std::size_t usual = 8;
+    const std::size_t usual = loopStride() > 1 ? 5 : 8;
     const char* const wanted = std::getenv("QOR_ADVISED_RADIOS");
     return wanted != nullptr ? std::stoul(wanted) : usual;
 }

@@ -1,5 +1,6 @@
 #include "Analysis.h"
 
+#include "LoopStride.h"
 #include "QuestionInWords.h"
 #include "RadioFileReader.h"
 
@@ -86,6 +87,9 @@ TEST(Answers, OnEveryTopicInEveryFormNeedNoFileAndAreTheSameEachTime) {
     std::size_t count = 0;
     for (const std::string& path : radioFiles()) {
         for (const Words& words : questionsAbout(path, radioFiles().at(1))) {
+            if (count++ % loopStride() != 0) {
+                continue;
+            }
             SCOPED_TRACE(testing::PrintToString(words));
             Question question = questionIn(words);
             const std::string text = textOfRadio(path);
@@ -105,7 +109,6 @@ TEST(Answers, OnEveryTopicInEveryFormNeedNoFileAndAreTheSameEachTime) {
             EXPECT_EQ(replies[0].text, replies[1].text);
             EXPECT_EQ(replies[0].text.find('\x1b'), std::string::npos);
             EXPECT_EQ(words.back() == "json", nlohmann::json::accept(replies[0].text));
-            ++count;
         }
     }
     EXPECT_EQ(count, radioFiles().size() * 22);
