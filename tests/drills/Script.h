@@ -94,6 +94,7 @@ public:
     const ScriptedAnswer& ask(Call call, std::vector<std::int32_t> arguments = {});
 
     const ScriptedAnswer& usual(Call call) const { return m_usual[indexOf(call)]; }
+    void setUsual(Call call, const ScriptedAnswer& answer) { m_usual[indexOf(call)] = answer; }
 
     /// How often a call was made since the start.
     std::size_t timesOf(Call call) const { return m_times[indexOf(call)]; }

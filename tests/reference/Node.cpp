@@ -764,11 +764,11 @@ std::uint32_t Service::findPminPmax(std::int32_t& pmin, std::int32_t& pmax) {
     enter(function, "");
     const std::int32_t dpdVersion = m_node.dpdVersion();
     // Only Etsi reads an Etsi table here.
-    const bool etsi = m_node.market() == marketEtsi;
+    const auto isEtsi = [this] { return m_node.market() == marketEtsi; };
     if (dpdVersion == 1) {
-        pmax = etsi ? m_dpd1Etsi.getMaxPower() : m_dpd1Ansi.getMaxPower();
+        pmax = isEtsi() ? m_dpd1Etsi.getMaxPower() : m_dpd1Ansi.getMaxPower();
     } else if (dpdVersion == 2 || dpdVersion == 3) {
-        pmax = etsi ? m_dpd2Etsi.getMaxPower() : m_dpd2Ansi.getMaxPower();
+        pmax = isEtsi() ? m_dpd2Etsi.getMaxPower() : m_dpd2Ansi.getMaxPower();
     } else {
         message(1, function, "Unknown DPD version " + number(m_node.dpdVersion()));
         return 32768;
