@@ -17,8 +17,8 @@
 
 /// The bytes are what a service's surroundings answer, and a run of calls: starts, queries,
 /// operating inputs, and answers that change meanwhile. Every result, output and trace record has
-/// to be the restatement's, and so has whom the service asked, how often and with what. Nothing is
-/// read, printed or written as text, so that an input takes less than a millisecond.
+/// to be the restatement's, and so has whom the service asked, how often and with what. No radio
+/// file is made or read on the way, and few calls make an input, so that many are tried.
 
 namespace {
 
