@@ -155,6 +155,89 @@ class Operators(unittest.TestCase):
         self.assertEqual(changes("int f() { return 0; }", "return value"), [])
 
 
+class Mistakes(unittest.TestCase):
+    def test_neighbouring_arguments_are_exchanged_and_parameters_are_not(self):
+        self.assertEqual(changes("void f() { g(a, b + 1, c); }", "arguments exchanged"),
+                         ["void f() { g(b + 1, a, c); }", "void f() { g(a, c, b + 1); }"])
+        for text in ("void f(long a, T& b);", "void f() { g(a, a); }", "void f() { g(1, 2); }",
+                     "void f() { if (a, b) {} }"):
+            with self.subTest(text):
+                self.assertEqual(changes(text, "arguments exchanged"), [])
+
+    def test_a_trace_shows_the_value_of_another_label(self):
+        self.assertEqual(changes('void f() { TRACE_MSG(TraceLevel::Error, "a=", a, "b=", b); }',
+                                 "arguments exchanged"),
+                         ['void f() { TRACE_MSG(TraceLevel::Error, "a=", b, "b=", a); }'])
+
+    def test_a_channel_an_id_or_a_line_becomes_the_first(self):
+        self.assertEqual(changes("void f() { g(m_radioChannel, rfid, x); }", "argument replaced"),
+                         ["void f() { g(1, rfid, x); }", "void f() { g(m_radioChannel, 1, x); }"])
+        self.assertEqual(changes("#define T(x) g(x, __func__, __LINE__)", "record of trace"),
+                         ['#define T(x) g(x, "f", __LINE__)', "#define T(x) g(x, __func__, 1)"])
+
+    def test_statements_are_exchanged_with_calls_on_both_sides_or_a_name_in_common(self):
+        self.assertEqual(changes("void f() { g(); const long b = h(1); c = b; return; }", "statements exchanged"),
+                         ["void f() { const long b = h(1); g(); c = b; return; }",
+                          "void f() { g(); c = b; const long b = h(1); return; }"])
+        for text in ("void f() { a = 1; b = 2; }", "void f() { g(); if (a) { h(); } k(); }",
+                     "void f() { g(); break; h(); }", "void f() { if (a) g(); h(); }"):
+            with self.subTest(text):
+                self.assertEqual(changes(text, "statements exchanged"), [])
+
+    def test_a_neighbour_is_asked_twice_and_its_answer_remembered(self):
+        text = "long f() { return m_frameFormat->getSpacing(1) + other->get(); }"
+        self.assertEqual(changes(text, "call twice"),
+                         ["long f() { return (static_cast<void>(m_frameFormat->getSpacing(1)), "
+                          "m_frameFormat->getSpacing(1)) + other->get(); }"])
+        self.assertEqual(changes("void f() { g(Broker::the().getInterface<I>(name)); }", "call remembered"),
+                         ["void f() { g([&] { static auto kept = Broker::the().getInterface<I>(name); "
+                          "return kept; }()); }"])
+        self.assertIn("if (whose != this)", changes(text, "call remembered")[0])
+        self.assertEqual(changes("T* getInterface(const std::string& name);", "call twice"), [])
+
+    def test_a_stored_value_is_cut_and_negated_and_a_constant_or_a_truth_is_not(self):
+        self.assertEqual(changes("void f() { m_gain = gain; }", "stored value cut"),
+                         ["void f() { m_gain = static_cast<short>(gain); }"])
+        self.assertEqual(changes("void f() { const long a = g(b); }", "stored value negated"),
+                         ["void f() { const long a = -(g(b)); }"])
+        for text in ("void f() { a = 0; }", "void f() { a = b == c; }", "T& operator=(const T&) = delete;",
+                     "void f() { a = E::A; }", "void f() { constexpr int a = b; }"):
+            with self.subTest(text):
+                self.assertEqual(changes(text, "stored value cut"), [])
+
+    def test_a_pointer_is_kept_where_there_is_nothing_to_point_to(self):
+        self.assertEqual(changes("void f() { neighbour = broker.get(name); }", "pointer kept"),
+                         ["void f() { if (auto* const found = broker.get(name)) neighbour = found; }"])
+        self.assertEqual(changes("void f() { I* const a = g(b); }", "pointer kept"), [])
+
+    def test_a_pointer_goes_with_a_start_that_failed(self):
+        body = "{ if (!connect(m_acmHandler)) { return ResultCode::Failure; } }"
+        self.assertEqual(changes(f"int S::initialize() {body}", "pointer dropped"),
+                         ["int S::initialize() { if (!connect(m_acmHandler)) "
+                          "{ return (m_acmHandler = nullptr, ResultCode::Failure); } }"])
+        self.assertEqual(changes(f"int S::other() {body}", "pointer dropped"), [])
+
+    def test_the_right_value_comes_with_a_wrong_code(self):
+        self.assertEqual(changes("int f(long& x) { return g(x); }", "wrong code"),
+                         ["int f(long& x) { return (static_cast<void>(g(x)), ResultCode::NotApplicable); }"])
+        self.assertEqual(changes("int f() { return ResultCode::Failure; }", "wrong code"), [])
+
+    def test_members_are_shared(self):
+        self.assertEqual(changes("class S { public: void f(int a); private: long m_a = 0; static int m_b; };",
+                                 "state shared"),
+                         ["class S { public: void f(int a); private: static inline long m_a = 0; "
+                          "static int m_b; };"])
+
+    def test_a_market_is_told_by_another_rule(self):
+        self.assertEqual(changes("bool f() { return a == EFrameFormatMarket::Ansi; }", "other rule"),
+                         [f"bool f() {{ return a != EFrameFormatMarket::{market}; }}"
+                          for market in ("Etsi", "Global", "Unknown")])
+
+    def test_texts_are_equal_as_far_as_the_shorter_goes(self):
+        self.assertEqual(changes("bool f() { return a.size() != b.size(); }", "prefix compared"),
+                         ["bool f() { return a.size() < b.size(); }", "bool f() { return a.size() > b.size(); }"])
+
+
 class Ids(unittest.TestCase):
     def test_stay_when_lines_and_indents_move(self):
         before = [m.id for m in mutants_of("a.cpp", "int f() {\n    return a + 1;\n}\n")]
