@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test page page-test page-package setup tsan coverage board packages source-package abi reproducible fuzz fuzz-sample worst-file valgrind test-fleet bare-roots python python-test bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed proof proof-check long ci clean
+.PHONY: help demo build test page page-test page-package setup tsan coverage board packages source-package abi reproducible fuzz fuzz-sample worst-file valgrind test-fleet bare-roots python python-test bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed mutants-rooms proof proof-check long ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 BUILD = build/release
@@ -148,6 +148,10 @@ mutants-changed: ## likewise where something changed since all were killed, or s
 	scripts/setup test mutants
 	scripts/mutants $(SINCE) --minutes 0.8
 
+mutants-rooms: ## likewise in desk, analysis and recorder, a fixed sample of one mutant in two hundred, which takes an hour
+	scripts/setup coverage
+	scripts/mutants-rooms
+
 proof: ## write the page of figures from what the last runs left in build/
 	scripts/proof
 
@@ -162,9 +166,7 @@ long: ## run everything whole, which takes hours, and write docs/background/proo
 # tests tell; the packages of it are for `make long`.
 # mutants-changed joins them with proved/mutants.txt, the record of a whole run to compare with: without it
 # every mutant counts as changed, and a lot of a hundred would judge the tests by chance.
-# lint-changed joins them again with the next whole run of make lint: since the last one the settings have
-# changed, and which of the sources a minute reaches would be chance.
-ci_steps := format-check test bench-count \
+ci_steps := format-check test lint-changed bench-count \
 	$(if $(wildcard proved/mutants.txt),mutants-changed) coverage fuzz-sample tsan board
 ci_seconds := 1800
 

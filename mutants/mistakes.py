@@ -92,7 +92,7 @@ def simple_statements(source, brace):
             yield run
             run = []
         if text in COMPOUND:
-            i += 1
+            i += 2 if source.word(i + 1) == "constexpr" else 1
             if source.word(i) == "(":
                 i = source.partner[i] + 1
             continue

@@ -88,7 +88,8 @@ def in_table_row(source, i):
 
 def plus(number, step):
     suffix = number[len(number.rstrip("uUlL")) :]
-    value = int(number.rstrip("uUlL"), 0) + step
+    digits = number.rstrip("uUlL")
+    value = int(digits, 16 if digits[:2] in ("0x", "0X") else 8 if digits[0] == "0" else 10) + step
     return str(value) + suffix
 
 
@@ -241,7 +242,8 @@ def statements(source):
                 i += 1
                 continue
             if text in ("if", "for", "while", "switch"):
-                i = source.partner[i + 1] + 1
+                bracket = i + 2 if source.word(i + 1) == "constexpr" else i + 1
+                i = source.partner[bracket] + 1
                 continue
             if text in NOT_A_STATEMENT or is_declaration(source, i):
                 if text in ("case", "default"):
