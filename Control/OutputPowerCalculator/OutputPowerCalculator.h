@@ -28,7 +28,7 @@ class ISystemPowerController;
 ///
 /// The service starts no thread and takes no lock. It borrows its neighbours and their tables. The
 /// first query of each hardware family creates the family's calculator, unguarded: let one thread
-/// make it before several do.
+/// call createCalculators() before several ask.
 ///
 /// What is created once stays until the process ends, because a query or a destructor may come
 /// however late: the calculators, and the names that the channels are published under, less than
@@ -58,6 +58,14 @@ public:
     ///         power. The neighbours found before stay connected; the service is not published.
     ///         Nor is it when a neighbour throws, which passes through.
     unsigned initialize();
+
+    /// Creates the calculators of all hardware families, which otherwise the first query of each
+    /// does: some 100 bytes in all, for all services of the process. For hosts of which several
+    /// threads ask; not safe to be called by two at once itself. May be repeated.
+    ///
+    /// std::bad_alloc passes through. What was created before stays, and a later call or query
+    /// creates the rest.
+    static void createCalculators();
 
     unsigned getMinMaxOutputPowerVsModulationArray(
         long frameFormatId, ModulationAndCoding minModulationAndCodeIn,

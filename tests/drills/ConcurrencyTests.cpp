@@ -1,8 +1,3 @@
-#include "CalculatorKam.h"
-#include "CalculatorKamV2.h"
-#include "CalculatorKamV3.h"
-#include "CalculatorVo4.h"
-#include "CalculatorVo5.h"
 #include "DeskTrace.h"
 #include "DeskVariableStore.h"
 #include "InterfaceBroker.h"
@@ -23,7 +18,7 @@
 #include <thread>
 #include <vector>
 
-// Many threads ask the services of two channels while a family's tables are built for the first
+// Many threads ask the services of two channels while a family is asked for the first
 // time, and others push operating inputs into a third service. Nobody but the thread sanitizer sees
 // every race; that all answers are right is seen in every build. With traces on all threads would
 // meet in the trace, so the first use is without.
@@ -155,12 +150,8 @@ struct Family {
 class Concurrency : public ::testing::TestWithParam<Family> {
 protected:
     Concurrency() {
-        // From one thread first, as their contract has it.
-        CalculatorKam::getInstance();
-        CalculatorKamV2::getInstance();
-        CalculatorKamV3::getInstance();
-        CalculatorVo4::getInstance();
-        CalculatorVo5::getInstance();
+        // By one thread before several ask, as the contract has it.
+        OutputPowerCalculator::createCalculators();
         InterfaceBroker::getInstance().registerInterface(
             IHardwareConfigurationHandler::interfaceName(), &m_hardwareConfigurationHandler);
     }

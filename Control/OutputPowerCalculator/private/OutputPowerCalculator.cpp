@@ -237,6 +237,13 @@ void OutputPowerCalculator::applyCutbackToMaxPower(long& power) const {
 
 // Selection of the hardware family
 
+void OutputPowerCalculator::createCalculators() {
+    CalculatorKam::getInstance();
+    CalculatorKamV3::getInstance();
+    CalculatorVo4::getInstance();
+    CalculatorVo5::getInstance();
+}
+
 Calculator* OutputPowerCalculator::getCalculator(bool isTraced) const {
     const std::string productNumber = m_capabilityHandler->getTmuHwProductNumber();
     const HardwareFamily family = hardwareFamilyOf(productNumber);

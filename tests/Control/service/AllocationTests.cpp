@@ -69,8 +69,7 @@ public:
 
 constexpr ModulationAndCoding noCode = {ModulationAndCoding::UNDEFINED};
 
-/// A service among plain neighbours that has answered once for every family: their tables are
-/// there.
+/// A service among plain neighbours, with every family's calculator created.
 class Allocations : public ::testing::Test {
 protected:
     Allocations() {
@@ -83,12 +82,8 @@ protected:
         broker.registerInterface("IFrameFormat_1", &m_frameFormat);
         broker.registerInterface("ISystemPowerController_1", &m_systemPowerController);
         broker.registerInterface("IHardwareConfigurationHandler", &m_hardware);
-        for (const char* const productNumber : {"QZT 846 001", "QZT 846 003", "QZT35201/1", "X"}) {
-            answers.radio.capabilityHandler.productNumber = productNumber;
-            apply();
-            sut.calculateAdmodPowerCapabilities(Modulation::QAM16, EReferenceSEC::Class2, m_min,
-                                                m_max);
-        }
+        OutputPowerCalculator::createCalculators();
+        apply();
         for (const ModulationAndCoding& code : answers.radio.frameFormat.modulationAndCodes) {
             powerMap[code] = 0;
         }
@@ -228,6 +223,16 @@ std::uint32_t CStorageManager_GetVariableContentAddressByName(const char* name,
         *size = isSize ? 1 : 2;
     }
     return 0;
+}
+
+// Before any other test has asked a family.
+TEST_F(Allocations, areNotMadeByAFirstQueryOnceTheCalculatorsAreCreated) {
+    for (const char* const productNumber : {"QZT 846 001", "QZT 846 003", "QZT35201/1", "X"}) {
+        answers.radio.capabilityHandler.productNumber = productNumber;
+        apply();
+        SCOPED_TRACE(productNumber);
+        expectThatNoQueryTakesABlock();
+    }
 }
 
 TEST_F(Allocations, areCountedUnlessElsewhere) {
