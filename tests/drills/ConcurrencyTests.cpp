@@ -18,10 +18,9 @@
 #include <thread>
 #include <vector>
 
-// Many threads ask the services of two channels while a family is asked for the first
-// time, and others push operating inputs into a third service. Nobody but the thread sanitizer sees
-// every race; that all answers are right is seen in every build. With traces on all threads would
-// meet in the trace, so the first use is without.
+// Many threads ask the services of two channels, and others push operating inputs into a third
+// service. Nobody but the thread sanitizer sees every race; that all answers are right is seen in
+// every build. With traces on all threads would meet in the trace, so they first ask without.
 
 namespace {
 
@@ -258,32 +257,3 @@ INSTANTIATE_TEST_SUITE_P(EveryFamily, Concurrency,
                                            Family{"OlderRadioUnit", "QZT35201/1"},
                                            Family{"NewerRadioUnit", "QZT99999/9"}),
                          [](const auto& family) { return std::string(family.param.name); });
-
-TEST(ConcurrentCalculator, ofTheSecondOutdoorFamilyBuildsItsTableOnce) {
-    // No product number leads to it. Against 256QAM at class 2 its 16QAM may have 4 dB more.
-    CalculationData data{};
-    data.rsec = EReferenceSEC::Class2;
-    data.selectedMinModulation = Modulation::QAM16;
-    data.actualModulation = Modulation::QAM16;
-    data.refMaxModulation = Modulation::QAM256;
-    data.pmaxSelectedMinModulation = 9000;
-    data.pmaxActualModulation = 9000;
-    data.pmaxRefMaxModulation = 2200;
-    CalculatorKamV2* const sut = CalculatorKamV2::getInstance();
-
-    constexpr int threadCount = 6;
-    std::latch start(threadCount);
-    std::vector<long> powers(threadCount);
-    std::vector<std::thread> threads;
-    for (long& power : powers) {
-        threads.emplace_back([&] {
-            start.arrive_and_wait();
-            sut->getMaxPower(data, power, 0, 0, 0, Modulation::CW);
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-
-    EXPECT_EQ(powers, std::vector<long>(threadCount, 2600));
-}
