@@ -167,7 +167,7 @@ long: ## run everything whole, which takes hours, and write docs/background/proo
 # mutants-changed joins them with proved/mutants.txt, the record of a whole run to compare with: without it
 # every mutant counts as changed, and a lot of a hundred would judge the tests by chance.
 ci_steps := format-check test lint-changed bench-count \
-	$(if $(wildcard proved/mutants.txt),mutants-changed) coverage fuzz-sample tsan board
+	$(if $(wildcard proved/mutants.txt),mutants-changed) coverage fuzz-sample tsan board proof-check
 ci_seconds := 1800
 
 ci: ## everything that has to pass before a change lands, and how long each step takes
