@@ -113,16 +113,30 @@ def words_of(source, first, last):
     return {token.text for token in source.tokens[first : last + 1] if token.kind == "word"}
 
 
+def can_be_seen(source, first, last):
+    """Whether a statement calls a neighbour, traces, or starts something: what others see the order of."""
+    words = words_of(source, first, last)
+    return any(source.word(i) == "->" and source.word(i + 2) == "(" for i in range(first, last)) or any(
+        "trace" in word.lower() for word in words) or words & {"initialize", "connect", "registerInterface"}
+
+
+def assigned(source, first):
+    """The variable or member that a statement gives a value."""
+    while source.word(first + 1) == ".":
+        first += 2
+    return source.word(first) if source.word(first + 1) in ("=", "+=", "-=") else None
+
+
 def statements_exchanged(source):
     for brace, token in enumerate(source.tokens):
         if token.text != "{" or brace not in source.partner or not is_code_block(source, brace):
             continue
         for run in simple_statements(source, brace):
             for left, right in zip(run, run[1:]):
-                called = all("(" in source.text_of(*side) for side in (left, right))
-                shared = words_of(source, *left) & words_of(source, *right) - {"const", "long", "int", "std"}
-                # Without a call on both sides and without a common name nobody could tell.
-                if (called or shared) and source.text_of(*left) != source.text_of(*right):
+                seen = can_be_seen(source, *left) and can_be_seen(source, *right)
+                is_read = (assigned(source, left[0]) in words_of(source, *right)
+                           or assigned(source, right[0]) in words_of(source, *left))
+                if (seen or is_read) and source.text_of(*left) != source.text_of(*right):
                     between = source.text[source.tokens[left[1]].end : source.tokens[right[0]].start]
                     source.add("statements exchanged", left[0], right[1],
                                source.text_of(*right) + between + source.text_of(*left))

@@ -175,12 +175,14 @@ class Mistakes(unittest.TestCase):
         self.assertEqual(changes("#define T(x) g(x, __func__, __LINE__)", "record of trace"),
                          ['#define T(x) g(x, "f", __LINE__)', "#define T(x) g(x, __func__, 1)"])
 
-    def test_statements_are_exchanged_with_calls_on_both_sides_or_a_name_in_common(self):
-        self.assertEqual(changes("void f() { g(); const long b = h(1); c = b; return; }", "statements exchanged"),
-                         ["void f() { const long b = h(1); g(); c = b; return; }",
-                          "void f() { g(); c = b; const long b = h(1); return; }"])
-        for text in ("void f() { a = 1; b = 2; }", "void f() { g(); if (a) { h(); } k(); }",
-                     "void f() { g(); break; h(); }", "void f() { if (a) g(); h(); }"):
+    def test_statements_are_exchanged_where_others_see_it_or_one_sets_what_the_other_reads(self):
+        self.assertEqual(changes("void f() { const long b = m_a->g(); TRACE_MSG(b); c = b; d = c + 1; return; }",
+                                 "statements exchanged"),
+                         ["void f() { TRACE_MSG(b); const long b = m_a->g(); c = b; d = c + 1; return; }",
+                          "void f() { const long b = m_a->g(); TRACE_MSG(b); d = c + 1; c = b; return; }"])
+        for text in ("void f() { a = 1; b = 2; }", "void f() { g(); h(); }", "void f() { m_a->g(); b = 1; }",
+                     "void f() { m_a->g(); if (a) { h(); } m_a->k(); }", "void f() { m_a->g(); break; m_a->h(); }",
+                     "void f() { if (a) m_a->g(); m_a->h(); }"):
             with self.subTest(text):
                 self.assertEqual(changes(text, "statements exchanged"), [])
 

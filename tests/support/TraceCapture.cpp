@@ -1,8 +1,55 @@
 #include "TraceCapture.h"
 
 #include <algorithm>
+#include <fstream>
 #include <iterator>
+#include <map>
 #include <sstream>
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+const std::string folder = "Control/OutputPowerCalculator/private/";
+
+/// The lines of a source of the library; none if it cannot be read.
+const Lines& sourceOf(const std::string& name) {
+    static std::map<std::string, Lines> sources;
+    const auto [place, isNew] = sources.try_emplace(name);
+    std::ifstream stream(std::string(QOR_SOURCES) + '/' + folder + name + ".cpp");
+    for (std::string line; isNew && std::getline(stream, line);) {
+        place->second.push_back(line);
+    }
+    return place->second;
+}
+
+/// Whether a statement that traces stands at a line of a source. A compiler takes its first line or
+/// its last.
+bool tracesAt(const Lines& lines, int number) {
+    if (number < 1 || static_cast<std::size_t>(number) > lines.size()) {
+        return false;
+    }
+    for (auto place = static_cast<std::size_t>(number); place > 0; --place) {
+        const std::string& line = lines[place - 1];
+        if (line.find("TRACE") != std::string::npos || line.find("trace") != std::string::npos) {
+            return true;
+        }
+        if (place > 1 && (lines[place - 2].ends_with(';') || lines[place - 2].ends_with('}'))) {
+            return false;
+        }
+    }
+    return false;
+}
+
+/// Whether the line of a record is one that traces, in its source or in one that several families
+/// share.
+bool isAtATrace(const std::string& source, int line) {
+    const Lines names = {source, "BoosterSteps", "ChannelSpacingCompensation", "OffsetMaxPower"};
+    return std::ranges::any_of(
+        names, [line](const std::string& name) { return tracesAt(sourceOf(name), line); });
+}
+
+} // namespace
 
 std::vector<std::string> TraceCapture::lines() {
     const std::vector<TraceRecord> records = DeskTrace::getInstance().take();
@@ -12,9 +59,9 @@ std::vector<std::string> TraceCapture::lines() {
 }
 
 std::string describe(const TraceRecord& record) {
-    const std::string folder = "Control/OutputPowerCalculator/private/";
+    const bool isOfLibrary = record.file.starts_with(folder);
     const std::string source =
-        record.file.starts_with(folder) ? record.file.substr(folder.size()) : record.file;
+        isOfLibrary ? record.file.substr(folder.size()) : record.file;
 
     std::ostringstream line;
     line << record.level;
@@ -38,6 +85,9 @@ std::string describe(const TraceRecord& record) {
         }
         break;
     }
+    }
+    if (isOfLibrary && !isAtATrace(source, record.line)) {
+        remark += " (line " + std::to_string(record.line) + ": no trace)";
     }
     line << source << '.' << record.function << ": " << text << remark;
     return line.str();

@@ -19,7 +19,8 @@ public:
     ///
     /// A path below Control/OutputPowerCalculator/private is cut to its last part, any other is
     /// shown whole. The text of a raw trace is shown up to its code line; should that not be
-    /// exactly as it has to be, "(code line: missing)" follows.
+    /// exactly as it has to be, "(code line: missing)" follows; should nothing be traced at the
+    /// line that a record of the library names, "(line N: no trace)" does.
     std::vector<std::string> lines();
 
 private:
