@@ -244,17 +244,17 @@ INSTANTIATE_TEST_SUITE_P(EveryFamily, AllocationDrill,
                          });
 
 TEST(TraceWithoutRoom, isWrittenWithoutItsText) {
-    TraceSource source("Control/OutputPowerCalculator/private/OutputPowerCalculator");
+    TraceSource source("Source");
     const std::string text(4000, 'x');
     TraceCapture trace(6);
 
     FailingHeap::failFrom(text.size());
-    EXPECT_NO_THROW(source.message(TraceLevel::Error, "getMaxPower", 1, text.c_str()));
+    EXPECT_NO_THROW(source.message(TraceLevel::Error, "function", 1, text.c_str()));
     const bool hasFailed = FailingHeap::hasFailed();
     FailingHeap::failFrom(0);
 
     EXPECT_TRUE(hasFailed);
-    EXPECT_EQ(trace.lines(), std::vector<std::string>{"1 msg OutputPowerCalculator.getMaxPower: "});
+    EXPECT_EQ(trace.lines(), std::vector<std::string>{"1 msg Source.function: "});
 }
 
 TEST(Destruction, takesNothingFromTheHeap) {
