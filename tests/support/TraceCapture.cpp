@@ -60,8 +60,7 @@ std::vector<std::string> TraceCapture::lines() {
 
 std::string describe(const TraceRecord& record) {
     const bool isOfLibrary = record.file.starts_with(folder);
-    const std::string source =
-        isOfLibrary ? record.file.substr(folder.size()) : record.file;
+    const std::string source = isOfLibrary ? record.file.substr(folder.size()) : record.file;
 
     std::ostringstream line;
     line << record.level;

@@ -180,8 +180,9 @@ TEST_P(ChannelSpacingCompensation, IsThatOfTheChannel) {
 }
 
 TEST_P(ChannelSpacingCompensation, IsFoundByTheChannelWithoutPaddingWhateverItsLength) {
-    for (const RadioChannel channel : {0U, 1U, 2U, 3U, 9U, 10U, 11U, 99U, 100U, 101U, 12345U,
-                                       1000000U, 999999999U, 1000000000U, 4294967290U}) {
+    for (const RadioChannel channel :
+         {0U, 1U, 2U, 3U, 9U, 10U, 11U, 99U, 100U, 101U, 12345U, 65537U, 65538U, 1000000U,
+          999999999U, 1000000000U, 4294967290U}) {
         calibrate(channel, {28, static_cast<std::int32_t>(channel % 10007)}, 2);
 
         EXPECT_EQ(at(28, channel), static_cast<long>(channel % 10007)) << channel;
