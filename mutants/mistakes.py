@@ -16,6 +16,8 @@ PLATFORM = {"getInterface", "registerInterface", "unregisterInterface", "isFftyp
 MARKETS = ("Etsi", "Ansi", "Global", "Unknown")
 NOT_EXCHANGED = {"return", "break", "continue", "case", "default", "using", "static_assert", "public",
                  "private", "protected", "friend", "enum", "struct", "class", "template", "goto", "throw"}
+NO_CALLS = {"if", "while", "for", "switch", "return", "dbRow", "sizeof"}
+SYMMETRIC = {"min", "max", "add", "isEqual", "isSameWord"}
 COMPOUND = {"if", "for", "while", "switch", "do", "else", "try", "catch"}
 
 
@@ -46,7 +48,7 @@ def calls(source):
     for i, token in enumerate(source.tokens):
         is_call = token.text == "(" and i in source.partner and i not in source.excluded and i > 0 and (
             source.tokens[i - 1].kind == "word" or source.word(i - 1) == ">")
-        if not is_call or source.word(i - 1) in ("if", "while", "for", "switch", "return", "dbRow", "sizeof"):
+        if not is_call or source.word(i - 1) in NO_CALLS:
             continue
         arguments = arguments_of(source, i)
         if arguments and not any(is_parameter(source, *argument) for argument in arguments):
@@ -56,6 +58,8 @@ def calls(source):
 def arguments_exchanged(source):
     """Neighbouring arguments; of a trace those whose values it shows, as their labels are texts between them."""
     for bracket, arguments in calls(source):
+        if source.word(bracket - 1) in SYMMETRIC:
+            continue
         if "trace" in source.word(bracket - 1).lower():
             arguments = [(first, last) for first, last in arguments if source.word(first) != "TraceLevel"]
         values = [side for side in arguments if source.tokens[side[0]].kind not in ("string", "character")]
@@ -234,8 +238,9 @@ def pointers(source):
         is_failed = token.text == "return" and [source.word(i + j) for j in (1, 2, 3, 4)] == [
             "ResultCode", "::", "Failure", ";"]
         if is_failed and function_of(source, i) == "initialize":
-            for name in seen:
-                source.add("pointer dropped", i + 1, i + 3, f"({name} = nullptr, ResultCode::Failure)")
+            # The last one was not found, so it is null.
+            for name in seen[:-1]:
+                source.add("pointer lost", i + 1, i + 3, f"({name} = nullptr, ResultCode::Failure)")
 
 
 def function_of(source, i):

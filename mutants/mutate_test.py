@@ -160,7 +160,7 @@ class Mistakes(unittest.TestCase):
         self.assertEqual(changes("void f() { g(a, b + 1, c); }", "arguments exchanged"),
                          ["void f() { g(b + 1, a, c); }", "void f() { g(a, c, b + 1); }"])
         for text in ("void f(long a, T& b);", "void f() { g(a, a); }", "void f() { g(1, 2); }",
-                     "void f() { if (a, b) {} }"):
+                     "void f() { if (a, b) {} }", "void f() { a = std::min(b, c); }"):
             with self.subTest(text):
                 self.assertEqual(changes(text, "arguments exchanged"), [])
 
@@ -213,11 +213,11 @@ class Mistakes(unittest.TestCase):
         self.assertEqual(changes("void f() { I* const a = g(b); }", "pointer kept"), [])
 
     def test_a_pointer_goes_with_a_start_that_failed(self):
-        body = "{ if (!connect(m_acmHandler)) { return ResultCode::Failure; } }"
-        self.assertEqual(changes(f"int S::initialize() {body}", "pointer dropped"),
-                         ["int S::initialize() { if (!connect(m_acmHandler)) "
+        body = "{ m_acmHandler->g(); if (!connect(m_frameFormat)) { return ResultCode::Failure; } }"
+        self.assertEqual(changes(f"int S::initialize() {body}", "pointer lost"),
+                         ["int S::initialize() { m_acmHandler->g(); if (!connect(m_frameFormat)) "
                           "{ return (m_acmHandler = nullptr, ResultCode::Failure); } }"])
-        self.assertEqual(changes(f"int S::other() {body}", "pointer dropped"), [])
+        self.assertEqual(changes(f"int S::other() {body}", "pointer lost"), [])
 
     def test_the_right_value_comes_with_a_wrong_code(self):
         self.assertEqual(changes("int f(long& x) { return g(x); }", "wrong code"),
