@@ -38,7 +38,6 @@ Step& Waterfall::change(Rule rule, const std::string& words, std::int64_t amount
     m_running = wrapped(sum);
     Step& step = add({rule, Step::Kind::Change, words, amount});
     step.wraps = sum != m_running;
-    m_explanation.wraps |= step.wraps;
     return step;
 }
 

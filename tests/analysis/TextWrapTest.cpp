@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <string>
+
 namespace {
 
 TEST(Wrapped, BreaksBetweenWordsWhereTheWidthEnds) {
@@ -17,6 +20,29 @@ TEST(Wrapped, KeepsAWordThatIsWiderWhole) {
 
 TEST(Wrapped, OfNothingIsNothing) {
     EXPECT_EQ(wrapped("", 5), "");
+}
+
+/// Where a second column stands behind a cell, in columns of the terminal.
+std::size_t columnBehind(const std::string& cell) {
+    const std::string text = alignedColumns({Align::Left, Align::Left}, {{cell, "b"}, {"a", "c"}});
+    return text.find('c') - text.find("\na") - 1;
+}
+
+TEST(AlignedColumns, AreAsWideAsTheCellsOfUpTo200Characters) {
+    EXPECT_EQ(columnBehind(std::string(200, 'x')), 202U);
+    EXPECT_EQ(columnBehind(std::string(201, 'x')), 3U);
+}
+
+TEST(AlignedColumns, CountCharactersAndNotBytes) {
+    EXPECT_EQ(columnBehind("\u00e4\u00f6\u20ac"), 5U);
+}
+
+TEST(Fitted, CountsCharactersAndNotTheSequencesThatStyleThem) {
+    const std::string bold = "\x1b[1mone\x1b[0m two";
+    EXPECT_EQ(fitted(bold, 7), bold);
+    EXPECT_EQ(fitted("\u00e4\u00e4\u00e4 \u00f6\u00f6\u00f6", 7),
+              "\u00e4\u00e4\u00e4 \u00f6\u00f6\u00f6");
+    EXPECT_EQ(fitted("one two three\n", 12), "one two\n    three\n");
 }
 
 } // namespace

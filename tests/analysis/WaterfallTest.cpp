@@ -29,6 +29,34 @@ TEST(AWaterfall, SaysWhatDoesNotAddUp) {
               "the power of the family is 17.00 dBm by the steps, 17.01 dBm by the library");
 }
 
+TEST(AWaterfall, NamesTheFirstOfBoundsThatHoldNextAlike) {
+    Explanation explanation;
+    Waterfall sut(explanation);
+    sut.start(Rule::PmaxRow, "Pmax", 2000);
+    sut.bound({Rule::PmaxRow, "the first", 2500, {}, {}});
+    sut.bound({Rule::PmaxRow, "the second", 2500, {}, {}});
+
+    sut.finish(2000);
+
+    ASSERT_NE(explanation.runnerUp(), nullptr);
+    EXPECT_EQ(explanation.runnerUp()->words, "the first");
+    EXPECT_EQ(explanation.headroom, 500);
+}
+
+TEST(AWaterfall, KnowsNoNextBoundOnceOneHasWrapped) {
+    Explanation explanation;
+    Waterfall sut(explanation);
+    sut.start(Rule::PmaxRow, "Pmax", 2000);
+    sut.bound({Rule::PmaxRow, "far above", 2147483600, {}, {}});
+    sut.change(Rule::PermanentCutback, "cutback", 100);
+
+    sut.finish(2100);
+
+    EXPECT_TRUE(explanation.addsUp());
+    EXPECT_TRUE(explanation.wraps);
+    EXPECT_EQ(explanation.runnerUp(), nullptr);
+}
+
 /// Explanations of which only those of 16QAM do not add up.
 std::vector<Explanation> explanationsWithMismatch() {
     std::vector<Explanation> explanations(3);
