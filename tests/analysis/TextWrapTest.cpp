@@ -38,10 +38,10 @@ TEST(AlignedColumns, CountCharactersAndNotBytes) {
 }
 
 TEST(Fitted, CountsCharactersAndNotTheSequencesThatStyleThem) {
-    const std::string bold = "\x1b[1mone\x1b[0m two";
-    EXPECT_EQ(fitted(bold, 7), bold);
-    EXPECT_EQ(fitted("\u00e4\u00e4\u00e4 \u00f6\u00f6\u00f6", 7),
-              "\u00e4\u00e4\u00e4 \u00f6\u00f6\u00f6");
+    for (const std::string text :
+         {"\x1b[1mone\x1b[0m two\n", "\u00e4\u00e4\u00e4 \u00f6\u00f6\u00f6\n"}) {
+        EXPECT_EQ(fitted(text, 7), text);
+    }
     EXPECT_EQ(fitted("one two three\n", 12), "one two\n    three\n");
 }
 
