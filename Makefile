@@ -136,9 +136,9 @@ lint: ## look for mistakes with clang-tidy, cppcheck and the compiler's analyser
 	scripts/setup lint
 	scripts/lint $(FRESH)
 
-lint-changed: ## likewise in what changed since that was clean, or since BASE=REVISION, a minute and a half at most
+lint-changed: ## likewise in what changed since that was clean, or since BASE=REVISION, a minute at most
 	scripts/setup lint
-	scripts/lint $(SINCE) --minutes 1.2
+	scripts/lint $(SINCE) --minutes 0.8
 
 mutants: ## change the library in every small way; fail if the tests let a change through
 	scripts/setup test mutants
