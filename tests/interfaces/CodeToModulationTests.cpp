@@ -54,7 +54,8 @@ TEST(CodeToModulation, AtTheEndsOfTheTableIsDefinedOnTheInsideOnly) {
 TEST(CodeToModulation, FarOutsideTheTableIsUndefined) {
     for (const std::int32_t code :
          {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::min() + 9,
-          -1000000, 1000000, std::numeric_limits<std::int32_t>::max()}) {
+          -1000000, 1000000, 65536 + 10, 65536 + 31, 131072 + 162,
+          std::numeric_limits<std::int32_t>::max()}) {
         EXPECT_EQ(modulationOf(code), 100000) << code;
     }
 }

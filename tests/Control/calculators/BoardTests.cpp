@@ -206,7 +206,7 @@ TEST_P(StoredCompensation, SucceedsBelowStatus32768AndFailsFromThereUp) {
         BoardPlatform::variables()[arraySize].status = status;
         EXPECT_EQ(at(3), -200) << status;
     }
-    for (const std::uint32_t status : {32768U, 32769U, 4294967295U}) {
+    for (const std::uint32_t status : {32768U, 32769U, 65536U, 98304U, 4294967295U}) {
         for (const std::string& name : {array, arraySize}) {
             calibrate(6, 6);
             BoardPlatform::variables()[name].status = status;
