@@ -165,6 +165,15 @@ TEST_P(ChannelSpacingCompensation, TakesSpacingsAndCompensationsOfAllOf32Bits) {
     EXPECT_EQ(at(0), 9);
 }
 
+TEST_P(ChannelSpacingCompensation, IsFoundBehind65536Pairs) {
+    std::vector<std::int32_t> array(140000, -1);
+    array[139998] = 28;
+    array[139999] = 99;
+    calibrate(1, array, 140000);
+
+    EXPECT_EQ(at(28), 99);
+}
+
 TEST_P(ChannelSpacingCompensation, IsThatOfTheChannel) {
     calibrate(0, {28, 10}, 2);
     calibrate(1, {28, 11}, 2);
