@@ -4,6 +4,7 @@
 #include "CalculatorKamV2.h"
 #include "CalculatorKamV3.h"
 #include "CalculatorVo5.h"
+#include "InterfaceBroker.h"
 #include "TxRfMaxPowerCapability.h"
 
 #include <gmock/gmock.h>
@@ -142,6 +143,36 @@ TEST_F(BoardTest, ComparesTheThresholdWithTheLevelThatThePlatformGivesTheCode) {
     EXPECT_EQ(takeCalls().size(), 8U);
 }
 
+TEST_F(BoardTest, KeepsATableWhoseHandlerIsGone) {
+    TxRfMaxPowerCapability sut(77, EDpdVersion{1}, EFrameFormatMarket::Etsi);
+    const std::vector<int> integers = {4, 2500};
+    {
+        const Radio radio(integers);
+        ASSERT_EQ(sut.initialize(), 0);
+        InterfaceBroker::getInstance().unregisterInterface("ICapabilityHandler_77", nullptr);
+        long power = 0;
+
+        EXPECT_EQ(sut.initialize(), 32768);
+
+        EXPECT_EQ(sut.getPower(Modulation::QAM4, &power), 0);
+        EXPECT_EQ(power, 2500);
+    }
+}
+
+TEST_F(BoardTest, FindsWhatStandsBehind65536RowsOfATable) {
+    std::vector<int> integers(2 * 65540, -300);
+    integers[2 * 65538] = 4;
+    integers[2 * 65538 + 1] = 9;
+    const Radio radio(integers);
+    const TxRfMaxPowerCapability sut = radio.capability();
+    long power = 0;
+
+    EXPECT_EQ(sut.getMaxPower(&power), 0);
+    EXPECT_EQ(power, 9);
+    EXPECT_EQ(sut.getPower(Modulation::QAM4, &power), 0);
+    EXPECT_EQ(power, 9);
+}
+
 // --- The variable store
 
 struct OutdoorFamily {
@@ -217,6 +248,32 @@ TEST_P(StoredCompensation, SucceedsBelowStatus32768AndFailsFromThereUp) {
             EXPECT_EQ(compensation, 4711);
         }
     }
+}
+
+TEST_P(StoredCompensation, IsFoundBehind65536Pairs) {
+    std::vector<std::int32_t> elements(140000, -1);
+    elements[139998] = 28;
+    elements[139999] = 99;
+    const std::uint32_t size = 140000;
+    BoardPlatform::variables()[array] = {0, elements.data(), size};
+    BoardPlatform::variables()[arraySize] = {0, &size, 0};
+
+    EXPECT_EQ(at(28), 99);
+}
+
+TEST_P(StoredCompensation, IsThatOfAChannelBehind65536) {
+    const std::string name = "channel.65537.tx.rf.pmax.cs.comp.v2.array";
+    calibrate(6, 6);
+    BoardPlatform::variables()[name] = BoardPlatform::variables()[array];
+    BoardPlatform::variables()[name + "size"] = BoardPlatform::variables()[arraySize];
+    takeCalls();
+    long compensation = 4711;
+
+    EXPECT_EQ(sut.getCompensationForChannelSpacing(65537, EChannelSpacingType{3}, compensation), 0);
+
+    EXPECT_EQ(compensation, -200);
+    EXPECT_THAT(takeCalls(),
+                ElementsAre("read " + name + " with its size", "read " + name + "size"));
 }
 
 TEST_P(StoredCompensation, ReadsNoElementBehindTheReportedSize) {

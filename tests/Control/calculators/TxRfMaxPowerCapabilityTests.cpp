@@ -368,21 +368,6 @@ TEST_F(TableOfOneRadio, TakesTheNewTableOfARepeatedRequest) {
     EXPECT_EQ(powerOf(sut, 4), 1700);
 }
 
-TEST_F(TableOfOneRadio, KeepsItsTableWhenTheHandlerIsGoneAndSaysSo) {
-    TxRfMaxPowerCapability sut = viewOf({4, 2500});
-    handler.calls.clear();
-    InterfaceBroker::getInstance().unregisterInterface("ICapabilityHandler_1", nullptr);
-    TraceCapture trace(6);
-
-    EXPECT_EQ(sut.initialize(), 32768);
-
-    EXPECT_THAT(trace.lines(), ElementsAre("1 raw 0x8000 TxRfMaxPowerCapability.initialize: Error "
-                                           "getting interface to ICapabilityHandler_1"));
-    EXPECT_THAT(handler.calls, IsEmpty());
-    EXPECT_EQ(powerOf(sut, 4), 2500);
-    EXPECT_EQ(maxPowerOf(sut), 2500);
-}
-
 // --- Views without a table
 
 TEST_F(TableOfOneRadio, IsEmptyBeforeItIsInitialised) {
@@ -533,16 +518,6 @@ TEST_F(TableOfOneRadio, FindsTheHighestPowerWhereverItStands) {
     EXPECT_EQ(maxPowerOf(viewOf({4, intMin})), intMin);
     EXPECT_EQ(maxPowerOf(viewOf({4, intMin, 16, -1})), -1);
     EXPECT_EQ(maxPowerOf(viewOf({4, -1, 16, intMax, 32, 0})), intMax);
-}
-
-TEST_F(TableOfOneRadio, FindsWhatStandsBehind65536Rows) {
-    std::vector<int> integers(2 * 65540, -300);
-    integers[2 * 65538] = 4;
-    integers[2 * 65538 + 1] = 9;
-    const TxRfMaxPowerCapability sut = viewOf(integers);
-
-    EXPECT_EQ(maxPowerOf(sut), 9);
-    EXPECT_EQ(powerOf(sut, 4), 9);
 }
 
 // --- Copies

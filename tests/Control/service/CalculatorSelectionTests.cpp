@@ -2,11 +2,8 @@
 #include "CalculatorKamV2.h"
 #include "CalculatorKamV3.h"
 #include "CalculatorVo4.h"
-#include "HardwareFamily.h"
 #include "ServiceTest.h"
 
-#include <cstddef>
-#include <map>
 #include <ostream>
 
 using traced::msg;
@@ -88,28 +85,6 @@ const FamilyCase familyCases[] = {
       std::string("QZT 846 001\0", 12),
       std::string("\0", 1)}}};
 
-/// Every text that one character more, less or other makes of a text, and the text itself. The
-/// characters are those of numbers and names, and the first and last of all.
-std::vector<std::string> withinOneEdit(const std::string& text) {
-    static const std::string characters =
-        std::string("0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz /-\xff") + '\0';
-    std::vector<std::string> texts{text};
-    for (std::size_t place = 0; place <= text.size(); ++place) {
-        const std::string before = text.substr(0, place);
-        const std::string behind = text.substr(place);
-        for (const char character : characters) {
-            texts.push_back(before + character + behind);
-            if (!behind.empty()) {
-                texts.push_back(before + character + behind.substr(1));
-            }
-        }
-        if (!behind.empty()) {
-            texts.push_back(before + behind.substr(1));
-        }
-    }
-    return texts;
-}
-
 class CalculatorSelection : public StartedServiceTest,
                             public ::testing::WithParamInterface<FamilyCase> {};
 
@@ -132,26 +107,3 @@ TEST_P(CalculatorSelection, takesTheFamilyOfTheWholeProductNumberOfTheMoment) {
 
 INSTANTIATE_TEST_SUITE_P(, CalculatorSelection, ::testing::ValuesIn(familyCases),
                          [](const auto& shown) { return std::string(shown.param.name); });
-
-TEST(HardwareFamily, isThatOfTheWholeProductNumberWithinOneEditOfEveryOne) {
-    std::map<std::string, HardwareFamily> families = {{"", HardwareFamily::Outdoor1},
-                                                      {"QZT 846 57", HardwareFamily::Outdoor1},
-                                                      {"QZT 846 001", HardwareFamily::Outdoor1},
-                                                      {"QZT 846 003", HardwareFamily::Outdoor3}};
-    for (const std::string& number : familyCases[3].productNumbers) {
-        families[number] = HardwareFamily::OlderRadioUnit;
-    }
-    std::size_t cases = 0;
-    for (const auto& [number, family] : families) {
-        for (const std::string& text : withinOneEdit(number)) {
-            const auto known = families.find(text);
-            const HardwareFamily right =
-                known == families.end() ? HardwareFamily::NewerRadioUnit : known->second;
-            if (hardwareFamilyOf(text) != right) {
-                FAIL() << '"' << text << '"';
-            }
-            ++cases;
-        }
-    }
-    EXPECT_GT(cases, 30000U);
-}
