@@ -41,12 +41,18 @@ bool tracesAt(const Lines& lines, int number) {
     return false;
 }
 
-/// Whether the line of a record is one that traces, in its source or in one that several families
-/// share.
-bool isAtATrace(const std::string& source, int line) {
-    const Lines names = {source, "BoosterSteps", "ChannelSpacingCompensation", "OffsetMaxPower"};
-    return std::ranges::any_of(
-        names, [line](const std::string& name) { return tracesAt(sourceOf(name), line); });
+/// What is wrong with the line of a record of the library: it is one that traces, in its source or
+/// in one that several families share.
+std::string remarkOnLine(const TraceRecord& record) {
+    if (!record.file.starts_with(folder)) {
+        return "";
+    }
+    const Lines names = {record.file.substr(folder.size()), "BoosterSteps",
+                         "ChannelSpacingCompensation", "OffsetMaxPower"};
+    const bool isAtTrace = std::ranges::any_of(names, [&record](const std::string& name) {
+        return tracesAt(sourceOf(name), record.line);
+    });
+    return isAtTrace ? "" : " (line " + std::to_string(record.line) + ": no trace)";
 }
 
 } // namespace
@@ -54,12 +60,13 @@ bool isAtATrace(const std::string& source, int line) {
 std::vector<std::string> TraceCapture::lines() {
     const std::vector<TraceRecord> records = DeskTrace::getInstance().take();
     std::vector<std::string> lines;
-    std::transform(records.begin(), records.end(), std::back_inserter(lines), describe);
+    std::transform(
+        records.begin(), records.end(), std::back_inserter(lines),
+        [](const TraceRecord& record) { return describe(record) + remarkOnLine(record); });
     return lines;
 }
 
 std::string describe(const TraceRecord& record) {
-    const bool isOfLibrary = record.file.starts_with(folder);
     const std::string source = isOfLibrary ? record.file.substr(folder.size()) : record.file;
 
     std::ostringstream line;
@@ -84,9 +91,6 @@ std::string describe(const TraceRecord& record) {
         }
         break;
     }
-    }
-    if (isOfLibrary && !isAtATrace(source, record.line)) {
-        remark += " (line " + std::to_string(record.line) + ": no trace)";
     }
     line << source << '.' << record.function << ": " << text << remark;
     return line.str();
