@@ -67,7 +67,8 @@ std::vector<std::string> TraceCapture::lines() {
 }
 
 std::string describe(const TraceRecord& record) {
-    const std::string source = isOfLibrary ? record.file.substr(folder.size()) : record.file;
+    const std::string source =
+        record.file.starts_with(folder) ? record.file.substr(folder.size()) : record.file;
 
     std::ostringstream line;
     line << record.level;
