@@ -9,11 +9,23 @@ std::string pointerText(const std::vector<std::string>& path) {
     if (path.empty()) {
         return "(document)";
     }
-    nlohmann::json::json_pointer pointer;
+    std::string text;
     for (const std::string& key : path) {
-        pointer.push_back(printable(key));
+        const std::string shown = printable(key);
+        text += '/';
+        if (shown.find('~') == std::string::npos && shown.find('/') == std::string::npos) {
+            text += shown;
+            continue;
+        }
+        for (const char byte : shown) {
+            if (byte == '~' || byte == '/') {
+                text += byte == '~' ? "~0" : "~1";
+            } else {
+                text += byte;
+            }
+        }
     }
-    return pointer.to_string();
+    return text;
 }
 
 const nlohmann::json* valueAt(const nlohmann::json& document,

@@ -92,7 +92,8 @@ void JsonValue::expectKeys(const std::vector<std::string_view>& required,
     const auto isIn = [](const std::vector<std::string_view>& keys, std::string_view key) {
         return std::ranges::find(keys, key) != keys.end();
     };
-    for (const auto& [key, value] : m_value->items()) {
+    // Not by items(), which makes texts of its own for every step.
+    for (const auto& [key, value] : m_value->get_ref<const json::object_t&>()) {
         if (!isIn(required, key) && !isIn(optional, key)) {
             std::vector<std::string> known(required.begin(), required.end());
             known.insert(known.end(), optional.begin(), optional.end());

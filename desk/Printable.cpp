@@ -19,6 +19,9 @@ std::string escaped(std::uint32_t code) {
 }
 
 std::string withoutSteering(std::string_view text) {
+    if (Utf8::isPlain(text)) {
+        return std::string(text);
+    }
     std::string result;
     Utf8::forEachCharacter(
         text, [&result](std::optional<std::uint32_t> code, std::string_view bytes) {
@@ -37,8 +40,11 @@ std::string printable(std::string_view text) {
             --end;
         }
     }
-    const std::string result = withoutSteering(text.substr(0, end));
-    return end == text.size() ? result : result + "...";
+    std::string result = withoutSteering(text.substr(0, end));
+    if (end < text.size()) {
+        result += "...";
+    }
+    return result;
 }
 
 std::string printableJson(std::string written) {

@@ -89,7 +89,8 @@ Fetched started(const RadioFile& file, const Fetched* before) {
 } // namespace
 
 std::string RadioFile::placeOf(const std::vector<std::string>& path) const {
-    for (std::size_t length = path.size(); length > 0; --length) {
+    // Most files have no patches.
+    for (std::size_t length = patched.empty() ? 0 : path.size(); length > 0; --length) {
         const auto end = path.begin() + static_cast<std::ptrdiff_t>(length);
         const auto found = patched.find(pointerText({path.begin(), end}));
         if (found != patched.end()) {

@@ -5,6 +5,7 @@
 #include "JsonValue.h"
 #include "TextForms.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
@@ -611,11 +612,13 @@ const std::vector<CallForm>& callForms() {
 
 const CallForm& formOf(const JsonValue& call) {
     const std::string& name = call.string();
+    const std::vector<CallForm>& forms = callForms();
+    const auto found = std::ranges::find(forms, name, &CallForm::name);
+    if (found != forms.end()) {
+        return *found;
+    }
     std::vector<std::string> names;
-    for (const CallForm& form : callForms()) {
-        if (form.name == name) {
-            return form;
-        }
+    for (const CallForm& form : forms) {
         names.emplace_back(form.name);
     }
     call.failWord("call", name, names);

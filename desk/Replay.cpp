@@ -8,17 +8,58 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstdint>
+#include <map>
 #include <ostream>
+#include <string>
 #include <utility>
 
 namespace {
 
-// The order in which keys are added is the order in which they are printed.
-using Line = nlohmann::ordered_json;
+/// The answer to a call, as JSON. It is written straight into its text: names and numbers need no
+/// escape.
+class Line {
+public:
+    Line(const char* call, unsigned result)
+        : m_result(result)
+        , m_text(std::string("{\"call\":\"") + call + '"') {
+        add("result", result);
+    }
 
-Line lineOf(const TraceRecord& record) {
+    void add(const char* key, std::int64_t number) { addWritten(key, std::to_string(number)); }
+    void addFlag(const char* key, bool flag) { addWritten(key, flag ? "true" : "false"); }
+
+    void add(const char* key, const std::map<ModulationAndCoding, long>& powerMap) {
+        std::string entries = "[";
+        for (const auto& [code, maxPower] : powerMap) {
+            entries += entries.size() == 1 ? "{\"code\":" : ",{\"code\":";
+            entries += std::to_string(code.code);
+            entries += ",\"maxPower\":";
+            entries += std::to_string(maxPower);
+            entries += '}';
+        }
+        addWritten(key, entries + ']');
+    }
+
+    unsigned result() const { return m_result; }
+    std::string text() const { return m_text + '}'; }
+
+private:
+    void addWritten(const char* key, const std::string& value) {
+        m_text += ",\"";
+        m_text += key;
+        m_text += "\":";
+        m_text += value;
+    }
+
+    unsigned m_result;
+    std::string m_text;
+};
+
+std::string textOf(const TraceRecord& record) {
     static constexpr const char* kinds[] = {"enter", "msg", "raw"}; // by TraceRecord::Kind
-    Line line;
+    // The order in which keys are added is the order in which they are printed.
+    nlohmann::ordered_json line;
     if (record.kind == TraceRecord::Kind::Raw) {
         line["code"] = record.code;
     } else {
@@ -28,12 +69,9 @@ Line lineOf(const TraceRecord& record) {
     line["file"] = record.file;
     line["function"] = record.function;
     line["text"] = record.text;
-    return line;
-}
-
-std::string textOf(const Line& line) {
     constexpr int compact = -1;
-    return printableJson(line.dump(compact, ' ', false, Line::error_handler_t::replace));
+    return printableJson(
+        line.dump(compact, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
 }
 
 /// Adds the last key of a line. Record by record: all of them as one JSON value would take ten
@@ -43,7 +81,7 @@ void addTrace(std::string& text) {
     const char* separator = "";
     for (const TraceRecord& record : DeskTrace::getInstance().take()) {
         text += separator;
-        text += textOf(lineOf(record));
+        text += textOf(record);
         separator = ",";
     }
     text += ']';
@@ -68,10 +106,7 @@ public:
 private:
     template <class Call>
     static Line answerOf(const Call&, unsigned result) {
-        Line line;
-        line["call"] = Call::name;
-        line["result"] = result;
-        return line;
+        return {Call::name, result};
     }
 
     template <class Call>
@@ -84,8 +119,8 @@ private:
         const auto* const published =
             InterfaceBroker::getInstance().getInterface<IOutputPowerCalculator>(m_serviceName);
         // What was put before the service is the service to whoever looks it up.
-        line["registered"] =
-            published != nullptr && (published == &m_service || published == m_asked);
+        line.addFlag("registered",
+                     published != nullptr && (published == &m_service || published == m_asked));
         if (m_attach && published != nullptr) {
             m_attach();
             m_asked =
@@ -116,8 +151,8 @@ private:
         long maxPower = m_preset;
         Line line = answerOf(
             call, m_asked->calculatePowerCapabilities(call.modulation, minPower, maxPower));
-        line["minPower"] = minPower;
-        line["maxPower"] = maxPower;
+        line.add("minPower", minPower);
+        line.add("maxPower", maxPower);
         return line;
     }
 
@@ -126,8 +161,8 @@ private:
         long maxPower = m_preset;
         Line line = answerOf(call, m_asked->calculateAdmodPowerCapabilities(
                                        call.modulation, call.rsec, minPower, maxPower));
-        line["minPower"] = minPower;
-        line["maxPower"] = maxPower;
+        line.add("minPower", minPower);
+        line.add("maxPower", maxPower);
         return line;
     }
 
@@ -135,15 +170,15 @@ private:
         long pmin = m_preset;
         long pmax = m_preset;
         Line line = answerOf(call, m_asked->findPminPmax(pmin, pmax));
-        line["pmin"] = pmin;
-        line["pmax"] = pmax;
+        line.add("pmin", pmin);
+        line.add("pmax", pmax);
         return line;
     }
 
     Line play(const Calls::GetUnrestrictedPmax& call) {
         long pmax = m_preset;
         Line line = answerOf(call, m_asked->getUnrestrictedPmax(pmax));
-        line["pmax"] = pmax;
+        line.add("pmax", pmax);
         return line;
     }
 
@@ -154,14 +189,8 @@ private:
                                        call.frameFormatId, call.minModulationAndCode,
                                        call.maxModulationAndCode, call.referenceSec, minOutputPower,
                                        powerMap));
-        line["minOutputPower"] = minOutputPower;
-        Line& entries = line["powerMap"] = Line::array();
-        for (const auto& [modulationAndCode, maxPower] : powerMap) {
-            Line entry;
-            entry["code"] = modulationAndCode.code;
-            entry["maxPower"] = maxPower;
-            entries.push_back(std::move(entry));
-        }
+        line.add("minOutputPower", minOutputPower);
+        line.add("powerMap", powerMap);
         return line;
     }
 
@@ -194,14 +223,14 @@ bool Replay::play(const RadioFile& file, const LineSink& sink) const {
 
     const auto report = [&](const Request& request) {
         const Line line = player.play(request);
-        std::string text = textOf(line);
+        std::string text = line.text();
         if (m_traceLevel > 0) {
             text.back() = ','; // in place of the end of the object
             addTrace(text);
             text += '}';
         }
         sink(text);
-        return line["result"].get<unsigned>();
+        return line.result();
     };
 
     if (ResultCode::isFailure(report({Calls::Initialize{}}))) {

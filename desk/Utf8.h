@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -25,6 +26,24 @@ constexpr bool steers(std::uint32_t code) {
     const bool isDirection =
         (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x206F);
     return isControl || isSeparator || isMark || isDirection;
+}
+
+/// Whether a character is printable ASCII, as nearly all are: it needs no second look.
+constexpr bool isPlain(char byte) {
+    return byte >= 0x20 && byte < 0x7F;
+}
+
+inline bool isPlain(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char byte) { return isPlain(byte); });
+}
+
+/// Whether JSON writes a character as it stands, without an escape.
+constexpr bool isPlainInJson(char byte) {
+    return isPlain(byte) && byte != '"' && byte != '\\';
+}
+
+inline bool isPlainInJson(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char byte) { return isPlainInJson(byte); });
 }
 
 /// Whether a character is a blank, or takes no room at all.

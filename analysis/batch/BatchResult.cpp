@@ -105,11 +105,15 @@ const Fields<BatchResult>& resultFields() {
 }
 
 /// What each code of a radio says.
-Fields<PowerTableLine> batchLineFields() {
-    Fields<PowerTableLine> fields = lineFields(true);
-    fields.push_back({{"headroom", "dB"}, &PowerTableLine::headroom, Shown::InBoth});
-    fields.push_back(
-        {{"cutbackRule"}, orNothing<PowerTableLine>(&PowerTableLine::cutbackRule), Shown::InBoth});
+const Fields<PowerTableLine>& batchLineFields() {
+    static const Fields<PowerTableLine> fields = [] {
+        Fields<PowerTableLine> all = lineFields(true);
+        all.push_back({{"headroom", "dB"}, &PowerTableLine::headroom, Shown::InBoth});
+        all.push_back({{"cutbackRule"},
+                       orNothing<PowerTableLine>(&PowerTableLine::cutbackRule),
+                       Shown::InBoth});
+        return all;
+    }();
     return fields;
 }
 

@@ -476,22 +476,32 @@ std::vector<Explanation> explainRows(const Answered& answered, ExplanationContex
     const std::vector<QueryTrace::Calculation>& made = answered.trace.calculations;
     const RowCalculations calculations(answered.table, made);
     std::vector<std::optional<std::int32_t>> answers(made.size());
+    std::vector<const PowerTable::Row*> lastRows(made.size());
     for (const PowerTable::Row& row : answered.table.rows) {
         if (const auto index = calculations.of(row)) {
             answers[*index] = answerOf(row);
+            lastRows[*index] = &row;
         }
     }
 
     std::vector<Explanation> explained;
+    explained.reserve(made.size());
     for (std::size_t index = 0; index < made.size(); ++index) {
         explained.push_back(explanationOf(context, made[index], answers[index], carried));
         carried = explained.back().answer.value_or(carried);
     }
 
     std::vector<Explanation> rows;
+    rows.reserve(answered.table.rows.size());
     for (const PowerTable::Row& row : answered.table.rows) {
         const auto index = calculations.of(row);
-        rows.push_back(index ? explained[*index] : withoutCalculation(row));
+        if (!index) {
+            rows.push_back(withoutCalculation(row));
+        } else if (lastRows[*index] == &row) {
+            rows.push_back(std::move(explained[*index]));
+        } else {
+            rows.push_back(explained[*index]);
+        }
     }
     return rows;
 }

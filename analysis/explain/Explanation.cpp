@@ -3,7 +3,6 @@
 #include "OneLine.h"
 
 #include <algorithm>
-#include <utility>
 
 Rule Explanation::decisiveRule() const {
     if (const Bound* const bound = binding()) {
@@ -23,15 +22,15 @@ std::string Explanation::bindingFigure() const {
                : bound->figure;
 }
 
-RuledTable::RuledTable(ExplainedTable explained)
-    : mismatches(mismatchesOf(explained)) {
+RuledTable::RuledTable(const ExplainedTable& explained)
+    : table(explained.table)
+    , mismatches(mismatchesOf(explained)) {
     rules.reserve(explained.explanations.size());
     for (const Explanation& explanation : explained.explanations) {
         rules.push_back(explanation.decisiveRule());
         headrooms.push_back(explanation.headroom);
         cutbacks.push_back(explanation.cutback);
     }
-    table = std::move(explained.table);
 }
 
 std::vector<std::string> mismatchesOf(const std::vector<Explanation>& explanations) {

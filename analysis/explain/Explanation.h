@@ -132,7 +132,7 @@ struct ExplainedTable {
 /// of.
 struct RuledTable {
     RuledTable() = default;
-    explicit RuledTable(ExplainedTable explained);
+    explicit RuledTable(const ExplainedTable& explained);
 
     PowerTable table;
     std::vector<Rule> rules; ///< one for each row of the table, in their order

@@ -1,6 +1,7 @@
 #include "Datum.h"
 
 #include "Printable.h"
+#include "Utf8.h"
 
 #include <nlohmann/json.hpp>
 
@@ -10,7 +11,8 @@
 namespace {
 
 /// Writes a value straight into the text: a document of nlohmann's beside it would double what the
-/// longest answers hold. Only texts go through that package, which knows how to escape them.
+/// longest answers hold. Only texts that hold more than plain characters go through that package,
+/// which knows how to escape them.
 class JsonWriter {
 public:
     /// @param indentation blanks of a level; negative: everything on one line.
@@ -18,6 +20,8 @@ public:
         : m_indentation(indentation) {}
 
     std::string written(const Datum& value) {
+        constexpr std::size_t mostAnswers = 4096;
+        m_text.reserve(mostAnswers);
         std::visit(*this, value.held());
         return std::move(m_text);
     }
@@ -26,6 +30,12 @@ public:
     void operator()(bool yes) { m_text += yes ? "true" : "false"; }
     void operator()(std::int64_t number) { m_text += std::to_string(number); }
     void operator()(const std::string& text) {
+        if (Utf8::isPlainInJson(text)) {
+            m_text += '"';
+            m_text += text;
+            m_text += '"';
+            return;
+        }
         m_text += printableJson(
             nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
     }

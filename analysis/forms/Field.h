@@ -86,6 +86,7 @@ std::string csvLine(const std::vector<std::string>& cells);
 template <class Row>
 Datum::Object objectOf(const Fields<Row>& fields, const Row& row) {
     Datum::Object object;
+    object.reserve(fields.size());
     for (const Field<Row>& field : fields) {
         if (field.isInJson()) {
             object.emplace_back(field.inJson(), field.value(row));
@@ -97,6 +98,7 @@ Datum::Object objectOf(const Fields<Row>& fields, const Row& row) {
 template <class Row>
 Datum::List listOf(const Fields<Row>& fields, const std::vector<Row>& rows) {
     Datum::List list;
+    list.reserve(rows.size());
     for (const Row& row : rows) {
         list.emplace_back(objectOf(fields, row));
     }

@@ -40,9 +40,8 @@ Power result(std::string_view text) {
 }
 
 /// The last part of a source path.
-std::string classOf(const std::string& file) {
-    const std::size_t slash = file.rfind('/');
-    return slash == std::string::npos ? file : file.substr(slash + 1);
+std::string_view classOf(std::string_view file) {
+    return file.substr(file.rfind('/') + 1); // without a slash that is all
 }
 
 std::vector<Power> numbersIn(std::string_view list) {

@@ -37,10 +37,9 @@ bool contains(std::string_view text, std::string_view part) {
 }
 
 std::optional<std::int64_t> number(std::string_view text) {
-    const std::string digits(text);
     std::int64_t value = 0;
-    const char* const end = digits.data() + digits.size();
-    const std::from_chars_result parsed = std::from_chars(digits.data(), end, value);
+    const char* const end = text.data() + text.size();
+    const std::from_chars_result parsed = std::from_chars(text.data(), end, value);
     if (parsed.ec != std::errc() || parsed.ptr != end) {
         return std::nullopt;
     }

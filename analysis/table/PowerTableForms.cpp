@@ -194,7 +194,7 @@ Datum::Object objectOf(const PowerTable& table, Datum rows) {
     const OperatingInputs::TemporaryCutback temporary =
         inputs.temporaryCutback.value_or(OperatingInputs::TemporaryCutback());
     const auto& limit = table.modulationLimit;
-    return {
+    Datum::Object object{
         {"radioFile", table.radioFile},
         {"request", table.request ? Datum(static_cast<std::int64_t>(*table.request)) : Datum()},
         {"channel", table.servedChannel},
@@ -227,8 +227,9 @@ Datum::Object objectOf(const PowerTable& table, Datum rows) {
         {"failure", Datum::orNothing(table.failure)},
         {"minPowerCentiDbm", table.minOutputPower},
         {"notes", table.notes},
-        {"rows", std::move(rows)},
     };
+    object.emplace_back("rows", std::move(rows));
+    return object;
 }
 
 std::string textForm(const PowerTable& table, const TextLook& look) {

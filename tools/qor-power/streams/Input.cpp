@@ -8,21 +8,19 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 
 std::string readText(const std::string& path) {
     InputFile file(path);
     constexpr std::size_t limit = RadioFileReader::maxSize + 1;
-    constexpr std::size_t block = std::size_t{64} << 10;
+    constexpr std::size_t blockSize = std::size_t{64} << 10;
+    const auto block = std::make_unique_for_overwrite<char[]>(blockSize);
     std::string text;
-    while (text.size() < limit) {
-        const std::size_t start = text.size();
-        text.resize(start + std::min(block, limit - start));
-        const std::size_t count = file.read(&text[start], text.size() - start);
-        text.resize(start + count);
-        if (count == 0) {
-            break;
-        }
-    }
+    std::size_t count = 0;
+    do {
+        count = file.read(block.get(), std::min(blockSize, limit - text.size()));
+        text.append(block.get(), count);
+    } while (count > 0 && text.size() < limit);
     return text;
 }
 
