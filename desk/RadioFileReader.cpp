@@ -618,6 +618,7 @@ const CallForm& formOf(const JsonValue& call) {
         return *found;
     }
     std::vector<std::string> names;
+    names.reserve(forms.size());
     for (const CallForm& form : forms) {
         names.emplace_back(form.name);
     }

@@ -38,8 +38,9 @@ bool contains(std::string_view text, std::string_view part) {
 
 std::optional<std::int64_t> number(std::string_view text) {
     std::int64_t value = 0;
-    const char* const end = text.data() + text.size();
-    const std::from_chars_result parsed = std::from_chars(text.data(), end, value);
+    const char* const begin = text.data();
+    const char* const end = begin + text.size();
+    const std::from_chars_result parsed = std::from_chars(begin, end, value);
     if (parsed.ec != std::errc() || parsed.ptr != end) {
         return std::nullopt;
     }
