@@ -12,17 +12,10 @@ std::string pointerText(const std::vector<std::string>& path) {
     std::string text;
     for (const std::string& key : path) {
         const std::string shown = printable(key);
-        text += '/';
-        if (shown.find('~') == std::string::npos && shown.find('/') == std::string::npos) {
-            text += shown;
-            continue;
-        }
-        for (const char byte : shown) {
-            if (byte == '~' || byte == '/') {
-                text += byte == '~' ? "~0" : "~1";
-            } else {
-                text += byte;
-            }
+        if (shown.find_first_of("~/") == std::string::npos) {
+            text += '/' + shown;
+        } else {
+            text += (nlohmann::json::json_pointer() / shown).to_string();
         }
     }
     return text;

@@ -28,22 +28,15 @@ constexpr bool steers(std::uint32_t code) {
     return isControl || isSeparator || isMark || isDirection;
 }
 
-/// Whether a character is printable ASCII, as nearly all are: it needs no second look.
-constexpr bool isPlain(char byte) {
-    return byte >= 0x20 && byte < 0x7F;
-}
-
+/// Whether a text is printable ASCII, as nearly all are: it needs no second look.
 inline bool isPlain(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char byte) { return isPlain(byte); });
+    return std::all_of(text.begin(), text.end(),
+                       [](char byte) { return byte >= 0x20 && byte < 0x7F; });
 }
 
-/// Whether JSON writes a character as it stands, without an escape.
-constexpr bool isPlainInJson(char byte) {
-    return isPlain(byte) && byte != '"' && byte != '\\';
-}
-
+/// Whether JSON writes a text as it stands, without an escape.
 inline bool isPlainInJson(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char byte) { return isPlainInJson(byte); });
+    return isPlain(text) && text.find_first_of("\"\\") == std::string_view::npos;
 }
 
 /// Whether a character is a blank, or takes no room at all.
