@@ -12,8 +12,10 @@ std::string pointerText(const std::vector<std::string>& path) {
     std::string text;
     for (const std::string& key : path) {
         const std::string shown = printable(key);
-        if (shown.find_first_of("~/") == std::string::npos) {
-            text += '/' + shown;
+        const bool isEscaped =
+            shown.find('~') != std::string::npos || shown.find('/') != std::string::npos;
+        if (!isEscaped) {
+            text.append(1, '/').append(shown);
         } else {
             text += (nlohmann::json::json_pointer() / shown).to_string();
         }

@@ -28,15 +28,20 @@ constexpr bool steers(std::uint32_t code) {
     return isControl || isSeparator || isMark || isDirection;
 }
 
-/// Whether a text is printable ASCII, as nearly all are: it needs no second look.
+/// Whether a character, or a whole text, is printable ASCII, as nearly all are: it needs no second
+/// look.
+constexpr bool isPlain(char byte) {
+    return byte >= 0x20 && byte < 0x7F;
+}
+
 inline bool isPlain(std::string_view text) {
-    return std::all_of(text.begin(), text.end(),
-                       [](char byte) { return byte >= 0x20 && byte < 0x7F; });
+    return std::all_of(text.begin(), text.end(), [](char byte) { return isPlain(byte); });
 }
 
 /// Whether JSON writes a text as it stands, without an escape.
 inline bool isPlainInJson(std::string_view text) {
-    return isPlain(text) && text.find_first_of("\"\\") == std::string_view::npos;
+    return std::all_of(text.begin(), text.end(),
+                       [](char byte) { return isPlain(byte) && byte != '"' && byte != '\\'; });
 }
 
 /// Whether a character is a blank, or takes no room at all.
