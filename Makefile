@@ -1,7 +1,7 @@
 # The commands of this project. `make` alone lists them; each line is a rule that anyone can run, and
 # continuous integration runs nothing else.
 .DEFAULT_GOAL := help
-.PHONY: help demo build test page page-test page-package setup tsan coverage board packages source-package abi reproducible fuzz fuzz-sample worst-file valgrind test-fleet bare-roots python python-test bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed mutants-rooms proof proof-check long ci clean
+.PHONY: help demo build test page page-test page-package setup tsan coverage board packages source-package abi reproducible fuzz fuzz-sample planted-bugs worst-file valgrind test-fleet bare-roots surroundings python python-test bench bench-count bench-board slow-down docs format format-check lint lint-changed mutants mutants-changed mutants-listed mutants-rooms proof proof-check long ci clean
 
 RADIO ?= examples/radios/13ghz-etsi-outdoor1.json
 BUILD = build/release
@@ -84,6 +84,9 @@ fuzz-sample: ## run the fuzzers beside each other for 25 seconds, in the build o
 	printf '%s\n' radio_file service recorder | QOR_FUZZ_BUILD=build/coverage QOR_FUZZ_NO_BUILD=1 \
 		QOR_FUZZ_WORKERS=1 xargs -P 3 -n 1 scripts/fuzz 25s
 
+planted-bugs: ## plant twenty bugs, one after the other, and look whether a fuzzer finds each within five minutes
+	scripts/planted-bugs
+
 worst-file: build ## search for a minute for the radio file that takes most memory and time (MINUTES=N for longer)
 	scripts/worst-file --minutes $(MINUTES)
 
@@ -98,6 +101,9 @@ test-fleet: build ## have a fleet answered by Slurm, by two hosts over ssh and a
 
 bare-roots: ## run demo and test in bare roots of Debian 12 and 13, as root and as a user with sudo, which takes root and two hours
 	scripts/bare-roots
+
+surroundings: ## test in a path with a blank, as another user, without devices, by clang and for 32 bits, which takes root and half an hour
+	scripts/surroundings
 
 python: ## build the Python package qor_power into build/release/python
 	scripts/setup python
@@ -147,6 +153,10 @@ mutants: ## change the library in every small way; fail if the tests let a chang
 mutants-changed: ## likewise where something changed since all were killed, or since BASE=REVISION, a minute at most
 	scripts/setup test mutants
 	scripts/mutants $(SINCE) --minutes 0.8
+
+mutants-listed: ## try what is listed as unseen on many more files and answers, which takes half an hour
+	scripts/setup test mutants
+	scripts/mutants --listed
 
 mutants-rooms: ## likewise in desk, analysis and recorder, a fixed sample of one mutant in two hundred, which takes an hour
 	scripts/setup coverage
