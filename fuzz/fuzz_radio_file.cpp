@@ -21,52 +21,11 @@ namespace {
 
 using nlohmann::json;
 
-/// Whether a message can say where a key stands without escaping or shortening it.
-bool isShownAsItIs(const std::string& place) {
-    return place.find("...") == std::string::npos && place.find('\\') == std::string::npos;
-}
-
-/// Whether a place names something in the document, or a key that one of its objects misses.
-bool isIn(const json& document, const std::string& place) {
-    const json::json_pointer pointer(place);
-    if (document.contains(pointer)) {
-        return true;
-    }
-    const json::json_pointer container = pointer.parent_pointer();
-    return document.contains(container) && document.at(container).is_object();
-}
-
-bool isLineAndColumn(const std::string& place, std::string_view text) {
-    const std::size_t colon = place.find(':');
-    if (colon == std::string::npos || place.find_first_not_of("0123456789") != colon ||
-        place.find_first_not_of("0123456789", colon + 1) != std::string::npos) {
-        return false;
-    }
-    const unsigned long line = std::stoul(place.substr(0, colon));
-    const unsigned long column = std::stoul(place.substr(colon + 1));
-    const auto lines = static_cast<unsigned long>(std::count(text.begin(), text.end(), '\n')) + 1;
-    return line >= 1 && line <= lines && column >= 1 && column <= text.size() + 1;
-}
-
-void checkError(const RadioFileError& error, std::string_view text) {
-    expect(TextChecks::isOneLine(error.what()), "the message is not one line");
-    expect(!error.problem().empty(), "no problem is named");
-    const std::string& place = error.place();
-    if (place == "(document)" || isLineAndColumn(place, text)) {
-        return;
-    }
-    expect(!place.empty() && place.front() == '/', "the place is in no known form");
-    const json document = json::parse(text.begin(), text.end(), nullptr, false, true);
-    if (!document.is_discarded() && isShownAsItIs(place)) {
-        expect(isIn(document, place), "the place is not in the document");
-    }
-}
-
 std::optional<RadioFile> read(std::string_view text) {
     try {
         return RadioFileReader::read(text);
     } catch (const RadioFileError& error) {
-        checkError(error, text);
+        TextChecks::checkError(error, text);
         return std::nullopt;
     }
 }
