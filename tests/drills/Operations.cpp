@@ -69,7 +69,7 @@ Operation startOperation() {
                 outcome.result = side.service->initialize();
                 outcome.outputs = {
                     InterfaceBroker::getInstance().getInterface<IOutputPowerCalculator>(
-                        "IOutputPowerCalculator_1") == side.service.get()};
+                        IOutputPowerCalculator::interfaceName(side.channel)) == side.service.get()};
             },
             [](ReferenceSide& side, Outcome& outcome) {
                 side.build();

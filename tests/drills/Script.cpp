@@ -49,10 +49,12 @@ std::string textOf(const ScriptedAnswer& answer) {
 }
 
 void Script::restart(Call call, std::size_t nth, const ScriptedAnswer& odd) {
+    restart({{call, nth, odd}});
+}
+
+void Script::restart(std::vector<OddCall> odd) {
     restart();
-    m_oddCall = call;
-    m_oddNth = nth;
-    m_odd = odd;
+    m_odd = std::move(odd);
 }
 
 void Script::restartThrowing(Call call, std::size_t nth) {
@@ -61,7 +63,8 @@ void Script::restartThrowing(Call call, std::size_t nth) {
 }
 
 void Script::restart() {
-    m_oddNth = 0;
+    // With its memory, which some drills count.
+    m_odd = std::vector<OddCall>();
     m_oddThrows = false;
     m_times.fill(0);
     for (auto& calls : m_arguments) {
@@ -75,11 +78,14 @@ const ScriptedAnswer& Script::ask(Call call, std::vector<std::int32_t> arguments
     if (!arguments.empty()) {
         m_arguments[index].push_back(std::move(arguments));
     }
-    if (call != m_oddCall || m_times[index] != m_oddNth) {
-        return m_usual[index];
+    for (const OddCall& odd : m_odd) {
+        if (call != odd.call || m_times[index] != odd.nth) {
+            continue;
+        }
+        if (m_oddThrows) {
+            throw NeighbourIsGone();
+        }
+        return odd.answer;
     }
-    if (m_oddThrows) {
-        throw NeighbourIsGone();
-    }
-    return m_odd;
+    return m_usual[index];
 }

@@ -72,7 +72,14 @@ using UsualAnswers = std::array<ScriptedAnswer, callCount>;
 /// What a neighbour throws instead of answering: nothing that anybody could expect.
 struct NeighbourIsGone {};
 
-/// What is answered to every call in turn: the usual, but for one call of all.
+/// A call that is answered otherwise than usual.
+struct OddCall {
+    Call call;
+    std::size_t nth; ///< of this kind, counted from 1
+    ScriptedAnswer answer;
+};
+
+/// What is answered to every call in turn: the usual, but for one call of all or a few.
 ///
 /// A call is told apart from others by what it asks and by how often that was asked before, so that
 /// the order in which a step of the service asks several independent questions is left to it.
@@ -83,6 +90,9 @@ public:
 
     /// Starts anew. The nth call, counted from 1, of this kind gets the odd answer.
     void restart(Call call, std::size_t nth, const ScriptedAnswer& odd);
+
+    /// Starts anew, with the odd answers of several calls.
+    void restart(std::vector<OddCall> odd);
 
     /// Starts anew. The nth call of this kind throws NeighbourIsGone.
     void restartThrowing(Call call, std::size_t nth);
@@ -99,6 +109,10 @@ public:
     /// How often a call was made since the start.
     std::size_t timesOf(Call call) const { return m_times[indexOf(call)]; }
 
+    /// The same of every kind.
+    using Times = std::array<std::size_t, callCount>;
+    const Times& times() const { return m_times; }
+
     /// The kinds of calls that take arguments, each with the arguments of all its calls in turn.
     using Arguments = std::array<std::vector<std::vector<std::int32_t>>, callCount>;
     const Arguments& arguments() const { return m_arguments; }
@@ -107,10 +121,8 @@ private:
     static std::size_t indexOf(Call call) { return static_cast<std::size_t>(call); }
 
     UsualAnswers m_usual;
-    Call m_oddCall = Call::ProductNumber;
-    std::size_t m_oddNth = 0;
+    std::vector<OddCall> m_odd;
     bool m_oddThrows = false;
-    ScriptedAnswer m_odd;
-    std::array<std::size_t, callCount> m_times{};
+    Times m_times{};
     Arguments m_arguments;
 };

@@ -10,16 +10,11 @@
 
 namespace {
 
-constexpr RadioChannel channel = 1;
-
 /// Whom the board and the variable store answer by.
 Script* s_script = nullptr;
 
-/// Answers a query by radio channel and frame-format id.
-const ScriptedAnswer& askById(Script& script, Call call, RadioChannel asked, long frameFormatId) {
-    EXPECT_EQ(asked, channel);
-    return script.ask(call, {static_cast<std::int32_t>(frameFormatId)});
-}
+/// What the store calls the compensation array of the only channel of which it may be asked.
+std::string s_storedArray;
 
 void fill(std::vector<short>& profiles, const ScriptedAnswer& answer) {
     profiles.clear();
@@ -195,20 +190,19 @@ void ScriptedHardwareConfigurationHandler::getFrameFormatRecords(
 
 EDpdVersion ScriptedHardwareConfigurationHandler::getDpdVersion(RadioChannel asked,
                                                                 long frameFormatId) const {
-    return static_cast<EDpdVersion>(
-        askById(m_script, Call::DpdVersionById, asked, frameFormatId).value());
+    return static_cast<EDpdVersion>(askById(Call::DpdVersionById, asked, frameFormatId).value());
 }
 
 unsigned ScriptedHardwareConfigurationHandler::getTelecomMarket(RadioChannel asked,
                                                                 long frameFormatId,
                                                                 EFrameFormatMarket& market) const {
-    return writeNumber(market, askById(m_script, Call::MarketById, asked, frameFormatId));
+    return writeNumber(market, askById(Call::MarketById, asked, frameFormatId));
 }
 
 unsigned ScriptedHardwareConfigurationHandler::getModulationAndCodeArray(
     RadioChannel asked, long frameFormatId,
     std::vector<ModulationAndCoding>& modulationAndCodes) const {
-    const ScriptedAnswer& answer = askById(m_script, Call::CodesById, asked, frameFormatId);
+    const ScriptedAnswer& answer = askById(Call::CodesById, asked, frameFormatId);
     if (answer.isWritten) {
         fill(modulationAndCodes, answer);
     }
@@ -218,47 +212,61 @@ unsigned ScriptedHardwareConfigurationHandler::getModulationAndCodeArray(
 unsigned
 ScriptedHardwareConfigurationHandler::getChannelSpacing(RadioChannel asked, long frameFormatId,
                                                         EChannelSpacingType& channelSpacing) const {
-    return writeNumber(channelSpacing,
-                       askById(m_script, Call::ChannelSpacingById, asked, frameFormatId));
+    return writeNumber(channelSpacing, askById(Call::ChannelSpacingById, asked, frameFormatId));
 }
 
 void ScriptedHardwareConfigurationHandler::getPerformanceProfiles(
     RadioChannel asked, long frameFormatId, std::vector<short>& performanceProfiles) const {
-    fill(performanceProfiles, askById(m_script, Call::ProfilesById, asked, frameFormatId));
+    fill(performanceProfiles, askById(Call::ProfilesById, asked, frameFormatId));
 }
 
 void ScriptedHardwareConfigurationHandler::getCarrierAggregationPerformanceProfiles(
     RadioChannel asked, long frameFormatId, std::vector<short>& performanceProfiles) const {
-    fill(performanceProfiles,
-         askById(m_script, Call::CarrierAggregationProfilesById, asked, frameFormatId));
+    fill(performanceProfiles, askById(Call::CarrierAggregationProfilesById, asked, frameFormatId));
+}
+
+const ScriptedAnswer& ScriptedHardwareConfigurationHandler::askById(Call call, RadioChannel asked,
+                                                                    long frameFormatId) const {
+    EXPECT_EQ(asked, m_channel);
+    return m_script.ask(call, {static_cast<std::int32_t>(frameFormatId)});
 }
 
 // All of them
 
-ScriptedSurroundings::ScriptedSurroundings(Script& script)
+ScriptedChannel::ScriptedChannel(Script& script, RadioChannel channel)
     : capabilityHandler(script)
     , acmHandler(script)
     , frameFormat(script)
     , systemPowerController(script)
-    , hardwareConfigurationHandler(script) {
-    s_script = &script;
+    , m_channel(channel) {
     InterfaceBroker& broker = InterfaceBroker::getInstance();
     broker.registerInterface(ICapabilityHandler::interfaceName(channel), &capabilityHandler);
     broker.registerInterface(IAcmHandler::interfaceName(channel), &acmHandler);
     broker.registerInterface(IFrameFormat::interfaceName(channel), &frameFormat);
     broker.registerInterface(ISystemPowerController::interfaceName(channel),
                              &systemPowerController);
-    broker.registerInterface(IHardwareConfigurationHandler::interfaceName(),
-                             &hardwareConfigurationHandler);
+}
+
+ScriptedChannel::~ScriptedChannel() {
+    InterfaceBroker& broker = InterfaceBroker::getInstance();
+    broker.unregisterInterface(ICapabilityHandler::interfaceName(m_channel), nullptr);
+    broker.unregisterInterface(IAcmHandler::interfaceName(m_channel), nullptr);
+    broker.unregisterInterface(IFrameFormat::interfaceName(m_channel), nullptr);
+    broker.unregisterInterface(ISystemPowerController::interfaceName(m_channel), nullptr);
+}
+
+ScriptedSurroundings::ScriptedSurroundings(Script& script, RadioChannel channel)
+    : ScriptedChannel(script, channel)
+    , hardwareConfigurationHandler(script, channel) {
+    s_script = &script;
+    s_storedArray = "channel." + std::to_string(channel) + ".tx.rf.pmax.cs.comp.v2.array";
+    InterfaceBroker::getInstance().registerInterface(IHardwareConfigurationHandler::interfaceName(),
+                                                     &hardwareConfigurationHandler);
 }
 
 ScriptedSurroundings::~ScriptedSurroundings() {
-    InterfaceBroker& broker = InterfaceBroker::getInstance();
-    broker.unregisterInterface(ICapabilityHandler::interfaceName(channel), nullptr);
-    broker.unregisterInterface(IAcmHandler::interfaceName(channel), nullptr);
-    broker.unregisterInterface(IFrameFormat::interfaceName(channel), nullptr);
-    broker.unregisterInterface(ISystemPowerController::interfaceName(channel), nullptr);
-    broker.unregisterInterface(IHardwareConfigurationHandler::interfaceName(), nullptr);
+    InterfaceBroker::getInstance().unregisterInterface(
+        IHardwareConfigurationHandler::interfaceName(), nullptr);
     s_script = nullptr;
 }
 
@@ -272,10 +280,9 @@ std::uint32_t CStorageManager_GetVariableContentAddressByName(const char* name,
                                                               const void** address,
                                                               std::uint32_t* size) {
     const std::string asked = name;
-    const std::string array = "channel.1.tx.rf.pmax.cs.comp.v2.array";
-    EXPECT_TRUE(asked == array || asked == array + "size") << asked;
-    const ScriptedAnswer& answer =
-        s_script->ask(asked == array ? Call::CompensationArray : Call::CompensationArraySize);
+    EXPECT_TRUE(asked == s_storedArray || asked == s_storedArray + "size") << asked;
+    const ScriptedAnswer& answer = s_script->ask(
+        asked == s_storedArray ? Call::CompensationArray : Call::CompensationArraySize);
     if (answer.isWritten) {
         *address = answer.values.data();
         if (size != nullptr) {

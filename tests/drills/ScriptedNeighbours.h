@@ -90,8 +90,10 @@ private:
 
 class ScriptedHardwareConfigurationHandler : public IHardwareConfigurationHandler {
 public:
-    explicit ScriptedHardwareConfigurationHandler(Script& script)
-        : m_script(script) {}
+    /// @param channel the only one of which it may be asked.
+    ScriptedHardwareConfigurationHandler(Script& script, RadioChannel channel)
+        : m_script(script)
+        , m_channel(channel) {}
 
     void getFrameFormatRecords(bool flag, std::vector<FrameFormatRecord>& records) const override;
     EDpdVersion getDpdVersion(RadioChannel channel, long frameFormatId) const override;
@@ -109,21 +111,38 @@ public:
         std::vector<short>& performanceProfiles) const override;
 
 private:
+    /// Answers a query by radio channel and frame-format id.
+    const ScriptedAnswer& askById(Call call, RadioChannel asked, long frameFormatId) const;
+
     Script& m_script;
+    RadioChannel m_channel;
 };
 
-/// All five neighbours of channel 1 in the broker, and the board and the variable store behind
-/// them, for as long as it lives. One at a time.
-class ScriptedSurroundings {
+/// The four neighbours that each channel has its own of, in the broker for as long as it lives.
+class ScriptedChannel {
 public:
-    explicit ScriptedSurroundings(Script& script);
-    ~ScriptedSurroundings();
-    ScriptedSurroundings(const ScriptedSurroundings&) = delete;
-    ScriptedSurroundings& operator=(const ScriptedSurroundings&) = delete;
+    ScriptedChannel(Script& script, RadioChannel channel);
+    ~ScriptedChannel();
+    ScriptedChannel(const ScriptedChannel&) = delete;
+    ScriptedChannel& operator=(const ScriptedChannel&) = delete;
 
     ScriptedCapabilityHandler capabilityHandler;
     ScriptedAcmHandler acmHandler;
     ScriptedFrameFormat frameFormat;
     ScriptedSystemPowerController systemPowerController;
+
+private:
+    RadioChannel m_channel;
+};
+
+/// All five neighbours of a channel in the broker, and the board and the variable store behind
+/// them, for as long as it lives. One at a time.
+class ScriptedSurroundings : public ScriptedChannel {
+public:
+    explicit ScriptedSurroundings(Script& script, RadioChannel channel = 1);
+    ~ScriptedSurroundings();
+    ScriptedSurroundings(const ScriptedSurroundings&) = delete;
+    ScriptedSurroundings& operator=(const ScriptedSurroundings&) = delete;
+
     ScriptedHardwareConfigurationHandler hardwareConfigurationHandler;
 };

@@ -19,9 +19,10 @@ std::vector<std::int16_t> profilesIn(const ScriptedAnswer& answer) {
 
 } // namespace
 
-ScriptedNode::ScriptedNode(Script& script)
+ScriptedNode::ScriptedNode(Script& script, std::uint32_t channel)
     : Node(nlohmann::json::object())
-    , m_script(script) {}
+    , m_script(script)
+    , m_channel(channel) {}
 
 bool ScriptedNode::has(const std::string& neighbour) const {
     return neighbour == "capabilityHandler"       ? hasCapabilityHandler
@@ -156,7 +157,7 @@ bool ScriptedNode::isCarrierAggregation() const {
 }
 
 reference::StoredVariables ScriptedNode::variables() const {
-    return variablesOf(m_script, 1);
+    return variablesOf(m_script, m_channel);
 }
 
 reference::StoredVariables ScriptedNode::variablesOf(Script& script, std::uint32_t channel) {

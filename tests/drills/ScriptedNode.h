@@ -6,7 +6,7 @@
 /// The radio node of the restatement, answering by a script.
 class ScriptedNode : public reference::Node {
 public:
-    explicit ScriptedNode(Script& script);
+    explicit ScriptedNode(Script& script, std::uint32_t channel = 1);
 
     bool has(const std::string& neighbour) const override;
 
@@ -55,4 +55,5 @@ public:
 
 private:
     Script& m_script;
+    std::uint32_t m_channel;
 };

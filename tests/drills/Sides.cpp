@@ -107,7 +107,7 @@ std::vector<Record> recordsOf(const reference::Trace& trace) {
 void LibrarySide::build() {
     // The old one withdraws itself by the name under which the new one will stand.
     service.reset();
-    service = std::make_unique<OutputPowerCalculator>(1);
+    service = std::make_unique<OutputPowerCalculator>(channel);
 }
 
 std::vector<Record> LibrarySide::takeTrace() {
@@ -115,7 +115,7 @@ std::vector<Record> LibrarySide::takeTrace() {
 }
 
 void ReferenceSide::build() {
-    service.emplace(1U, node, s_process);
+    service.emplace(channel, node, s_process);
 }
 
 std::vector<Record> ReferenceSide::takeTrace() {
@@ -124,8 +124,8 @@ std::vector<Record> ReferenceSide::takeTrace() {
 
 BothSides::BothSides(const Scene& scene)
     : usual(usualAnswers(scene))
-    , library(usual)
-    , reference(usual) {
+    , library(usual, scene.channel)
+    , reference(usual, scene.channel) {
     if (library.service->initialize() != 0 || reference.service->initialize() != 0) {
         throw std::logic_error("the service does not start in the usual surroundings");
     }

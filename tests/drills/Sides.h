@@ -36,6 +36,7 @@ struct Scene {
     bool hasBooster;
     bool isAdaptive;
     Limit limit;
+    std::uint32_t channel = 1;
 };
 
 /// As a test's name.
@@ -76,9 +77,10 @@ struct Outcome {
 /// The library's service in the scripted surroundings.
 class LibrarySide {
 public:
-    explicit LibrarySide(const UsualAnswers& usual)
-        : script(usual)
-        , surroundings(script) {
+    explicit LibrarySide(const UsualAnswers& usual, std::uint32_t channelServed = 1)
+        : channel(channelServed)
+        , script(usual)
+        , surroundings(script, channel) {
         build();
     }
 
@@ -87,6 +89,7 @@ public:
 
     std::vector<Record> takeTrace();
 
+    const std::uint32_t channel;
     Script script;
     ScriptedSurroundings surroundings;
     std::unique_ptr<OutputPowerCalculator> service;
@@ -95,9 +98,10 @@ public:
 /// The restatement's service in the same surroundings.
 class ReferenceSide {
 public:
-    explicit ReferenceSide(const UsualAnswers& usual)
-        : script(usual)
-        , node(script) {
+    explicit ReferenceSide(const UsualAnswers& usual, std::uint32_t channelServed = 1)
+        : channel(channelServed)
+        , script(usual)
+        , node(script, channel) {
         build();
     }
 
@@ -105,6 +109,7 @@ public:
 
     std::vector<Record> takeTrace();
 
+    const std::uint32_t channel;
     Script script;
     ScriptedNode node;
     std::optional<reference::Service> service;
