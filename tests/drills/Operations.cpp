@@ -8,7 +8,6 @@
 namespace {
 
 constexpr std::int32_t preset = 123456;
-constexpr std::int32_t frameFormatId = 7;
 
 /// An operation that has two powers as outputs, or one.
 template <class Library, class Reference>
@@ -28,39 +27,38 @@ Operation powerOperation(const std::string& name, Library library, Reference ref
             }};
 }
 
-Operation arrayOperation(const std::string& name, std::int32_t id) {
+} // namespace
+
+Operation arrayOperation(const std::string& name, std::int32_t id, std::int32_t minCode,
+                         std::int32_t maxCode) {
     // An entry of the caller's own, and one that the operation may overwrite.
     const std::map<std::int32_t, long> before = {{11, preset}, {61, preset + 1}};
     return {name,
-            [id, before](LibrarySide& side, Outcome& outcome) {
-                constexpr ModulationAndCoding undefined = {ModulationAndCoding::UNDEFINED};
+            [=](LibrarySide& side, Outcome& outcome) {
                 std::map<ModulationAndCoding, long> powerMap;
                 for (const auto& [code, power] : before) {
                     powerMap[{code}] = power;
                 }
                 long minimum = preset;
                 outcome.result = side.service->getMinMaxOutputPowerVsModulationArray(
-                    id, undefined, undefined, EReferenceSEC::UNDEFINED, minimum, powerMap);
+                    id, {minCode}, {maxCode}, EReferenceSEC::UNDEFINED, minimum, powerMap);
                 outcome.outputs = {minimum};
                 for (const auto& [code, power] : powerMap) {
                     outcome.powerMap[code.code] = power;
                 }
             },
-            [id, before](ReferenceSide& side, Outcome& outcome) {
+            [=](ReferenceSide& side, Outcome& outcome) {
                 reference::PowerMap powerMap;
                 for (const auto& [code, power] : before) {
                     powerMap[code] = static_cast<std::int32_t>(power);
                 }
                 std::int32_t minimum = preset;
                 outcome.result = side.service->getMinMaxOutputPowerVsModulationArray(
-                    id, reference::undefinedCode, reference::undefinedCode,
-                    reference::undefinedRsec, minimum, powerMap);
+                    id, minCode, maxCode, reference::undefinedRsec, minimum, powerMap);
                 outcome.outputs = {minimum};
                 outcome.powerMap.insert(powerMap.begin(), powerMap.end());
             }};
 }
-
-} // namespace
 
 Operation startOperation() {
     return {"initialize",
