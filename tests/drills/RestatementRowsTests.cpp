@@ -24,13 +24,14 @@ constexpr std::int32_t intMax = std::numeric_limits<std::int32_t>::max();
 struct RowsOf {
     const char* name;
     reference::Family family;
+    bool isOutdoor; ///< whether the lowest selected modulation counts, or else the booster
 };
 
-const std::vector<RowsOf> everyFamily = {{"FirstOutdoor", reference::Family::Kam},
-                                         {"SecondOutdoor", reference::Family::KamV2},
-                                         {"ThirdOutdoor", reference::Family::KamV3},
-                                         {"OlderRadioUnit", reference::Family::Vo4},
-                                         {"NewerRadioUnit", reference::Family::Vo5}};
+const std::vector<RowsOf> everyFamily = {{"FirstOutdoor", reference::Family::Kam, true},
+                                         {"SecondOutdoor", reference::Family::KamV2, true},
+                                         {"ThirdOutdoor", reference::Family::KamV3, true},
+                                         {"OlderRadioUnit", reference::Family::Vo4, false},
+                                         {"NewerRadioUnit", reference::Family::Vo5, false}};
 
 const nlohmann::json& everyRow() {
     static const nlohmann::json rows = nlohmann::json::parse(std::ifstream(QOR_FAMILY_ROWS));
@@ -80,12 +81,8 @@ const std::vector<FamilyRows::RadioTable> everyRadioTable = {
 
 class Restatement : public ::testing::TestWithParam<RowsOf> {
 protected:
-    /// One case; by turns unless it is one that every build tries.
     void compare(const reference::CalculationInput& input, const reference::Booster& booster,
-                 const FamilyRows::RadioTable& radioTable, bool isAlways) {
-        if (!isAlways && m_turn++ % loopStride() != 0) {
-            return;
-        }
+                 const FamilyRows::RadioTable& radioTable) {
         constexpr std::int32_t onEntry = 1800;
         const FamilyRows::Inputs inputs = {input.rsec,
                                            input.selectedMin,
@@ -111,6 +108,42 @@ protected:
         ASSERT_EQ(answer.maxPower, right.power) << textOf(input, booster);
     }
 
+    /// With the usual reference, once with and once without a booster, and with each radio's table
+    /// where that counts.
+    void compareWhatEveryBuildTries(reference::CalculationInput input) {
+        input.refMax = 256;
+        input.selectedMax = 256;
+        input.selectedMin = 64;
+        for (const std::int32_t presence : {0, 7}) {
+            ASSERT_NO_FATAL_FAILURE(compare(input, {presence, 300, 2450, 100000}, {}));
+        }
+        if (GetParam().family != reference::Family::KamV3) {
+            return;
+        }
+        for (const FamilyRows::RadioTable& radioTable : everyRadioTable) {
+            input.pmaxTable = radioTable;
+            input.pmaxCount = static_cast<std::int32_t>(radioTable.size());
+            ASSERT_NO_FATAL_FAILURE(compare(input, {}, radioTable));
+        }
+    }
+
+    /// With every reference, and every lowest selected modulation or every booster.
+    void compareByTurns(reference::CalculationInput input) {
+        const std::size_t others =
+            GetParam().isOutdoor ? m_modulations.size() : everyBooster.size();
+        const std::size_t count = m_modulations.size() * others;
+        for (; m_turn < count; m_turn += loopStride()) {
+            // What one family takes for the reference is the highest selected to another.
+            input.refMax = m_modulations[m_turn / others];
+            input.selectedMax = input.refMax;
+            const std::size_t other = m_turn % others;
+            input.selectedMin = GetParam().isOutdoor ? m_modulations[other] : 64;
+            ASSERT_NO_FATAL_FAILURE(compare(
+                input, GetParam().isOutdoor ? everyBooster.back() : everyBooster[other], {}));
+        }
+        m_turn -= count;
+    }
+
     static std::string textOf(const reference::CalculationInput& input,
                               const reference::Booster& booster) {
         return "class " + std::to_string(input.rsec) + ", modulation " +
@@ -127,6 +160,7 @@ protected:
         input.csPowerCompensation = powers.compensation;
     }
 
+    const std::vector<std::int32_t> m_modulations = everyModulation();
     const FamilyRows m_rows{everyRow().at(GetParam().name)};
     std::size_t m_turn = 0;
     std::size_t m_cases = 0;
@@ -161,34 +195,15 @@ TEST_P(Restatement, hasTheReferenceOfTheRows) {
 }
 
 TEST_P(Restatement, hasThePowersOfTheRows) {
-    const std::vector<std::int32_t> modulations = everyModulation();
     for (const std::int32_t rsec : classes) {
-        for (const std::int32_t actual : modulations) {
+        for (const std::int32_t actual : m_modulations) {
             for (const Powers& powers : everyPowers) {
                 reference::CalculationInput input;
                 input.rsec = rsec;
                 input.actual = actual;
                 setPowers(input, powers);
-                for (const std::int32_t other : modulations) {
-                    // What one family takes for the reference is the highest selected to another.
-                    input.refMax = other;
-                    input.selectedMax = other;
-                    input.selectedMin = 64;
-                    for (const reference::Booster& booster : everyBooster) {
-                        const bool isAlways = other == 256 && booster.maxInputPower == 2450 &&
-                                              booster.maxModulation == 100000;
-                        ASSERT_NO_FATAL_FAILURE(compare(input, booster, {}, isAlways));
-                    }
-                    for (const std::int32_t selectedMin : modulations) {
-                        input.selectedMin = selectedMin;
-                        ASSERT_NO_FATAL_FAILURE(compare(input, everyBooster.back(), {}, false));
-                    }
-                }
-                for (const FamilyRows::RadioTable& radioTable : everyRadioTable) {
-                    input.pmaxTable = radioTable;
-                    input.pmaxCount = static_cast<std::int32_t>(radioTable.size());
-                    ASSERT_NO_FATAL_FAILURE(compare(input, {}, radioTable, true));
-                }
+                ASSERT_NO_FATAL_FAILURE(compareWhatEveryBuildTries(input));
+                ASSERT_NO_FATAL_FAILURE(compareByTurns(input));
             }
         }
     }
