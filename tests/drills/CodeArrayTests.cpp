@@ -106,7 +106,7 @@ TEST_P(EveryCodeArray, ofOneCodeIsAsRestatedUnderEverySelection) {
             }
         }
     });
-    countCases(m_arrays);
+    countCases(m_arrays, "arrays of codes");
 }
 
 TEST_P(EveryCodeArray, ofTwoCodesIsAsRestatedUnderEverySelectionOfThem) {
@@ -126,7 +126,7 @@ TEST_P(EveryCodeArray, ofTwoCodesIsAsRestatedUnderEverySelectionOfThem) {
             }
         }
     });
-    countCases(m_arrays);
+    countCases(m_arrays, "arrays of codes");
 }
 
 TEST_P(EveryCodeArray, ofThreeCodesIsAsRestatedUnderTheSelectionsOfItsEnds) {
@@ -147,7 +147,7 @@ TEST_P(EveryCodeArray, ofThreeCodesIsAsRestatedUnderTheSelectionsOfItsEnds) {
             }
         }
     }
-    countCases(m_arrays);
+    countCases(m_arrays, "arrays of codes");
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryFamily, EveryCodeArray, ::testing::ValuesIn(placesOf(families)),

@@ -116,11 +116,12 @@ protected:
     }
 
     /// Ends the count. What all this is about never concerns the other channel.
-    void countCases(std::size_t cases) {
+    /// @param what the cases are; scripts/proof adds up those of one kind.
+    void countCases(std::size_t cases, const char* what) {
         EXPECT_GT(cases, 0U) << "no case was tried";
         EXPECT_EQ(m_other->calls(), 0U) << "the other channel's neighbours were asked";
         RecordProperty("cases", static_cast<int>(cases));
-        std::cout << "[ CASES    ] " << cases << '\n';
+        std::cout << "[ CASES    ] " << cases << ' ' << what << '\n';
     }
 
     std::optional<BothSides> m_sides;

@@ -175,7 +175,7 @@ TEST_P(EveryOrderOfInputs, leavesEveryQueryAsTheRulesSay) {
     enter(false, true, Limit::None);
     std::vector<std::size_t> sequence;
     compareFrom(sequence, 4);
-    countCases(m_sequences);
+    countCases(m_sequences, "orders of inputs");
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryFamily, EveryOrderOfInputs, ::testing::ValuesIn(placesOf(families)),

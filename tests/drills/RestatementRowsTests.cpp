@@ -208,7 +208,7 @@ TEST_P(Restatement, hasThePowersOfTheRows) {
         }
     }
     RecordProperty("cases", static_cast<int>(m_cases));
-    std::cout << "[ CASES    ] " << m_cases << '\n';
+    std::cout << "[ CASES    ] " << m_cases << " cases of rows\n";
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryFamily, Restatement, ::testing::ValuesIn(everyFamily),

@@ -213,7 +213,7 @@ TEST_P(TwoOddAnswers, leaveEveryQueryAsTheRulesSay) {
             }
         }
     }
-    countCases(m_pairs);
+    countCases(m_pairs, "pairs of odd answers");
 }
 
 TEST_P(TwoOddAnswers, leaveTheStartAsTheRulesSay) {
@@ -244,7 +244,7 @@ TEST_P(TwoOddAnswers, leaveTheStartAsTheRulesSay) {
             }
         }
     });
-    countCases(m_pairs);
+    countCases(m_pairs, "pairs of odd answers");
 }
 
 namespace {

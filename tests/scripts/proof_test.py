@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Which figures of a run scripts/proof --check takes for those that the page states."""
+"""How scripts/proof counts cases, and which figures of a run its --check takes for those that the page states."""
 
 import sys
 import unittest
+import unittest.mock
 from importlib.machinery import SourceFileLoader
 from importlib.util import module_from_spec, spec_from_loader
 from pathlib import Path
@@ -32,6 +33,27 @@ class Agrees(unittest.TestCase):
     def test_a_figure_that_the_page_does_not_state_is_none(self):
         for kind in (proof.GROWS, proof.SHARE, ""):
             self.assertFalse(proof.agrees("7 cases", "", kind))
+
+
+class Drills(unittest.TestCase):
+    LOG = """
+1/3 Testing: neighbour_drill
+[ CASES    ] 1000
+[ CASES    ] 234
+2/3 Testing: enumeration_tests
+[ CASES    ] 5 arrays of codes
+[ CASES    ] 60 pairs of odd answers
+[ CASES    ] 7 arrays of codes
+3/3 Testing: board
+"""
+
+    def test_cases_are_counted_by_program_or_by_kind(self):
+        with unittest.mock.patch.object(proof, "test_log", lambda preset: self.LOG):
+            figures = {name: figure for name, figure, _, _ in proof.drills()}
+        self.assertEqual(figures["Odd answers of neighbours, one at a time"], "1 234 cases")
+        self.assertEqual(figures["Odd answers of neighbours, two at a time"], "60 cases")
+        self.assertEqual(figures["Arrays of one, two and three codes"], "12 cases")
+        self.assertIsNone(figures["The plain statement against its rules as rows"])
 
 
 if __name__ == "__main__":
