@@ -77,7 +77,7 @@ reproducible: ## build the libraries in two folders and compare the bytes, for b
 fuzz: ## run each fuzzer for a minute on all processors (MINUTES=N for longer)
 	scripts/fuzz $(MINUTES)
 
-fuzz-sample: ## run the fuzzers beside each other for 25 seconds, in the build of the sanitizers
+fuzz-sample: ## run each fuzzer for 15 seconds, two at a time, in the build of the sanitizers
 	scripts/setup coverage
 	cmake --preset coverage
 	cmake --build --preset coverage --target fuzz_radio_file fuzz_service fuzz_recorder fuzz_log fuzz_json

@@ -133,9 +133,16 @@ Log damaged(Log log, const Log& other, Damage damage, const Draw& draw) {
     case Damage::Holed: {
         // A lost block: the line goes on with the end of a later one.
         const std::size_t last = std::min(log.size() - 1, place + draw(6));
-        const std::string end = log[last].text.substr(draw(log[last].text.size()));
+        const std::string& later = log[last].text;
+        const std::string end = later.substr(draw(later.size()));
+        // Only folders are lost of the later line if its source is still named.
+        const bool isNamed =
+            later.size() - end.size() <= later.rfind('/', later.find(':')) && last != place;
         at->text.resize(draw(at->text.size()));
         at->text += std::string(draw(2) == 0 ? 0 : 512, '\0') + end;
+        if (isNamed) {
+            at->origin = log[last].origin;
+        }
         log.erase(at + 1, log.begin() + static_cast<std::ptrdiff_t>(last) + 1);
         break;
     }
