@@ -56,7 +56,7 @@ Parts partsFor(const std::string& text) {
         hash = (hash ^ (hash >> 15U)) * 2246822519U;
         return isChosen;
     };
-    return {oneIn(4), oneIn(4), oneIn(12), oneIn(40), oneIn(4)};
+    return {oneIn(20), oneIn(20), oneIn(60), oneIn(200), oneIn(10)};
 #else
     static_cast<void>(text);
     return {true, true, true, true, true};

@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -40,12 +41,12 @@ std::int32_t oneOf(const std::array<std::int32_t, Count>& usual, FuzzInput& inpu
 
 class Match {
 public:
-    Match()
-        : m_sides({families.front(), false, false, Limit::None}) {
+    Match() {
         // What a neighbour is asked for that it does not know is a find, too.
         GTEST_FLAG_SET(throw_on_failure, true);
+        const UsualAnswers usual = usualAnswers({families.front(), false, false, Limit::None});
         for (std::size_t call = 0; call < callCount; ++call) {
-            m_odd[call] = oddAnswers(static_cast<Call>(call), m_sides.usual[call]);
+            m_odd[call] = oddAnswers(static_cast<Call>(call), usual[call]);
         }
     }
 
@@ -73,26 +74,36 @@ public:
 private:
     void begin(FuzzInput& input) {
         const unsigned kind = input.choice();
+        const unsigned changesAndChannel = input.choice();
+        enterChannel(1 + changesAndChannel / 8 % 2);
         m_isTraced = kind % 4 == 0;
         DeskTrace::getInstance().setLevel(m_isTraced ? 6 : 0);
-        m_sides.usual = usualAnswers({families[kind / 4 % families.size()], false,
-                                      kind / 16 % 2 == 0, static_cast<Limit>(kind / 32 % 3)});
+        m_sides->usual = usualAnswers({families[kind / 4 % families.size()], false,
+                                       kind / 16 % 2 == 0, static_cast<Limit>(kind / 32 % 3)});
         for (std::size_t call = 0; call < callCount; ++call) {
-            setAnswer(static_cast<Call>(call), m_sides.usual[call]);
+            setAnswer(static_cast<Call>(call), m_sides->usual[call]);
         }
-        for (unsigned changes = input.choice() % 8; changes > 0; --changes) {
+        for (unsigned changes = changesAndChannel % 8; changes > 0; --changes) {
             changeAnswer(input);
         }
-        m_sides.library.build();
-        m_sides.library.surroundings.capabilityHandler.forgetTables();
-        m_sides.reference.build();
-        m_sides.library.takeTrace();
-        m_sides.reference.takeTrace();
+        m_sides->library.build();
+        m_sides->library.surroundings.capabilityHandler.forgetTables();
+        m_sides->reference.build();
+        m_sides->library.takeTrace();
+        m_sides->reference.takeTrace();
+    }
+
+    /// Nobody may be asked of another channel than this.
+    void enterChannel(std::uint32_t channel) {
+        if (!m_sides || m_sides->library.channel != channel) {
+            m_sides.reset(); // it withdraws by name what the next one puts there
+            m_sides.emplace(Scene{families.front(), false, false, Limit::None, channel});
+        }
     }
 
     void setAnswer(Call call, const ScriptedAnswer& answer) {
-        m_sides.library.script.setUsual(call, answer);
-        m_sides.reference.script.setUsual(call, answer);
+        m_sides->library.script.setUsual(call, answer);
+        m_sides->reference.script.setUsual(call, answer);
     }
 
     void changeAnswer(FuzzInput& input) {
@@ -112,14 +123,14 @@ private:
     }
 
     bool start() {
-        const unsigned result = m_sides.library.service->initialize();
-        expectSame("initialize", result, m_sides.reference.service->initialize(), {}, {});
+        const unsigned result = m_sides->library.service->initialize();
+        expectSame("initialize", result, m_sides->reference.service->initialize(), {}, {});
         return result == 0;
     }
 
     void setSomething(unsigned step, FuzzInput& input) {
-        OutputPowerCalculator& sut = *m_sides.library.service;
-        reference::Service& right = *m_sides.reference.service;
+        OutputPowerCalculator& sut = *m_sides->library.service;
+        reference::Service& right = *m_sides->reference.service;
         const std::int32_t first = oneOf(powers, input);
         switch (step) {
         case 9:
@@ -161,8 +172,8 @@ private:
     }
 
     void ask(unsigned step, FuzzInput& input) {
-        OutputPowerCalculator& sut = *m_sides.library.service;
-        reference::Service& right = *m_sides.reference.service;
+        OutputPowerCalculator& sut = *m_sides->library.service;
+        reference::Service& right = *m_sides->reference.service;
         constexpr std::int32_t before = 123456;
         long low = before;
         long high = before + 1;
@@ -225,10 +236,10 @@ private:
         rightMap[61] = before + 1;
         long low = before;
         std::int32_t rightLow = before;
-        const unsigned result = m_sides.library.service->getMinMaxOutputPowerVsModulationArray(
+        const unsigned result = m_sides->library.service->getMinMaxOutputPowerVsModulationArray(
             id, {minCode}, {maxCode}, static_cast<EReferenceSEC>(rsec), low, powerMap);
         const std::uint32_t rightResult =
-            m_sides.reference.service->getMinMaxOutputPowerVsModulationArray(
+            m_sides->reference.service->getMinMaxOutputPowerVsModulationArray(
                 id, minCode, maxCode, rsec, rightLow, rightMap);
         std::vector<long> outputs = {low};
         for (const auto& [code, power] : powerMap) {
@@ -243,8 +254,8 @@ private:
     }
 
     void expectSameTraces(const char* operation) {
-        const std::vector<Record> trace = m_sides.library.takeTrace();
-        const std::vector<Record> right = m_sides.reference.takeTrace();
+        const std::vector<Record> trace = m_sides->library.takeTrace();
+        const std::vector<Record> right = m_sides->reference.takeTrace();
         for (std::size_t at = 0; at < trace.size() && at < right.size(); ++at) {
             if (trace[at] != right[at]) {
                 std::ostringstream both;
@@ -272,10 +283,10 @@ private:
         if (m_isTraced) {
             expectSameTraces(operation);
         } else {
-            m_sides.reference.service->m_trace.clear();
+            m_sides->reference.service->m_trace.clear();
         }
-        const Script& asked = m_sides.library.script;
-        const Script& rightAsked = m_sides.reference.script;
+        const Script& asked = m_sides->library.script;
+        const Script& rightAsked = m_sides->reference.script;
         // The restatement takes both stored variables at once, needed or not; they come last.
         const auto neighbours = static_cast<std::size_t>(Call::CompensationArray);
         for (std::size_t call = 0; call < neighbours; ++call) {
@@ -290,10 +301,10 @@ private:
         if (asked.arguments() != rightAsked.arguments()) {
             differs("argument");
         }
-        m_sides.restart();
+        m_sides->restart();
     }
 
-    BothSides m_sides;
+    std::optional<BothSides> m_sides;
     std::array<std::vector<ScriptedAnswer>, callCount> m_odd;
     bool m_isTraced = true;
 };

@@ -289,6 +289,18 @@ TEST(Advice, OnACutbackThatWrapsIsToSetNone) {
     }
 }
 
+TEST(Advice, LooksForACalibrationUpToAHundredDecibels) {
+    const auto calibrationFor = [](std::int32_t wanted) {
+        const WhyNot sut = WhyNot::ask(smallRadio("0"), ModulationChoice({"4QAM"}), wanted);
+        const auto found = std::ranges::find(sut.changes, "calibration", &WhyNot::Change::input);
+        return found == sut.changes.end() ? std::nullopt : found->amount;
+    };
+    // The selection is fixed: the power is the Pmax and the compensation.
+    EXPECT_EQ(calibrationFor(2001), 1);
+    EXPECT_EQ(calibrationFor(12000), 10000);
+    EXPECT_EQ(calibrationFor(12001), std::nullopt);
+}
+
 TEST(ChangeCost, OfAnInputThatTheTableLacksIsThatOfTheDearest) {
     ChangeCost sut;
     ChangeCost dearest;
