@@ -119,6 +119,15 @@ private:
             answer.values[first + how % (answer.values.size() - first)] =
                 static_cast<std::int32_t>(input.number());
         }
+        if (how >= 128 && !answer.text.empty()) {
+            // Nearly a product's number.
+            const std::size_t place = input.choice() % (answer.text.size() + 1);
+            if (how % 2 == 0) {
+                answer.text.insert(place, 1, static_cast<char>(input.choice()));
+            } else {
+                answer.text.erase(place, 1);
+            }
+        }
         setAnswer(static_cast<Call>(call), answer);
     }
 
