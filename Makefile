@@ -80,8 +80,8 @@ fuzz: ## run each fuzzer for a minute on all processors (MINUTES=N for longer)
 fuzz-sample: ## run each fuzzer for 15 seconds, two at a time, in the build of the sanitizers
 	scripts/setup coverage
 	cmake --preset coverage
-	cmake --build --preset coverage --target fuzz_radio_file fuzz_service fuzz_recorder fuzz_log fuzz_json
-	printf '%s\n' radio_file service recorder log json | QOR_FUZZ_BUILD=build/coverage QOR_FUZZ_NO_BUILD=1 \
+	cmake --build --preset coverage --target $$(scripts/fuzz --list | sed 's/^/fuzz_/')
+	scripts/fuzz --list | QOR_FUZZ_BUILD=build/coverage QOR_FUZZ_NO_BUILD=1 \
 		QOR_FUZZ_WORKERS=1 xargs -P 2 -n 1 scripts/fuzz 15s
 
 planted-bugs: ## plant twenty bugs, one after the other, and look whether a fuzzer finds each within five minutes
