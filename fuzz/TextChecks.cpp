@@ -36,8 +36,15 @@ bool isLineAndColumn(const std::string& place, std::string_view text) {
     }
     const unsigned long line = std::stoul(place.substr(0, colon));
     const unsigned long column = std::stoul(place.substr(colon + 1));
-    const auto lines = static_cast<unsigned long>(std::count(text.begin(), text.end(), '\n')) + 1;
-    return line >= 1 && line <= lines && column >= 1 && column <= text.size() + 1;
+    for (unsigned long before = 1; before < line; ++before) {
+        const std::size_t end = text.find('\n');
+        if (end == std::string_view::npos) {
+            return false;
+        }
+        text.remove_prefix(end + 1);
+    }
+    // One further is where the text or the line ends.
+    return line >= 1 && column >= 1 && column <= std::min(text.find('\n'), text.size()) + 1;
 }
 
 } // namespace

@@ -38,12 +38,30 @@ public:
             return true;
         };
         m_document = json::parse(text, note, throws, ignoreComments);
-        m_isWithinLimits = m_isWithinLimits && m_values <= mostValues && text.size() <= mostBytes &&
-                           // The library takes one for the end of the text.
-                           text.find('\0') == std::string::npos;
+        m_isTooLong = text.size() > mostBytes;
+        // The library takes one for the end of the text.
+        m_hasNul = text.find('\0') != std::string::npos;
     }
 
-    bool isAccepted() const { return m_isWithinLimits && !m_document.is_discarded(); }
+    bool isAccepted() const {
+        return !m_isTooDeep && !m_isKeyTwice && m_values <= mostValues && !m_isTooLong &&
+               !m_hasNul && !m_document.is_discarded();
+    }
+
+    /// Whether a text is refused for a reason that it gives. Of several it may name any.
+    bool isRight(const RadioFileError& error) const {
+        const std::string& problem = error.problem();
+        if (problem.starts_with("syntax error: NUL")) {
+            return m_hasNul;
+        }
+        if (problem.starts_with("syntax error") || problem.starts_with("number too large")) {
+            return m_document.is_discarded() || m_hasNul;
+        }
+        return (problem == "key given twice" && m_isKeyTwice) ||
+               (problem.starts_with("nested deeper") && m_isTooDeep) ||
+               (problem.starts_with("more than ") && m_values > mostValues) ||
+               (problem.starts_with("larger than ") && m_isTooLong);
+    }
 
     const json& document() const { return m_document; }
 
@@ -53,13 +71,13 @@ private:
         case json::parse_event_t::object_start:
         case json::parse_event_t::array_start:
             ++m_values;
-            m_isWithinLimits = m_isWithinLimits && depth < JsonReader::maxDepth;
+            m_isTooDeep = m_isTooDeep || depth >= JsonReader::maxDepth;
             m_keys.resize(std::max(m_keys.size(), depth + 2));
             m_keys[depth + 1].clear();
             break;
         case json::parse_event_t::key:
-            m_isWithinLimits =
-                m_keys.at(depth).insert(parsed.get<std::string>()).second && m_isWithinLimits;
+            m_isKeyTwice =
+                !m_keys.at(depth).insert(parsed.get<std::string>()).second || m_isKeyTwice;
             break;
         case json::parse_event_t::value:
             ++m_values;
@@ -71,7 +89,10 @@ private:
     }
 
     json m_document;
-    bool m_isWithinLimits = true;
+    bool m_isTooDeep = false;
+    bool m_isKeyTwice = false;
+    bool m_isTooLong = false;
+    bool m_hasNul = false;
     std::size_t m_values = 0;
     std::vector<std::set<std::string>> m_keys; ///< of the open objects, by depth
 };
@@ -114,6 +135,21 @@ json firstValueAt(const std::string& text, std::size_t offset) {
     return value;
 }
 
+/// The line and column of a byte, as editors count them.
+std::string lineAndColumn(std::string_view text, std::size_t offset) {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    text = text.substr(0, offset);
+    if (text.starts_with(mark)) {
+        text.remove_prefix(mark.size());
+    }
+    const auto line = 1 + std::ranges::count(text, '\n');
+    const std::string_view inLine = text.substr(text.rfind('\n') + 1); // of none, npos is -1
+    const auto column = 1 + std::ranges::count_if(inLine, [](char byte) {
+                            return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+                        });
+    return std::to_string(line) + ":" + std::to_string(column);
+}
+
 /// Requires that a value, or its key, begins where the reader says. Blanks and comments do not
 /// count as a beginning.
 void checkPlace(const DocumentPlaces::Value& place, const json& expected, const std::string& text) {
@@ -124,20 +160,58 @@ void checkPlace(const DocumentPlaces::Value& place, const json& expected, const 
     expect(firstValueAt(text, place.offset) == expected, "another value at its place");
 }
 
-void checkPlaces(const DocumentPlaces::Value& place, const json& value, const std::string& text) {
-    expect(place.children.size() == (value.is_structured() ? value.size() : 0),
-           "another number of places than of values");
-    std::size_t index = 0;
-    for (const DocumentPlaces::Value& child : place.children) {
-        if (value.is_object()) {
-            expect(value.contains(child.key), "a place of a key that is not there");
-            checkPlace(child, child.key, text);
-            checkPlaces(child, value.at(child.key), text);
-        } else {
-            checkPlace(child, value.at(index), text);
-            checkPlaces(child, value.at(index), text);
+/// Checks the places of a document, one after the other.
+class PlacesCheck {
+public:
+    PlacesCheck(const DocumentPlaces& places, const std::string& text)
+        : m_places(places)
+        , m_text(text) {}
+
+    void check(const DocumentPlaces::Value& root, const json& document) {
+        checkPlace(root, document, m_text);
+        checkFound(root);
+        checkChildren(root, document);
+    }
+
+private:
+    void checkFound(const DocumentPlaces::Value& place) {
+        expect(placeText(m_places.find(m_path)) == lineAndColumn(m_text, place.offset),
+               "a path is found at another line and column");
+    }
+
+    void checkChildren(const DocumentPlaces::Value& place, const json& value) {
+        expect(place.children.size() == (value.is_structured() ? value.size() : 0),
+               "another number of places than of values");
+        std::size_t index = 0;
+        for (const DocumentPlaces::Value& child : place.children) {
+            m_path.push_back(value.is_object() ? child.key : std::to_string(index));
+            expect(value.is_array() || value.contains(child.key),
+                   "a place of a key that is not there");
+            const json& inner = value.is_object() ? value.at(child.key) : value.at(index);
+            checkPlace(child, value.is_object() ? json(child.key) : inner, m_text);
+            checkFound(child);
+            checkChildren(child, inner);
+            m_path.pop_back();
+            ++index;
         }
-        ++index;
+    }
+
+    const DocumentPlaces& m_places;
+    const std::string& m_text;
+    std::vector<std::string> m_path;
+};
+
+/// Requires of a text that was refused that the keys read so far stand where they are said to, one
+/// behind the other.
+void checkKeys(const DocumentPlaces::Value& place, const std::string& text, std::size_t& behind) {
+    for (const DocumentPlaces::Value& child : place.children) {
+        expect(child.offset >= behind && child.offset < text.size(),
+               "a place in front of the one before, or behind the end of the text");
+        behind = child.offset + 1;
+        if (!place.isList) {
+            expect(firstValueAt(text, child.offset) == json(child.key), "another key at its place");
+        }
+        checkKeys(child, text, behind);
     }
 }
 
@@ -152,16 +226,19 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
         document = JsonReader::read(text, mostBytes, mostValues, &places);
     } catch (const RadioFileError& error) {
         TextChecks::checkError(error, text);
+        expect(right.isRight(error), "refused for what the text does not have");
     }
     expect(document.has_value() == right.isAccepted(),
            document ? "accepted what the JSON library or a limit refuses"
                     : "refused what the JSON library accepts within the limits");
-    if (document) {
+    if (!document) {
+        std::size_t behind = 0;
+        checkKeys(places.root(), text, behind);
+    } else {
         expect(isSame(*document, right.document()), "another value than the JSON library's");
         if (text.size() < 300) {
             // Every value is parsed once more for each value around it.
-            checkPlace(places.root(), right.document(), text);
-            checkPlaces(places.root(), right.document(), text);
+            PlacesCheck(places, text).check(places.root(), right.document());
         }
     }
     return 0;
