@@ -12,7 +12,8 @@
 /// The library's ways through a call are walked along its traces. Each trace must have its whole
 /// form, figures that occur twice must be the same, and sums must add up; so a line that is
 /// missing, cut, doubled or of another service shows. What cannot show is a cut within a number
-/// that ends its line and occurs nowhere else: such numbers are named.
+/// that ends its line and occurs nowhere else: such numbers are named. Nor can it show that the
+/// line which refuses a query at once is another service's: no power is told then.
 struct CallCheck {
     static CallCheck of(const LoggedCall& call);
 

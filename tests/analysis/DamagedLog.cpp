@@ -6,6 +6,8 @@
 #include "reference/RandomRadioFile.h"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 #include <nlohmann/json.hpp>
 
 namespace {
@@ -35,6 +37,48 @@ void insertInFront(Log& log, const std::string& words) {
 bool isCutback(Rule rule) {
     return rule == Rule::Cutback || rule == Rule::PermanentCutback ||
            rule == Rule::TemporaryCutback;
+}
+
+bool isOfNumber(char character) {
+    return (character >= '0' && character <= '9') || character == '-';
+}
+
+bool isLetter(char character) {
+    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+           character == '_';
+}
+
+/// Where the numbers of a text stand, and how long they are. Digits of a word are none.
+std::vector<std::pair<std::size_t, std::size_t>> numbersIn(const std::string& text) {
+    std::vector<std::pair<std::size_t, std::size_t>> numbers;
+    for (std::size_t begin = 0; begin < text.size();) {
+        std::size_t end = begin;
+        while (end < text.size() && isOfNumber(text[end])) {
+            ++end;
+        }
+        const bool isWord =
+            (begin > 0 && isLetter(text[begin - 1])) || (end < text.size() && isLetter(text[end]));
+        if (end > begin && !isWord) {
+            numbers.emplace_back(begin, end - begin);
+        }
+        begin = std::max(end, begin + 1);
+    }
+    return numbers;
+}
+
+std::string withoutNumbers(std::string text) {
+    const auto numbers = numbersIn(text);
+    for (auto number = numbers.rbegin(); number != numbers.rend(); ++number) {
+        text.replace(number->first, number->second, "#");
+    }
+    return text;
+}
+
+std::string anotherNumber(const Draw& draw) {
+    constexpr std::array<const char*, 8> values = {"0", "1",   "-1",         "2",
+                                                   "7", "300", "2147483647", "-2147483648"};
+    const std::size_t drawn = draw(values.size() + 1);
+    return drawn < values.size() ? values[drawn] : std::to_string(draw(4000));
 }
 
 /// Whether a step takes off what it truly does. Of two powers of 32 bits the difference has no more
@@ -172,9 +216,51 @@ Log damaged(Log log, const Log& other, Damage damage, const Draw& draw) {
     return log;
 }
 
-std::vector<std::string> replayOfRandomRadio(std::uint64_t seed) {
+Log changed(Log log, const Log& other, const Draw& draw) {
+    const std::size_t place = draw(log.size());
+    LogLine& line = log[place];
+    const std::string before = line.text;
+    switch (draw(4)) {
+    case 0:
+        if (!line.text.empty()) {
+            line.text[draw(line.text.size())] = static_cast<char>(draw(256));
+        }
+        break;
+    case 1: {
+        std::string bytes(1 + draw(4), ' ');
+        std::ranges::generate(bytes, [&draw] { return static_cast<char>(draw(256)); });
+        line.text.insert(draw(line.text.size() + 1), bytes);
+        break;
+    }
+    case 2:
+        if (const auto numbers = numbersIn(line.text); !numbers.empty()) {
+            const auto& [begin, length] = numbers[draw(numbers.size())];
+            line.text.replace(begin, length, anotherNumber(draw));
+        }
+        break;
+    default:
+        if (!other.empty()) {
+            LogLine foreign = other[draw(other.size())];
+            foreign.isChanged = true;
+            log.insert(log.begin() + static_cast<std::ptrdiff_t>(place), foreign);
+            return log;
+        }
+        break;
+    }
+    std::erase(line.text, '\n'); // No line holds its end.
+    line.isChanged = line.text != before;
+    line.hasAnotherNumber = line.isChanged && withoutNumbers(line.text) == withoutNumbers(before);
+    return log;
+}
+
+std::vector<std::string> replayOfRandomRadio(std::uint64_t seed, std::size_t mostRequests) {
+    nlohmann::json radio = reference::randomRadioFile(seed);
+    nlohmann::json& requests = radio.at("requests");
+    while (requests.size() > mostRequests) {
+        requests.erase(requests.size() - 1);
+    }
     std::vector<std::string> lines;
-    Replay(6).play(RadioFileReader::read(reference::randomRadioFile(seed).dump()),
+    Replay(6).play(RadioFileReader::read(radio.dump()),
                    [&lines](const std::string& line) { lines.push_back(line); });
     return lines;
 }
@@ -218,8 +304,15 @@ std::string LogTruth::lieIn(const LoggedPowers& told, const Log& log, Damage dam
     if (place == m_queries.end()) {
         return told.isComplete() && !told.explanations.empty() ? "no query of the log" : "";
     }
+    if (mayTellAnotherNumber(log, damage, place->first)) {
+        return {};
+    }
     const std::vector<Explanation>& truths = place->second.explanations;
-    if (told.isComplete() && told.explanations.size() != truths.size()) {
+    // Where nothing tells two services apart, the line with which one refuses a query may close
+    // that of the other. No power is told then.
+    const bool mayBeRefusedByOther =
+        damage == Damage::Interleaved && told.explanations.empty() && told.call.starts_with("calc");
+    if (told.isComplete() && told.explanations.size() != truths.size() && !mayBeRefusedByOther) {
         return "complete with " + std::to_string(told.explanations.size()) + " for " +
                std::to_string(truths.size());
     }
@@ -237,7 +330,7 @@ std::string LogTruth::lieIn(const LoggedPowers& told, const Log& log, Damage dam
                    (told.isComplete() ? "" : ", incomplete");
         }
     }
-    if (damage >= Damage::TwoProcesses) {
+    if (damage >= Damage::TwoProcesses && std::ranges::none_of(log, &LogLine::isChanged)) {
         for (const std::string& gap : told.gaps) {
             if (!gap.starts_with("the log does not tell ")) {
                 return "a gap where nothing is missing: " + gap;
@@ -245,6 +338,19 @@ std::string LogTruth::lieIn(const LoggedPowers& told, const Log& log, Damage dam
         }
     }
     return {};
+}
+
+bool LogTruth::mayTellAnotherNumber(const Log& log, Damage damage,
+                                    const std::pair<unsigned, std::size_t>& query) const {
+    return std::ranges::any_of(log, [&](const LogLine& line) {
+        if (!line.hasAnotherNumber) {
+            return false;
+        }
+        // It is a part of the query that began last before it, and these carry it elsewhere.
+        const auto behind = m_queries.upper_bound(line.origin);
+        return damage == Damage::Interleaved || damage == Damage::Holed ||
+               (behind != m_queries.begin() && std::prev(behind)->first == query);
+    });
 }
 
 bool LogTruth::isOfAnyQuery(const Explanation& told) const {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <map>
 #include <string>
 #include <utility>
@@ -17,6 +18,8 @@
 struct LogLine {
     std::string text;
     std::pair<unsigned, std::size_t> origin;
+    bool isChanged = false;        ///< bytes of it, by changed()
+    bool hasAnotherNumber = false; ///< it was changed in nothing but the value of a number
 };
 using Log = std::vector<LogLine>;
 
@@ -46,8 +49,15 @@ using Draw = std::function<std::size_t(std::size_t count)>;
 /// @param other log, which some damages mix in.
 Log damaged(Log log, const Log& other, Damage damage, const Draw& draw);
 
+/// A log, which is not empty, with other bytes in one line, or with a foreign line.
+/// @param other log, from which the foreign line is.
+Log changed(Log log, const Log& other, const Draw& draw);
+
 /// What `qor-power replay --trace 6` prints of a random radio.
-std::vector<std::string> replayOfRandomRadio(std::uint64_t seed);
+/// @param mostRequests of the radio's that are played.
+std::vector<std::string>
+replayOfRandomRadio(std::uint64_t seed,
+                    std::size_t mostRequests = std::numeric_limits<std::size_t>::max());
 
 /// The traces of a replay as a node writes them, one in a line.
 std::vector<std::string> textOf(const std::vector<std::string>& replay);
@@ -66,6 +76,10 @@ public:
     std::size_t queries() const { return m_queries.size(); }
 
 private:
+    /// Whether a number that occurs once may be told with another value: it looks like any other.
+    bool mayTellAnotherNumber(const Log& log, Damage damage,
+                              const std::pair<unsigned, std::size_t>& query) const;
+
     /// Whether a calculation is one of any query.
     bool isOfAnyQuery(const Explanation& told) const;
 
