@@ -26,7 +26,7 @@
 
 namespace {
 
-constexpr unsigned mostLogs = 16;
+constexpr unsigned mostLogs = 64;
 /// Short logs, of which many are tried a second.
 constexpr std::size_t mostLines = 60;
 constexpr std::size_t mostRequests = 4;

@@ -216,12 +216,21 @@ private:
         }
     }
 
-    void modulation(const std::string& text) {
-        if (!modulationTextForms().find(text) &&
-            text != convertAcmEnumToString(Modulation::UNDEFINED)) {
+    void known(bool isKnown, const std::string& what) {
+        if (!isKnown) {
             --m_next;
-            fail("is cut: it ends in no modulation");
+            fail("is cut: it ends in no " + what);
         }
+    }
+
+    void modulation(const std::string& text) {
+        known(modulationTextForms().find(text) ||
+                  text == convertAcmEnumToString(Modulation::UNDEFINED),
+              "modulation");
+    }
+
+    void modulationAndCode(const std::string& text) {
+        known(modulationAndCodeTextForms().find(text).has_value(), "modulation-and-code");
     }
 
     /// A sum that the traces hold themselves.
@@ -256,7 +265,8 @@ private:
             bind("rsec", values[3]);
         }
         selection();
-        enter("getAdmodEnable", "minModulationAndCode=%w, maxModulationAndCode=%w");
+        modulationAndCode(
+            enter("getAdmodEnable", "minModulationAndCode=%w, maxModulationAndCode=%w")[1]);
         const std::string common = "rsec=%n, adModEnable=%n, selectedMinMod=%w, selectedMaxMod=%w";
         if (isConfigured) {
             values = enter("getMaxOutputPowerArrayUsingConfigured", common);
@@ -332,7 +342,9 @@ private:
     }
 
     void fixedQuery() {
-        bind("modulation", enter("calculatePowerCapabilities", "%w")[0]);
+        const std::string wanted = enter("calculatePowerCapabilities", "%w")[0];
+        modulation(wanted);
+        bind("modulation", wanted);
         minOutputPower(true);
         selection();
         if (said(1, "calculatePowerCapabilities", "Failed to get AdMod capabilities") ||
@@ -348,6 +360,7 @@ private:
         const char* const name = "calculateAdmodPowerCapabilities";
         const Values values = enter(name, "actualModulation=%w, convertRsecEnumToString(rsec)=%w");
         bind("modulation", values[0]);
+        known(referenceSecTextForms().find(values[1]).has_value(), "class");
         bind("convertRsecEnumToString(rsec)", values[1]);
         selection();
         if (said(1, name, "Failed to get AdMod capabilities")) {

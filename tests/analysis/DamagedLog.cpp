@@ -113,7 +113,8 @@ std::string contradictionOf(const Explanation& told, const Explanation& truth, b
     if (!isConfirmed) {
         return {};
     }
-    if (told.runnerUp() != nullptr &&
+    // Of a cutback beyond 32 bits whose line is lost, the figures tell the rest within them.
+    if (told.runnerUp() != nullptr && !truth.wraps &&
         (truth.runnerUp() == nullptr || told.runnerUp()->value != truth.runnerUp()->value)) {
         return "another next bound";
     }

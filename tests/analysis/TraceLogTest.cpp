@@ -378,6 +378,36 @@ TEST(ALogThatBreaksOff, ExplainsNothingOfItsLastCalculation) {
     EXPECT_EQ(sut.decisiveRule(), Rule::Unexplained);
 }
 
+// A word that ends a line and that no other line repeats.
+TEST(ALineThatIsCutWithinItsLastWord, IsNamed) {
+    const std::string selection = "minModulationAndCode=4QAM, maxModulationAndCode=";
+    const Lines array = {enter("getMinMaxOutputPowerVsModulationArray",
+                               "frameformat_id=0, minModulationAndCodeIn=UNDEFINED, "
+                               "maxModulationAndCodeIn=UNDEFINED, referenceSec=2")};
+    const Lines adaptiveQuery = {enter("calculateAdmodPowerCapabilities",
+                                       "actualModulation=16QAM, convertRsecEnumToString(rsec)=4")};
+    const struct {
+        Lines lines;
+        const char* trouble;
+    } rows[] = {
+        {withFamily(array, {enter("getAdmodEnable", selection + "UNDEF")}),
+         "line 2 is cut: it ends in no modulation-and-code"},
+        {withFamily(array, {enter("getAdmodEnable", selection + "256QAM_")}),
+         "line 2 is cut: it ends in no modulation-and-code"},
+        {{enter("calculatePowerCapabilities", "16QA")}, "line 1 is cut: it ends in no modulation"},
+        {adaptiveQuery, "line 1 is cut: it ends in no class"},
+    };
+
+    for (const auto& row : rows) {
+        const std::vector<LoggedCall> calls = callsOf(row.lines);
+        ASSERT_THAT(calls, SizeIs(1)) << row.trouble;
+        EXPECT_EQ(CallCheck::of(calls.front()).trouble, row.trouble);
+    }
+    const std::vector<LoggedCall> whole =
+        callsOf(withFamily(array, {enter("getAdmodEnable", selection + "256QAM_LIGHT")}));
+    EXPECT_THAT(CallCheck::of(whole.front()).trouble, HasSubstr("the call breaks off"));
+}
+
 // What a replay prints
 
 Lines replayOf(const std::string& name) {
