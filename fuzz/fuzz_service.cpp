@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -120,12 +121,13 @@ private:
                 static_cast<std::int32_t>(input.number());
         }
         if (how >= 128 && !answer.text.empty()) {
-            // Nearly a product's number.
-            const std::size_t place = input.choice() % (answer.text.size() + 1);
+            // Nearly a product's number, often one that begins like it.
+            const std::size_t size = answer.text.size();
+            const std::size_t place = how % 4 < 2 ? size : input.choice() % size;
             if (how % 2 == 0) {
                 answer.text.insert(place, 1, static_cast<char>(input.choice()));
             } else {
-                answer.text.erase(place, 1);
+                answer.text.erase(std::min(place, size - 1), 1);
             }
         }
         setAnswer(static_cast<Call>(call), answer);
