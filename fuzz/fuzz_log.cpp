@@ -28,8 +28,8 @@ namespace {
 
 constexpr unsigned mostLogs = 64;
 /// Short logs, of which many are tried a second.
-constexpr std::size_t mostLines = 60;
-constexpr std::size_t mostRequests = 4;
+constexpr std::size_t mostLines = 45;
+constexpr std::size_t mostRequests = 3;
 
 /// Whole logs and what is true of them, which is worked out once.
 class WholeLogs {
@@ -133,7 +133,7 @@ void tryDamage(FuzzInput& input) {
     const auto damage = static_cast<Damage>(kind % damages);
     const bool isChanged = kind >= damages;
     const unsigned which = input.choice();
-    const bool isReplay = damage <= Damage::Interleaved && input.choice() % 4 == 0;
+    const bool isReplay = damage <= Damage::Interleaved && input.choice() % 8 == 0;
     // Half of the other services differ in nothing but what is asked of them later.
     const Log& whole = logs.log(which, isReplay);
     const Log& other = logs.log(which >= 128 ? which : which + 1 + which / 16, isReplay);
@@ -154,7 +154,7 @@ void tryDamage(FuzzInput& input) {
         lines.push_back(line.text);
     }
     sut.end();
-    if (which % 8 == 0) {
+    if (which % 16 == 0) {
         // A hole may put the digits of two numbers together.
         import(lines, isChanged || damage == Damage::Holed);
     }
