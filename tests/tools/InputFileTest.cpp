@@ -103,6 +103,17 @@ TEST_F(InputFileTest, ThatIsAPipeWithoutAWriterIsNotWaitedForEndlessly) {
     }
 }
 
+TEST_F(InputFileTest, ThatIsAPipeBelowDevIsWaitedForLikeAnyOther) {
+    const std::string pipe = "/dev/shm/qor-power-pipe-" + std::to_string(::getpid());
+    if (::mkfifo(pipe.c_str(), 0600) != 0) {
+        GTEST_SKIP() << "no pipe can be made in /dev/shm";
+    }
+
+    EXPECT_THROW(InputFile(pipe, InputFile::Growth::IsChange, 1s), AnalysisError);
+
+    ::unlink(pipe.c_str());
+}
+
 TEST_F(InputFileTest, ThatIsAPipeIsReadUntilItsWriterCloses) {
     ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
     const pid_t writer = ::fork();

@@ -24,9 +24,9 @@ namespace {
 }
 
 /// Whether a path is an open descriptor by another name, as a shell hands out the output of a
-/// program: then somebody writes to it.
+/// program: then somebody writes to it. Other pipes may lie below /dev, too: in /dev/shm.
 bool isOpenElsewhere(const std::string& path) {
-    return path.starts_with("/dev/") || path.starts_with("/proc/");
+    return path.starts_with("/dev/fd/") || path == "/dev/stdin" || path.starts_with("/proc/");
 }
 
 auto momentOf(const timespec& time) {
