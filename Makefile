@@ -77,7 +77,8 @@ reproducible: ## build the libraries in two folders and compare the bytes, for b
 fuzz: ## run each fuzzer for a minute on all processors (MINUTES=N for longer)
 	scripts/fuzz $(MINUTES)
 
-fuzz-sample: ## run each fuzzer for 15 seconds, two at a time, in the build of the sanitizers
+fuzz-sample: ## count what inputs of the fuzzers cost, and run each fuzzer for 15 seconds in the build of the sanitizers
+	scripts/fuzz --count
 	scripts/setup coverage
 	cmake --preset coverage
 	cmake --build --preset coverage --target $$(scripts/fuzz --list | sed 's/^/fuzz_/')
